@@ -1,0 +1,88 @@
+#include "reference_host/export/element_walk.hpp"
+
+#include <stdexcept>
+#include <vector>
+
+#include "reference_host/i18n/utf16.hpp"
+
+namespace reference_host::exporting {
+
+namespace {
+
+using gx::zero::ModelElement;
+using gx::zero::ValueMeta;
+using gx::zero::meta::Property;
+
+class Walk {
+ public:
+  explicit Walk(ElementVisitor& visitor) : visitor_(visitor) {}
+
+  void run(const ModelElement& element) {
+    enter(element);
+    while (!open_.empty()) {
+      Frame& frame = open_.back();
+      const std::vector<Property>& properties =
+          frame.element.get()->metaClass().get()->getProperties();
+      if (frame.nextProperty == properties.size()) {
+        visitor_.endElement();
+        open_.pop_back();
+        continue;
+      }
+      show(frame.element, properties[frame.nextProperty++]);
+    }
+  }
+
+ private:
+  struct Frame {
+    ModelElement element;
+    std::size_t nextProperty = 0;
+  };
+
+  void enter(const ModelElement& element) {
+    visitor_.beginElement(
+        i18n::ustringToUtf8(element.get()->metaClass().get()->getQualifiedName()));
+    open_.push_back({element});
+  }
+
+  // The frame of the element may move when a contained element is entered, so the element comes by
+  // value.
+  void show(const ModelElement element, const Property& property) {
+    if (property.getKind() == Property::Kind::kReference) return;
+    const ValueMeta value =
+        element.get()->get(property, ModelElement::Impl::ReflectionPrivateTag::PUBLIC_ACCESS);
+    if (const auto* contained = value.get_if<ModelElement>()) {
+      if (!*contained) return;
+      name(property);
+      enter(*contained);
+      return;
+    }
+    if (!element.get()->isSet(property)) return;
+    name(property);
+    if (const auto* text = value.get_if<std::u16string_view>()) {
+      visitor_.text(i18n::ustringToUtf8(*text));
+    } else if (const auto* number = value.get_if<double>()) {
+      visitor_.number(*number);
+    } else if (const auto* boolean = value.get_if<bool>()) {
+      visitor_.boolean(*boolean);
+    } else if (const auto* integer = value.get_if<std::uint64_t>()) {
+      visitor_.integer(*integer);
+    } else {
+      throw std::logic_error("a property holds a kind of value that has no written form");
+    }
+  }
+
+  void name(const Property& property) {
+    visitor_.property(i18n::ustringToUtf8(property.getName()));
+  }
+
+  ElementVisitor& visitor_;
+  std::vector<Frame> open_;
+};
+
+}  // namespace
+
+void walkElement(const ModelElement& element, ElementVisitor& visitor) {
+  Walk(visitor).run(element);
+}
+
+}  // namespace reference_host::exporting

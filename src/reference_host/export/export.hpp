@@ -1,0 +1,44 @@
+#pragma once
+
+/// @file
+/// Writing model elements, by reflection alone: as JSON for programs, as a tree for people.
+///
+/// Both forms show an element's class, then the properties that were set, in the class's order and
+/// under their own names. A contained element is shown in place, also one of which nothing was set;
+/// so is a sequence of elements that is not empty. Both work at any nesting depth.
+
+#include <cstddef>
+#include <string>
+
+#include "foundation/export.hpp"
+#include "gx/zero.hpp"
+#include "reference_host/json/text_writer.hpp"
+
+namespace reference_host::exporting {
+
+/// Writes an element as a JSON object: the qualified class name under "class", then the properties.
+/// Numbers are in the shortest form that reads back the same, integers have all their digits. An
+/// empty handle is written as `null`.
+TESSEL_HOST_API void writeJson(json::JsonWriter& writer, const gx::zero::ModelElement& element);
+
+/// The element as one line of JSON.
+TESSEL_HOST_API std::string toJson(const gx::zero::ModelElement& element);
+
+/// Appends an element as an indented tree, a line a property, each line ending with a line feed:
+///
+///     ButtonNode
+///       id: "run"
+///       position: LumoControlPosition
+///         startColumn: 4
+///
+/// Class names go without their namespace, texts in quotes with JSON's escapes. An element of which
+/// nothing was set says so behind its class name, the elements of a sequence have their index in
+/// front. The indentation stops growing at `kDeepestIndent` levels.
+/// @param level how many levels the element itself is indented.
+/// @pre the element is not empty.
+TESSEL_HOST_API void appendTree(std::string& out, const gx::zero::ModelElement& element,
+                                std::size_t level = 0);
+
+constexpr std::size_t kDeepestIndent = 50;
+
+}  // namespace reference_host::exporting

@@ -1,0 +1,222 @@
+#include "reference_host/json/parse.hpp"
+
+#include <simdjson.h>
+
+#include <cstring>
+#include <new>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "reference_host/json/number.hpp"
+#include "reference_host/json/syntax_check.hpp"
+
+namespace reference_host::json {
+
+namespace {
+
+using foundation::json::Null;
+using foundation::json::Value;
+using simdjson::error_code;
+namespace ondemand = simdjson::ondemand;
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+/// The parser library misreads some numbers of 20 significant digits and more (until its version
+/// 3.6.3) and refuses exponents of 20 digits. A shorter text can hold neither.
+constexpr std::size_t kLongNumber = 22;
+
+error_code readNumber(ondemand::value source, double& number) {
+  std::string_view token = source.raw_json_token();
+  if (token.size() >= kLongNumber) token = token.substr(0, token.find_last_not_of(" \t\n\r") + 1);
+  if (token.size() < kLongNumber) return source.get_double().get(number);
+
+  const NumberScan scan = scanNumber(token);
+  if (scan.fault != nullptr || scan.length != token.size()) return simdjson::NUMBER_ERROR;
+  const std::optional<double> nearest = nearestDouble(token);
+  if (!nearest) return simdjson::NUMBER_ERROR;
+  number = *nearest;
+  return simdjson::SUCCESS;
+}
+
+/// Reads values as the parser library comes to them and puts them straight into their places. The
+/// library checks only what is asked for, so every token is asked for.
+class ValueReader {
+ public:
+  error_code readAll(ondemand::value source, Value& target);
+
+ private:
+  /// A container that is being read: exactly one of the two targets is set.
+  struct OpenContainer {
+    Value::Array* elements = nullptr;
+    ondemand::array_iterator element{};
+    Value::Object* members = nullptr;
+    ondemand::object_iterator member{};
+    bool started = false;
+  };
+
+  error_code read(ondemand::value source, Value& target);
+  error_code open(ondemand::array source, Value& target);
+  error_code open(ondemand::object source, Value& target);
+  error_code readElement(OpenContainer& container);
+  error_code readMember(OpenContainer& container);
+
+  std::vector<OpenContainer> open_;
+};
+
+error_code ValueReader::readAll(ondemand::value source, Value& target) {
+  SIMDJSON_TRY(read(source, target));
+  while (!open_.empty()) {
+    // Reading may open another container, which moves this one.
+    OpenContainer& innermost = open_.back();
+    const bool advance = std::exchange(innermost.started, true);
+    if (innermost.elements != nullptr) {
+      if (advance) ++innermost.element;
+      if (innermost.element != ondemand::array_iterator()) {
+        SIMDJSON_TRY(readElement(innermost));
+        continue;
+      }
+    } else {
+      if (advance) ++innermost.member;
+      if (innermost.member != ondemand::object_iterator()) {
+        SIMDJSON_TRY(readMember(innermost));
+        continue;
+      }
+    }
+    open_.pop_back();
+  }
+  return simdjson::SUCCESS;
+}
+
+error_code ValueReader::readElement(OpenContainer& container) {
+  ondemand::value source;
+  SIMDJSON_TRY((*container.element).get(source));
+  return read(source, container.elements->emplace_back());
+}
+
+error_code ValueReader::readMember(OpenContainer& container) {
+  ondemand::field field;
+  SIMDJSON_TRY((*container.member).get(field));
+  std::string_view key;
+  SIMDJSON_TRY(field.unescaped_key().get(key));
+  auto& members = *container.members;
+  return read(field.value(), members.try_emplace(members.end(), std::string(key))->second);
+}
+
+error_code ValueReader::read(ondemand::value source, Value& target) {
+  ondemand::json_type type{};
+  SIMDJSON_TRY(source.type().get(type));
+  switch (type) {
+    case ondemand::json_type::array: {
+      ondemand::array elements;
+      SIMDJSON_TRY(source.get_array().get(elements));
+      return open(elements, target);
+    }
+    case ondemand::json_type::object: {
+      ondemand::object members;
+      SIMDJSON_TRY(source.get_object().get(members));
+      return open(members, target);
+    }
+    case ondemand::json_type::number: {
+      double number = 0;
+      SIMDJSON_TRY(readNumber(source, number));
+      target = number;
+      return simdjson::SUCCESS;
+    }
+    case ondemand::json_type::string: {
+      std::string_view text;
+      SIMDJSON_TRY(source.get_string().get(text));
+      target = std::string(text);
+      return simdjson::SUCCESS;
+    }
+    case ondemand::json_type::boolean: {
+      bool boolean = false;
+      SIMDJSON_TRY(source.get_bool().get(boolean));
+      target = boolean;
+      return simdjson::SUCCESS;
+    }
+    case ondemand::json_type::null:
+      break;
+  }
+  bool isNull = false;
+  SIMDJSON_TRY(source.is_null().get(isNull));
+  target = Null();
+  return isNull ? simdjson::SUCCESS : simdjson::N_ATOM_ERROR;
+}
+
+error_code ValueReader::open(ondemand::array source, Value& target) {
+  if (open_.size() == kDeepestNesting) return simdjson::DEPTH_ERROR;
+  OpenContainer container;
+  SIMDJSON_TRY(source.begin().get(container.element));
+  target = Value::Array();
+  container.elements = target.get_if<Value::Array>();
+  open_.push_back(container);
+  return simdjson::SUCCESS;
+}
+
+error_code ValueReader::open(ondemand::object source, Value& target) {
+  if (open_.size() == kDeepestNesting) return simdjson::DEPTH_ERROR;
+  OpenContainer container;
+  SIMDJSON_TRY(source.begin().get(container.member));
+  target = Value::Object();
+  container.members = target.get_if<Value::Object>();
+  open_.push_back(container);
+  return simdjson::SUCCESS;
+}
+
+/// Reads a text between brackets, which must make an array of one element.
+///
+/// The parser library treats a scalar that stands alone in ways of its own, and limits its length;
+/// between brackets it is read like any other.
+error_code readBracketed(const simdjson::padded_string& text, Value& target) {
+  ondemand::parser parser;
+  ondemand::document document;
+  SIMDJSON_TRY(parser.iterate(text).get(document));
+  ondemand::array brackets;
+  SIMDJSON_TRY(document.get_array().get(brackets));
+  ondemand::array_iterator element;
+  SIMDJSON_TRY(brackets.begin().get(element));
+  if (!(element != ondemand::array_iterator())) return simdjson::EMPTY;
+  ondemand::value source;
+  SIMDJSON_TRY((*element).get(source));
+  SIMDJSON_TRY(ValueReader().readAll(source, target));
+  ++element;
+  const bool more = element != ondemand::array_iterator();
+  const bool atEnd = document.current_location().error() == simdjson::OUT_OF_BOUNDS;
+  return more || !atEnd ? simdjson::TRAILING_CONTENT : simdjson::SUCCESS;
+}
+
+simdjson::padded_string bracketed(std::string_view text) {
+  simdjson::padded_string copy(text.size() + 2);
+  if (copy.data() == nullptr) throw std::bad_alloc();
+  copy.data()[0] = '[';
+  if (!text.empty()) std::memcpy(copy.data() + 1, text.data(), text.size());
+  copy.data()[text.size() + 1] = ']';
+  return copy;
+}
+
+}  // namespace
+
+ParseError::ParseError(std::size_t line, std::size_t column, const std::string& reason)
+    : std::runtime_error("line " + std::to_string(line) + ", column " + std::to_string(column) +
+                         ": " + reason),
+      line_(line),
+      column_(column),
+      reason_(reason) {}
+
+Value parse(std::string_view utf8) {
+  if (utf8.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
+    utf8.remove_prefix(kByteOrderMark.size());
+  }
+  if (utf8.size() > simdjson::SIMDJSON_MAXSIZE_BYTES - 2) {
+    throw ParseError(1, 1, "text of 4 GiB or more");
+  }
+  Value value;
+  const error_code error = readBracketed(bracketed(utf8), value);
+  if (error == simdjson::SUCCESS) return value;
+  if (error == simdjson::MEMALLOC) throw std::bad_alloc();
+  checkSyntax(utf8);
+  throw ParseError(1, 1, simdjson::error_message(error));
+}
+
+}  // namespace reference_host::json

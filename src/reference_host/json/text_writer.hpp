@@ -1,0 +1,106 @@
+#pragma once
+
+/// @file
+/// Writing JSON text: the scalars, and a streaming writer for whole documents.
+///
+/// The output is valid JSON in UTF-8 whatever goes in: in texts and member names each maximal
+/// ill-formed part of UTF-8 becomes one U+FFFD, and numbers that are not finite become `null`.
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+#include "foundation/export.hpp"
+#include "foundation/json.hpp"
+
+namespace reference_host::json {
+
+/// Appends a text in double quotes. Only what JSON requires is escaped: the quote, the backslash
+/// and the control characters below U+0020 (`\b`, `\t`, `\n`, `\f`, `\r`, else `\u00XX`).
+TESSEL_HOST_API void appendText(std::string& out, std::string_view utf8);
+
+/// Appends a number in the shortest form that reads back the same: `3`, `0.1`, `1e+300`, `-0`.
+TESSEL_HOST_API void appendNumber(std::string& out, double number);
+/// As for `double`, but the shortest form that reads back the same as a `float`.
+TESSEL_HOST_API void appendNumber(std::string& out, float number);
+/// Appends an integer with all its digits.
+TESSEL_HOST_API void appendNumber(std::string& out, std::int64_t integer);
+TESSEL_HOST_API void appendNumber(std::string& out, std::uint64_t integer);
+
+/// Appends JSON text to a string, call by call.
+///
+///     std::string out;
+///     JsonWriter writer(out, JsonWriter::Layout::kPretty);
+///     writer.beginObject();
+///     writer.key("name").value("first");
+///     writer.key("columns").beginArray().value(1).value(2.5).null().endArray();
+///     writer.endObject();
+///
+/// Commas, colons, line breaks and indentation come of themselves. Every `begin...` needs its
+/// `end...`, and in an object every value needs a `key` before it; the writer does not check this.
+/// One writer may write any number of values one after another with what the caller puts between
+/// them in the string; the string must outlive the writer. Only memory can run out.
+class TESSEL_HOST_API JsonWriter {
+ public:
+  enum class Layout {
+    kCompact,  ///< one line, no white space: `{"key":[1,2]}`
+    kPretty,   ///< a line for each element, two spaces a level up to level 50, `"key": value`
+  };
+
+  explicit JsonWriter(std::string& out, Layout layout = Layout::kCompact) noexcept
+      : out_(out), pretty_(layout == Layout::kPretty) {}
+
+  JsonWriter& beginObject() { return begin('{'); }
+  JsonWriter& endObject() { return end('}'); }
+  JsonWriter& beginArray() { return begin('['); }
+  JsonWriter& endArray() { return end(']'); }
+
+  /// The name of the member whose value comes next.
+  JsonWriter& key(std::string_view utf8);
+
+  JsonWriter& value(std::string_view utf8);
+  JsonWriter& value(const char* utf8) { return value(std::string_view(utf8)); }
+  JsonWriter& value(bool boolean) { return raw(boolean ? "true" : "false"); }
+  JsonWriter& value(double number) { return this->number(number); }
+  JsonWriter& value(float number) { return this->number(number); }
+  /// Any other integer type.
+  template <typename Integer, std::enable_if_t<std::is_integral_v<Integer>, int> = 0>
+  JsonWriter& value(Integer integer) {
+    using Widest = std::conditional_t<std::is_signed_v<Integer>, std::int64_t, std::uint64_t>;
+    return number(static_cast<Widest>(integer));
+  }
+  JsonWriter& null() { return raw("null"); }
+
+  /// A whole JSON value, nested to any depth; an Undefined value is written as `null`.
+  JsonWriter& json(const foundation::json::Value& value);
+
+  /// A text that is one whole JSON value already; it is put in unchanged.
+  JsonWriter& raw(std::string_view json);
+
+ private:
+  JsonWriter& begin(char bracket);
+  JsonWriter& end(char bracket);
+  template <typename Number>
+  JsonWriter& number(Number number) {
+    separate();
+    appendNumber(out_, number);
+    return *this;
+  }
+  /// Writes one of the alternatives that are no container.
+  void scalar(const foundation::json::Value& value);
+  /// Writes what belongs between the last thing written and the value or key to come.
+  void separate();
+  void breakLine();
+
+  /// What was written last, inside the container that is open.
+  enum class Last { kNothing, kKey, kValue };
+
+  std::string& out_;
+  bool pretty_;
+  Last last_ = Last::kNothing;
+  std::size_t level_ = 0;
+};
+
+}  // namespace reference_host::json

@@ -1,0 +1,67 @@
+#pragma once
+
+/// @file
+/// Collecting the diagnostic records that one thread writes.
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "foundation/export.hpp"
+
+namespace reference_host::logging {
+
+/// The severity of diagnostic records, and the number of their bit in the enabled-level word.
+constexpr int kDiagnosticSeverity = 8;
+constexpr unsigned kDiagnosticLevelBit = 3;
+
+struct CapturedRecord {
+  int severity;
+  std::string text;
+};
+
+/// While it lives, diagnostics are on and the records that the calling thread writes are collected.
+///
+/// Each thread may have captures of its own at the same time. Of several captures on one thread
+/// each collects every record; they may end in any order. Records of a thread that has no capture
+/// are not opened for the captures' sake. When the last capture of the process ends, the diagnostic
+/// bit of the level word is as it was before the first; no other bit is touched.
+///
+/// A capture belongs to the thread that makes it: it is read and destroyed there.
+class TESSEL_HOST_API LogCapture {
+ public:
+  LogCapture();
+  ~LogCapture();
+  LogCapture(const LogCapture&) = delete;
+  LogCapture& operator=(const LogCapture&) = delete;
+
+  /// The records so far, in the order in which they were pushed.
+  const std::vector<CapturedRecord>& records() const noexcept { return records_; }
+  /// The texts of the records so far; the capture starts over with none.
+  std::vector<std::string> takeTexts();
+
+ private:
+  friend class CaptureSink;
+
+  std::vector<CapturedRecord> records_;
+  LogCapture* outer_;  // the next older capture of this thread
+};
+
+/// Counts the records that anybody offers to the logging core while it lives, and accepts none. It
+/// does not switch diagnostics on. What a `LogCapture` collects is not affected.
+class TESSEL_HOST_API OpenedRecordCounter {
+ public:
+  OpenedRecordCounter();
+  ~OpenedRecordCounter();
+  OpenedRecordCounter(const OpenedRecordCounter&) = delete;
+  OpenedRecordCounter& operator=(const OpenedRecordCounter&) = delete;
+
+  std::size_t count() const noexcept;
+
+ private:
+  class Impl;
+  std::unique_ptr<Impl> impl_;
+};
+
+}  // namespace reference_host::logging

@@ -1,0 +1,389 @@
+#!/usr/bin/env python3
+"""Makes the model classes' headers and sources from their one description.
+
+usage: generate_model.py DESCRIPTION OUTPUT_FOLDER [--list]
+
+Each namespace of the description becomes a library: `a::b` gives `include/a/b.hpp` and
+`src/a_b.cpp` in the output folder. With --list, the paths are printed and nothing is written.
+A file whose content would not change is left alone, so that nothing is rebuilt for it.
+"""
+
+import argparse
+import dataclasses
+import pathlib
+import sys
+import tomllib
+
+ROOT_CLASS = "gx::zero::ModelElement"
+NOTICE = "// Made from the model description; changes belong there.\n"
+
+# description type -> (C++ field, parameter of the setter, initial value, expression for reflection,
+# the metaclass's type)
+DATA_TYPES = {
+    "text": ("std::u16string", "const std::u16string&", "", "std::u16string_view({})",
+             "gx::zero::meta::Type::text()"),
+    "number": ("double", "double", " = 0", "{}", "gx::zero::meta::Type::number()"),
+    "boolean": ("bool", "bool", " = false", "{}", "gx::zero::meta::Type::boolean()"),
+    "integer": ("std::uint64_t", "std::uint64_t", " = 0", "{}", "gx::zero::meta::Type::integer()"),
+}
+
+
+class DescriptionError(Exception):
+    """A row of the description that no class can be made from."""
+
+
+@dataclasses.dataclass
+class Property:
+    name: str
+    doc: str
+    type: str | None = None
+    contains: str | None = None
+
+    def __post_init__(self):
+        if (self.type is None) == (self.contains is None):
+            raise DescriptionError(f"property {self.name}: either type or contains")
+        if self.type is not None and self.type not in DATA_TYPES:
+            raise DescriptionError(f"property {self.name}: unknown type {self.type}")
+
+    @property
+    def capitalized(self):
+        return self.name[0].upper() + self.name[1:]
+
+    @property
+    def field(self):
+        return self.name + "_"
+
+
+@dataclasses.dataclass
+class ModelClass:
+    name: str
+    base: str
+    doc: str
+    created: str | None = None
+    properties: list = dataclasses.field(default_factory=list)
+    first_index: int = 0
+
+    def __post_init__(self):
+        if self.created not in (None, "top", "contained"):
+            raise DescriptionError(f"class {self.name}: created is {self.created}")
+        try:
+            self.properties = [Property(**row) for row in self.properties]
+        except TypeError as error:
+            raise DescriptionError(f"class {self.name}: {error}") from error
+
+    @property
+    def short(self):
+        return self.name.rpartition("::")[2]
+
+    @property
+    def namespace(self):
+        return self.name.rpartition("::")[0]
+
+    @property
+    def slots(self):
+        return [p for p in self.properties if p.contains]
+
+
+def read_description(path):
+    """The classes by qualified name, each after what it refers to."""
+    classes = {}
+    known = {ROOT_CLASS}
+    with open(path, "rb") as file:
+        rows = tomllib.load(file)["class"]
+    for row in rows:
+        try:
+            cls = ModelClass(**row)
+        except TypeError as error:
+            raise DescriptionError(f"class {row.get('name', '?')}: {error}") from error
+        for needed in [cls.base] + [slot.contains for slot in cls.slots]:
+            if needed not in known:
+                raise DescriptionError(f"class {cls.name}: {needed} is not described before it")
+        if cls.name in known:
+            raise DescriptionError(f"class {cls.name} is described twice")
+        if cls.base in classes:
+            base = classes[cls.base]
+            cls.first_index = base.first_index + len(base.properties)
+        if cls.first_index + len(cls.properties) > 32:
+            raise DescriptionError(f"class {cls.name}: more than 32 properties")
+        known.add(cls.name)
+        classes[cls.name] = cls
+    return classes
+
+
+def constructor_access(cls):
+    return "public" if cls.created else "protected"
+
+
+def declare_handle(cls):
+    builder = "  class Builder;\n" if cls.created else ""
+    wrapper = "  class BuilderWrapper;\n" if cls.created == "contained" else ""
+    return f"""/// {cls.doc}
+class TESSEL_HOST_API {cls.short} : public {cls.base} {{
+ public:
+  class Impl;
+{builder}{wrapper}
+  static gx::zero::meta::Class metaClass();
+
+  {cls.short}() noexcept = default;
+  explicit {cls.short}(Impl* impl) noexcept;
+
+  Impl* get() const noexcept;
+}};
+"""
+
+
+def declare_accessors(prop):
+    if prop.contains:
+        return f"""
+  /// {prop.doc} Empty until it is created.
+  {prop.contains} get{prop.capitalized}() const noexcept;
+  /// Creates the element in its slot; one that stood there before becomes a root of the model.
+  {prop.contains} createInto{prop.capitalized}({prop.contains}::BuilderWrapper builder,
+      const boost::uuids::uuid& uuid);
+"""
+    field_type, parameter, *_ = DATA_TYPES[prop.type]
+    result = parameter if prop.type == "text" else field_type
+    return f"""
+  /// {prop.doc}
+  {result} get{prop.capitalized}() const noexcept {{ return {prop.field}; }}
+  void set{prop.capitalized}({parameter} {prop.name});
+"""
+
+
+def declare_field(prop):
+    if prop.contains:
+        return f"  {prop.contains}::Impl* {prop.field} = nullptr;\n"
+    field_type, _, initial, *_ = DATA_TYPES[prop.type]
+    return f"  {field_type} {prop.field}{initial};\n"
+
+
+def declare_impl(cls):
+    builder_base = ""
+    if cls.created == "top":
+        builder_base = f"""  /// The create operation of the class's `Builder`, which `Derived` is.
+  template <typename Derived>
+  class BuilderBase {{
+   public:
+    /// Creates the element as a root of the builder's model.
+    {cls.short} create{cls.short}(const boost::uuids::uuid& uuid) {{
+      return Impl::create(static_cast<Derived*>(this)->getModel(), uuid);
+    }}
+  }};
+
+"""
+    create = ""
+    if cls.created:
+        create = f"""
+  /// Creates an element that nothing contains yet.
+  static {cls.short} create(const gx::zero::Model& model, const boost::uuids::uuid& uuid);
+"""
+    constructor = "  explicit Impl(const gx::zero::Creation& creation) noexcept;\n"
+    public_constructor = constructor if cls.created else ""
+    protected_constructor = "" if cls.created else constructor
+    accessors = "".join(declare_accessors(p) for p in cls.properties)
+    reflect = ("  gx::zero::ValueMeta reflect(std::size_t propertyIndex) const override;\n"
+               if cls.properties else "")
+    protected = (f"\n protected:\n{protected_constructor}{reflect}"
+                 if protected_constructor or reflect else "")
+    fields = "".join(declare_field(p) for p in cls.properties)
+    private = f"\n private:\n{fields}" if fields else ""
+    return f"""class TESSEL_HOST_API {cls.short}::Impl : public {cls.base}::Impl {{
+ public:
+{builder_base}{public_constructor}  ~Impl() override;
+{create}
+  gx::zero::meta::Class metaClass() const override;
+{accessors}{protected}{private}}};
+"""
+
+
+def declare_builder(cls):
+    if cls.created == "top":
+        return f"""/// Creates elements of the class in the model that it is constructed from.
+class {cls.short}::Builder : public {cls.short}::Impl::BuilderBase<{cls.short}::Builder> {{
+ public:
+  explicit Builder(const gx::zero::Model& model) : model_(model) {{}}
+  const gx::zero::Model& getModel() const noexcept {{ return model_; }}
+
+ private:
+  gx::zero::Model model_;
+}};
+"""
+    return f"""/// Stands for an element of the class that its owner is to create in a slot.
+class {cls.short}::Builder {{}};
+
+/// The form in which an owner's create-into operation takes the builder.
+class {cls.short}::BuilderWrapper {{
+ public:
+  BuilderWrapper(Builder) noexcept {{}}
+}};
+"""
+
+
+def define_inline(cls):
+    return f"""inline {cls.short}::{cls.short}(Impl* impl) noexcept : {cls.base}(impl) {{}}
+
+inline {cls.short}::Impl* {cls.short}::get() const noexcept {{
+  return static_cast<Impl*>(gx::zero::ModelElement::get());
+}}
+"""
+
+
+def header(namespace, classes, includes):
+    include_lines = "".join(f'#include "{line}"\n' for line in includes)
+    body = []
+    for cls in classes:
+        body.append(declare_handle(cls))
+        body.append(declare_impl(cls))
+        if cls.created:
+            body.append(declare_builder(cls))
+        body.append(define_inline(cls))
+    return f"""{NOTICE}#pragma once
+
+#include <boost/uuid/uuid.hpp>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "foundation/export.hpp"
+{include_lines}#include "gx/zero.hpp"
+
+namespace {namespace} {{
+
+{chr(10).join(body)}
+}}  // namespace {namespace}
+"""
+
+
+def define_property_description(prop, index):
+    if prop.contains:
+        described = f"{prop.contains}::metaClass(), gx::zero::meta::Property::Kind::kContained"
+    else:
+        described = f"{DATA_TYPES[prop.type][4]}, gx::zero::meta::Property::Kind::kData"
+    return f'          gx::zero::meta::Property(u"{prop.name}", {described}, {index}),\n'
+
+
+def define_accessors(cls, prop, index):
+    if prop.contains:
+        return f"""
+{prop.contains} {cls.short}::Impl::get{prop.capitalized}() const noexcept {{
+  return {prop.contains}({prop.field});
+}}
+
+{prop.contains} {cls.short}::Impl::createInto{prop.capitalized}(
+    {prop.contains}::BuilderWrapper, const boost::uuids::uuid& uuid) {{
+  {prop.contains} created = {prop.contains}::Impl::create(getModel(), uuid);
+  replaceContained({prop.field}, created.get(), {index});
+  {prop.field} = created.get();
+  return created;
+}}
+"""
+    parameter = DATA_TYPES[prop.type][1]
+    return f"""
+void {cls.short}::Impl::set{prop.capitalized}({parameter} {prop.name}) {{
+  {prop.field} = {prop.name};
+  markSet({index});
+}}
+"""
+
+
+def define_reflection(prop, index):
+    if prop.contains:
+        value = (f"gx::zero::ValueMeta({prop.contains}::metaClass(),\n"
+                 f"                                 gx::zero::meta::Property::Kind::kContained,\n"
+                 f"                                 gx::zero::ModelElement({prop.field}))")
+    else:
+        value = f"gx::zero::ValueMeta({DATA_TYPES[prop.type][3].format(prop.field)})"
+    return f"    case {index}:\n      return {value};\n"
+
+
+def define_class(cls):
+    indexed = list(enumerate(cls.properties, cls.first_index))
+    descriptions = "".join(define_property_description(p, i) for i, p in indexed)
+    accessors = "".join(define_accessors(cls, p, i) for i, p in indexed)
+    create = ""
+    if cls.created:
+        create = f"""
+{cls.short} {cls.short}::Impl::create(const gx::zero::Model& model,
+    const boost::uuids::uuid& uuid) {{
+  return {cls.short}(model.get()->createElement<Impl>(uuid));
+}}
+"""
+    reflect = ""
+    if cls.properties:
+        cases = "".join(define_reflection(p, i) for i, p in indexed)
+        reflect = f"""
+gx::zero::ValueMeta {cls.short}::Impl::reflect(std::size_t propertyIndex) const {{
+  switch (propertyIndex) {{
+{cases}    default:
+      return {cls.base}::Impl::reflect(propertyIndex);
+  }}
+}}
+"""
+    return f"""gx::zero::meta::Class {cls.short}::metaClass() {{
+  static const gx::zero::meta::Class::Impl impl(
+      u"{cls.name}", {cls.base}::metaClass(),
+      {{
+{descriptions}      }});
+  return gx::zero::meta::Class(&impl);
+}}
+
+{cls.short}::Impl::Impl(const gx::zero::Creation& creation) noexcept
+    : {cls.base}::Impl(creation) {{}}
+
+{cls.short}::Impl::~Impl() = default;
+{create}
+gx::zero::meta::Class {cls.short}::Impl::metaClass() const {{ return {cls.short}::metaClass(); }}
+{accessors}{reflect}"""
+
+
+def source(namespace, classes):
+    include = namespace.replace("::", "/") + ".hpp"
+    body = "\n".join(define_class(cls) for cls in classes)
+    return f"""{NOTICE}#include "{include}"
+
+#include <string_view>
+
+namespace {namespace} {{
+
+{body}
+}}  // namespace {namespace}
+"""
+
+
+def outputs(classes):
+    """The content of every file by its path below the output folder."""
+    files = {}
+    namespaces = list(dict.fromkeys(cls.namespace for cls in classes.values()))
+    for namespace in namespaces:
+        members = [cls for cls in classes.values() if cls.namespace == namespace]
+        referred = {name.rpartition("::")[0] for cls in members
+                    for name in [cls.base] + [slot.contains for slot in cls.slots]}
+        includes = sorted(other.replace("::", "/") + ".hpp"
+                          for other in referred - {namespace, ROOT_CLASS.rpartition("::")[0]})
+        path = namespace.replace("::", "/")
+        files[f"include/{path}.hpp"] = header(namespace, members, includes)
+        files[f"src/{namespace.replace('::', '_')}.cpp"] = source(namespace, members)
+    return files
+
+
+def main():
+    parser = argparse.ArgumentParser(description="Makes the model classes from their description.")
+    parser.add_argument("description", type=pathlib.Path)
+    parser.add_argument("folder", type=pathlib.Path)
+    parser.add_argument("--list", action="store_true", help="print the paths, write nothing")
+    arguments = parser.parse_args()
+    try:
+        files = outputs(read_description(arguments.description))
+    except (OSError, KeyError, tomllib.TOMLDecodeError, DescriptionError) as error:
+        sys.exit(f"{arguments.description}: {error}")
+    for relative, content in files.items():
+        path = arguments.folder / relative
+        if arguments.list:
+            print(path)
+        elif not path.exists() or path.read_text(encoding="utf-8") != content:
+            path.parent.mkdir(parents=True, exist_ok=True)
+            path.write_text(content, encoding="utf-8")
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,70 @@
+#include "controls/common_fields.hpp"
+
+#include <cmath>
+#include <cstdint>
+#include <string>
+
+#include "fl/i18n.hpp"
+#include "framework/field.hpp"
+#include "framework/json_access.hpp"
+#include "framework/json_keys.hpp"
+
+namespace tessel::build::json::controls {
+
+namespace {
+
+using document::gxzero::LumoControlNode;
+using document::gxzero::LumoControlPosition;
+using foundation::json::Value;
+using lumocode::contentmodel::gxzero::LumoControlData;
+
+const std::string kControlIdKey = "controlId";
+const std::string kStartColumnKey = "startColumn";
+const std::string kEndColumnKey = "endColumn";
+const std::string kExecutionModelKey = "executionModel";
+// The one key means two things: the line's code on the control object, the label in its data.
+const std::string kTextKey = "text";
+
+/// The platform's conversion of a double, defined for every value: what no 64-bit integer holds
+/// becomes 2^63.
+std::uint64_t toColumn(double value) noexcept {
+  constexpr double kTwoTo63 = 9223372036854775808.0;
+  constexpr double kTwoTo64 = 18446744073709551616.0;
+  const double whole = std::trunc(value);
+  if (whole >= 0 && whole < kTwoTo64) return static_cast<std::uint64_t>(whole);
+  if (whole < 0 && whole >= -kTwoTo63) {
+    return static_cast<std::uint64_t>(static_cast<std::int64_t>(whole));
+  }
+  return std::uint64_t{1} << 63U;
+}
+
+}  // namespace
+
+void applyControlPosition(LumoControlPosition position, const Value& json) {
+  if (json.hasOwnProperty(kStartColumnKey)) {
+    position.get()->setStartColumn(toColumn(framework::readDouble(json[kStartColumnKey])));
+  }
+  if (json.hasOwnProperty(kEndColumnKey)) {
+    position.get()->setEndColumn(toColumn(framework::readDouble(json[kEndColumnKey])));
+  }
+}
+
+void applyControlId(LumoControlNode node, const Value& json) {
+  if (!json.hasOwnProperty(kControlIdKey)) return;
+  // Lenient where the columns are strict: an id of another type is no error.
+  if (const auto* id = foundation::json::get_if<std::string>(json[kControlIdKey])) {
+    node.get()->setId(fl::i18n::utf8_to_ustring(*id));
+  }
+}
+
+void applyControlData(LumoControlData data, const Value& json) {
+  const Value& fields = json[framework::kContextKey][framework::kDataKey];
+  framework::applyField(fields, data, kExecutionModelKey, &LumoControlData::Impl::setExecutionModel,
+                        "Found the executionModel property", "Set the executionModel property");
+  framework::applyField(fields, data, kTextKey, &LumoControlData::Impl::setLabel,
+                        "Found the label property", "Set the label property");
+  framework::applyField(json, data, kTextKey, &LumoControlData::Impl::setCode,
+                        "Found the code property", "Set the code property");
+}
+
+}  // namespace tessel::build::json::controls

@@ -1,0 +1,27 @@
+#pragma once
+
+/// @file
+/// The builders of the controls that stand in a line of code. None of them holds any state.
+///
+/// To add a kind: describe its node and its record in the reference host's model description, name
+/// its component in the manifest, give it a row in the registration, declare its class here, and
+/// write its file beside the others. Nothing else is needed.
+
+#include "document/gxzero.hpp"
+#include "foundation/json.hpp"
+#include "gx/zero.hpp"
+#include "tessel/build/json/builders.hpp"
+
+namespace tessel::build::json::controls {
+
+using document::gxzero::Node;
+using foundation::json::Value;
+using gx::zero::Model;
+
+class ButtonBuilderImpl final : public code::CodeElementBuilder {
+ public:
+  bool canBuild(const Value& json) const override;
+  Node build(const Model& model, const Value& json) const override;
+};
+
+}  // namespace tessel::build::json::controls

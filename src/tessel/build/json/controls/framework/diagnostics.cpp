@@ -1,0 +1,69 @@
+#include "framework/diagnostics.hpp"
+
+#include <atomic>
+#include <boost/log/core/record.hpp>
+#include <boost/log/sources/record_ostream.hpp>
+#include <boost/log/sources/severity_feature.hpp>
+#include <memory>
+#include <mutex>
+#include <utility>
+
+#include "tessel/shared/logging.hpp"
+
+namespace tessel::build::json::controls::framework {
+
+namespace {
+
+using Logger = foundation::log::basic_diagnostic_logger<char>;
+using StreamProvider = boost::log::aux::stream_provider<char>;
+
+// Boost.Log keeps the compounds of a thread for its next records.
+struct CompoundRelease {
+  void operator()(StreamProvider::stream_compound* compound) const noexcept {
+    StreamProvider::release_compound(compound);
+  }
+};
+
+bool isEnabled(Logger& logger) noexcept {
+  // The severity's value is its own mask in the level word.
+  return (enabled_levels(logger).load(std::memory_order_relaxed) & kDiagnosticSeverity) != 0;
+}
+
+boost::log::record openRecord(Logger& logger) {
+  if (!core(logger)->get_logging_enabled()) return {};
+  const std::lock_guard<foundation::log::slim_lock> guard(lock(logger));
+  boost::log::sources::aux::get_severity_level() = kDiagnosticSeverity;
+  return core(logger)->open_record(attributes(logger));
+}
+
+// The text is asked for only once a record is open.
+template <typename ProduceText>
+void writeRecord(const ProduceText& produceText) noexcept {
+  Logger& logger = tessel::shared::logging::getLogger();
+  if (!isEnabled(logger)) return;
+  try {
+    boost::log::record record = openRecord(logger);
+    if (!record) return;
+    const std::unique_ptr<StreamProvider::stream_compound, CompoundRelease> compound(
+        StreamProvider::allocate_compound(record));
+    const auto& text = produceText();
+    compound->stream.write(text.data(), static_cast<std::streamsize>(text.size()));
+    compound->stream.flush();
+    // A stream swallows what its buffer throws; half a text is no record.
+    if (compound->stream.good()) core(logger)->push_record(boost::move(record));
+  } catch (...) {
+    // The log's troubles are not the build's: the record is dropped and the caller goes on.
+  }
+}
+
+}  // namespace
+
+void logDiagnostic(std::string_view text) noexcept {
+  writeRecord([text] { return text; });
+}
+
+void logDiagnostic(const std::function<std::string()>& produceText) noexcept {
+  writeRecord(produceText);
+}
+
+}  // namespace tessel::build::json::controls::framework

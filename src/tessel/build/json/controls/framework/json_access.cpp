@@ -1,0 +1,82 @@
+#include "framework/json_access.hpp"
+
+#include <cstdint>
+#include <map>
+#include <stdexcept>
+#include <vector>
+
+#include "fl/i18n.hpp"
+
+namespace tessel::build::json::controls::framework {
+
+namespace {
+
+using foundation::json::get_if;
+using foundation::json::traits;
+using foundation::json::Value;
+
+template <typename... Alternatives>
+const char* nameOfHeldAmong(const Value& value) noexcept {
+  const char* name = nullptr;
+  ((get_if<Alternatives>(value) != nullptr ? void(name = traits<Alternatives>::name) : void()),
+   ...);
+  return name;
+}
+
+const char* nameOfHeld(const Value& value) noexcept {
+  return nameOfHeldAmong<foundation::json::Undefined, foundation::json::Null, bool, double,
+                         std::string, Value::Array, Value::Object, float, std::int64_t,
+                         std::uint64_t>(value);
+}
+
+template <typename Requested>
+const Requested& readStrictly(const Value& value) {
+  if (const Requested* held = get_if<Requested>(value)) return *held;
+  throw std::runtime_error(std::string("invalid conversion: ") + nameOfHeld(value) + " to " +
+                           traits<Requested>::name);
+}
+
+}  // namespace
+
+const std::string& readString(const Value& value) {
+  return readStrictly<std::string>(value);
+}
+
+double readDouble(const Value& value) {
+  return readStrictly<double>(value);
+}
+
+bool readBool(const Value& value) {
+  return readStrictly<bool>(value);
+}
+
+const Value::Object& readObjectMembers(const Value& value) {
+  return readStrictly<Value::Object>(value);
+}
+
+const Value::Array& readArray(const Value& value) {
+  return readStrictly<Value::Array>(value);
+}
+
+const Value& memberOrUndefined(const Value::Object& members, const std::string& key) {
+  static const Value undefined;
+  const auto member = members.find(key);
+  return member == members.end() ? undefined : member->second;
+}
+
+template <>
+std::u16string readAs<std::u16string>(const Value& value) {
+  return fl::i18n::utf8_to_ustring(readString(value));
+}
+
+template <>
+double readAs<double>(const Value& value) {
+  return readDouble(value);
+}
+
+template <>
+bool readAs<bool>(const Value& value) {
+  return readBool(value);
+}
+
+}  // namespace tessel::build::json::controls::framework

@@ -1,0 +1,36 @@
+#pragma once
+
+/// @file
+/// Strict typed reads: a value is what it holds, or the read fails.
+
+#include <string>
+
+#include "foundation/json.hpp"
+
+namespace tessel::build::json::controls::framework {
+
+/// Each read returns the held alternative if it is exactly the requested one. Numbers are neither
+/// widened nor narrowed: a `float` or a 64-bit integer is no `double`.
+/// @throws std::runtime_error "invalid conversion: A to B" with the type names of the alternative
+///         held and of the one requested.
+const std::string& readString(const foundation::json::Value& value);
+double readDouble(const foundation::json::Value& value);
+bool readBool(const foundation::json::Value& value);
+const foundation::json::Value::Object& readObjectMembers(const foundation::json::Value& value);
+const foundation::json::Value::Array& readArray(const foundation::json::Value& value);
+
+/// The member under the key, or an Undefined value.
+const foundation::json::Value& memberOrUndefined(const foundation::json::Value::Object& members,
+                                                 const std::string& key);
+
+/// The value as a model setter takes it: text as UTF-16, a number, or a flag. Read strictly.
+template <typename ModelType>
+ModelType readAs(const foundation::json::Value& value) = delete;
+template <>
+std::u16string readAs<std::u16string>(const foundation::json::Value& value);
+template <>
+double readAs<double>(const foundation::json::Value& value);
+template <>
+bool readAs<bool>(const foundation::json::Value& value);
+
+}  // namespace tessel::build::json::controls::framework

@@ -1,0 +1,53 @@
+// The functions that the service runtime looks up by name. The manifest lists the components; each
+// of them has one row here.
+
+#include <atomic>
+#include <new>
+#include <tuple>
+
+#include "controls/control_builders.hpp"
+#include "cppmicroservices/GlobalConfig.h"
+#include "cppmicroservices/servicecomponent/detail/ComponentInstance.hpp"
+#include "cppmicroservices/servicecomponent/detail/ComponentInstanceImpl.hpp"
+
+namespace cppmicroservices {
+class BundleContextPrivate;
+}
+
+namespace {
+
+using cppmicroservices::service::component::detail::ComponentInstance;
+using cppmicroservices::service::component::detail::ComponentInstanceImpl;
+using tessel::build::json::code::CodeElementBuilder;
+using tessel::build::json::controls::ButtonBuilderImpl;
+
+/// The holder of a component that refers to no other; null when there is no memory for it.
+template <typename Impl, typename Interface>
+ComponentInstance* newInstance() {
+  return new (std::nothrow) ComponentInstanceImpl<Impl, std::tuple<Interface>>();
+}
+
+// Set by the runtime when it loads the bundle, and read by no builder.
+std::atomic<cppmicroservices::BundleContextPrivate*> bundleContext{nullptr};
+
+}  // namespace
+
+// The pair of functions of one component, named after its class with `_` for `::`.
+#define TESSEL_EXPORT_COMPONENT(classPath, makeInstance)                                  \
+  extern "C" US_ABI_EXPORT ComponentInstance* NewInstance_##classPath() {                 \
+    return makeInstance;                                                                  \
+  }                                                                                       \
+  extern "C" US_ABI_EXPORT void DeleteInstance_##classPath(ComponentInstance* instance) { \
+    delete instance;                                                                      \
+  }
+
+TESSEL_EXPORT_COMPONENT(tessel_build_json_controls_ButtonBuilderImpl,
+                        (newInstance<ButtonBuilderImpl, CodeElementBuilder>()))
+
+#undef TESSEL_EXPORT_COMPONENT
+
+extern "C" US_ABI_EXPORT void
+_us_set_bundle_context_instance_com_quorvex_tessel_build_json_controls(
+    cppmicroservices::BundleContextPrivate* context) {
+  bundleContext.exchange(context);
+}

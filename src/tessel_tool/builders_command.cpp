@@ -1,0 +1,95 @@
+#include "tessel_tool/builders_command.hpp"
+
+#include <string>
+#include <vector>
+
+#include "reference_host/json/text_writer.hpp"
+#include "tessel_tool/console.hpp"
+
+namespace tessel_tool {
+
+namespace {
+
+using reference_host::json::JsonWriter;
+
+void writeComponent(JsonWriter& writer, const Component& component) {
+  writer.key("component").value(component.name);
+  writer.key("interfaces").beginArray();
+  for (const std::string& interface : component.interfaces) writer.value(interface);
+  writer.endArray();
+  writer.key("properties").beginObject();
+  for (const auto& [key, value] : component.properties) writer.key(key).raw(value);
+  writer.endObject();
+}
+
+void writeReference(JsonWriter& writer, const MissingReference& reference) {
+  writer.beginObject();
+  writer.key("reference").value(reference.name).key("interface").value(reference.interface);
+  writer.key("target").value(reference.target);
+  writer.endObject();
+}
+
+std::string asJson(const BuilderServices& services) {
+  std::string out;
+  JsonWriter writer(out, JsonWriter::Layout::kPretty);
+  writer.beginObject();
+  writer.key("bundle").value(services.bundleName());
+  writer.key("published").beginArray();
+  for (const Component& component : services.published()) {
+    writer.beginObject();
+    writeComponent(writer, component);
+    writer.endObject();
+  }
+  writer.endArray();
+  writer.key("waiting").beginArray();
+  for (const WaitingComponent& waiting : services.waiting()) {
+    writer.beginObject();
+    writeComponent(writer, waiting.component);
+    writer.key("waitsFor").beginArray();
+    for (const MissingReference& reference : waiting.waitsFor) writeReference(writer, reference);
+    writer.endArray();
+    writer.endObject();
+  }
+  writer.endArray();
+  writer.endObject();
+  out += '\n';
+  return out;
+}
+
+void appendComponent(std::string& out, const Component& component) {
+  out += "  " + component.name + '\n';
+  for (const std::string& interface : component.interfaces) {
+    out += "    interface " + interface + '\n';
+  }
+  for (const auto& [key, value] : component.properties) {
+    out.append("    property ").append(key).append(": ").append(value) += '\n';
+  }
+}
+
+std::string asText(const BuilderServices& services) {
+  std::string out;
+  const std::vector<Component> published = services.published();
+  out += std::to_string(published.size()) + " published by " + services.bundleName() + '\n';
+  for (const Component& component : published) appendComponent(out, component);
+  const std::vector<WaitingComponent> waiting = services.waiting();
+  if (waiting.empty()) return out;
+  out += std::to_string(waiting.size()) + " not published\n";
+  for (const WaitingComponent& component : waiting) {
+    appendComponent(out, component.component);
+    for (const MissingReference& reference : component.waitsFor) {
+      out += "    waits for " + reference.name + ": " + reference.interface;
+      if (!reference.target.empty()) out += " with " + reference.target;
+      out += '\n';
+    }
+  }
+  return out;
+}
+
+}  // namespace
+
+ExitStatus runBuilders(BuilderServices& services, bool json) {
+  writeResult(json ? asJson(services) : asText(services));
+  return ExitStatus::kSuccess;
+}
+
+}  // namespace tessel_tool

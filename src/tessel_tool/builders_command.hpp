@@ -1,0 +1,13 @@
+#pragma once
+
+#include "tessel_tool/builder_services.hpp"
+#include "tessel_tool/exit_status.hpp"
+
+namespace tessel_tool {
+
+/// Lists the bundle's components on standard output: those that are published as builders, and
+/// those that wait for something.
+/// @throws BundleError, OutputError
+ExitStatus runBuilders(BuilderServices& services, bool json);
+
+}  // namespace tessel_tool

@@ -1,0 +1,39 @@
+#include "tessel_tool/bundle_location.hpp"
+
+#define BOOST_DLL_USE_STD_FS
+#include <boost/dll/runtime_symbol_info.hpp>
+#include <system_error>
+
+#include "tessel_tool/builder_services.hpp"
+
+namespace tessel_tool {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+void requireFile(const fs::path& path) {
+  std::error_code error;
+  const fs::file_status status = fs::status(path, error);
+  if (status.type() == fs::file_type::not_found) throw BundleError(path, "there is no such bundle");
+  if (error) throw BundleError(path, error.message());
+  if (!fs::is_regular_file(status)) throw BundleError(path, "this is no file");
+}
+
+}  // namespace
+
+fs::path locateBundle(const std::string& requested) {
+  if (!requested.empty()) {
+    requireFile(requested);
+    return requested;
+  }
+  const fs::path folder = boost::dll::program_location().parent_path();
+  fs::path beside = folder / TESSEL_BUNDLE_FILE_NAME;
+  std::error_code error;
+  if (fs::is_regular_file(beside, error)) return beside;
+  fs::path inLibraryFolder = folder.parent_path() / "lib" / TESSEL_BUNDLE_FILE_NAME;
+  requireFile(inLibraryFolder);
+  return inLibraryFolder;
+}
+
+}  // namespace tessel_tool

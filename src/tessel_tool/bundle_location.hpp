@@ -1,0 +1,17 @@
+#pragma once
+
+/// @file
+/// Where the bundle lies.
+
+#include <filesystem>
+#include <string>
+
+namespace tessel_tool {
+
+/// The bundle to load: the path asked for, or else the bundle beside the running program or in the
+/// folder `../lib` of it.
+/// @param requested empty when no path was asked for.
+/// @throws BundleError when there is no such file, or it is a folder.
+std::filesystem::path locateBundle(const std::string& requested);
+
+}  // namespace tessel_tool

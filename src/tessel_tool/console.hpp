@@ -1,0 +1,58 @@
+#pragma once
+
+/// @file
+/// The tool's two output streams: results, and everything else.
+
+#include <chrono>
+#include <cstddef>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace tessel_tool {
+
+/// Standard output does not take the results, for example because the disk is full or the reader of
+/// a pipe has gone. `what()` is the system's reason.
+class OutputError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// Makes a write to a pipe that nobody reads an error instead of the end of the process.
+void reportBrokenPipesAsErrors() noexcept;
+
+/// Writes a result to standard output and sees to it that it arrives.
+/// @throws OutputError
+void writeResult(std::string_view text);
+
+/// Writes "tessel: " and the message to standard error, as one line.
+void complain(std::string_view message) noexcept;
+
+/// Writes "tessel: subject: reason" to standard error.
+void complain(std::string_view subject, std::string_view reason) noexcept;
+
+/// The line on a terminal that says how far a long import has come. Where standard error is no
+/// terminal it shows nothing.
+class ProgressLine {
+ public:
+  /// @param wanted whether to show anything at all.
+  explicit ProgressLine(bool wanted);
+  /// Leaves the terminal's line empty.
+  ~ProgressLine();
+  ProgressLine(const ProgressLine&) = delete;
+  ProgressLine& operator=(const ProgressLine&) = delete;
+
+  /// Empties the line, so that something else can be written to the terminal.
+  void erase() noexcept;
+  /// Shows the counts, unless it has done so a moment ago.
+  void show(std::size_t documents, std::size_t failed);
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  bool enabled_;
+  bool visible_ = false;
+  Clock::time_point nextShow_;
+};
+
+}  // namespace tessel_tool

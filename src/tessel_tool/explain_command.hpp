@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+
+#include "tessel_tool/builder_services.hpp"
+#include "tessel_tool/exit_status.hpp"
+
+namespace tessel_tool {
+
+struct ExplainOptions {
+  std::string file;  ///< empty for standard input
+  bool json = false;
+  bool ndjson = false;
+};
+
+/// Says on standard output what each builder makes of a JSON value.
+/// @throws BundleError, OutputError
+ExitStatus runExplain(BuilderServices& services, const ExplainOptions& options);
+
+}  // namespace tessel_tool

@@ -1,0 +1,196 @@
+#include "tessel_tool/explanation.hpp"
+
+#include <exception>
+#include <utility>
+
+#include "reference_host/export/export.hpp"
+#include "reference_host/json/text_writer.hpp"
+#include "reference_host/logging/log_capture.hpp"
+#include "tessel_tool/text_form.hpp"
+
+namespace tessel_tool {
+
+namespace {
+
+using foundation::json::Value;
+using reference_host::exporting::appendTree;
+using reference_host::importer::messageOf;
+using reference_host::importer::NamedBuilder;
+using reference_host::json::JsonWriter;
+using reference_host::logging::LogCapture;
+
+BuilderAnswer ask(const NamedBuilder& builder, const Value& value) {
+  LogCapture capture;
+  BuilderAnswer answer;
+  answer.builder = builder.name();
+  try {
+    answer.canBuild = builder.canBuild(value);
+  } catch (...) {
+    answer.error = messageOf(std::current_exception());
+  }
+  answer.log = capture.takeTexts();
+  return answer;
+}
+
+BuildOutcome buildWith(const NamedBuilder& builder, const Value& value) {
+  LogCapture capture;
+  BuildOutcome outcome;
+  outcome.model = gx::zero::Model::create();
+  try {
+    outcome.node = builder.build(outcome.model, value);
+  } catch (...) {
+    outcome.error = messageOf(std::current_exception());
+  }
+  outcome.log = capture.takeTexts();
+  return outcome;
+}
+
+void writeRecords(JsonWriter& writer, const Records& records) {
+  writer.beginArray();
+  for (const std::string& record : records) writer.value(record);
+  writer.endArray();
+}
+
+void writeAnswer(JsonWriter& writer, const BuilderAnswer& answer) {
+  writer.beginObject();
+  writer.key("builder").value(answer.builder);
+  if (answer.canBuild) {
+    writer.key("canBuild").value(*answer.canBuild).key("error").null();
+  } else {
+    writer.key("canBuild").null().key("error").value(answer.error);
+  }
+  writer.key("log");
+  writeRecords(writer, answer.log);
+  writer.endObject();
+}
+
+void writeBuild(JsonWriter& writer, const BuildOutcome& build) {
+  writer.beginObject();
+  writer.key("node");
+  reference_host::exporting::writeJson(writer, build.node);
+  writer.key("error");
+  if (build.error) {
+    writer.value(*build.error);
+  } else {
+    writer.null();
+  }
+  writer.key("log");
+  writeRecords(writer, build.log);
+  writer.key("model").beginArray();
+  for (const auto& root : build.model.get()->getRoots()) {
+    reference_host::exporting::writeJson(writer, root);
+  }
+  writer.endArray();
+  writer.endObject();
+}
+
+const char* kindOf(const Value& value) {
+  if (value.get_if<Value::Object>() != nullptr) return "an object";
+  if (value.get_if<Value::Array>() != nullptr) return "an array";
+  if (value.get_if<std::string>() != nullptr) return "a text";
+  if (value.get_if<double>() != nullptr) return "a number";
+  if (value.get_if<bool>() != nullptr) return "a boolean";
+  return "null";
+}
+
+/// A member in a few words, its text in full.
+std::string describeMember(const Value& holder, const char* key) {
+  const std::string name = '"' + std::string(key) + '"';
+  if (!holder.hasOwnProperty(key)) return "no " + name;
+  const Value& member = holder[key];
+  if (member.get_if<std::string>() == nullptr) return name + " is " + kindOf(member);
+  std::string description = name + ": ";
+  JsonWriter(description).json(member);
+  return description;
+}
+
+/// What the value is, with the members by which controls are told apart.
+std::string describe(const Value& value) {
+  std::string description = kindOf(value);
+  if (value.get_if<Value::Object>() == nullptr) return description;
+  description += ", " + describeMember(value, "className");
+  const Value& context = value["context"];
+  if (context.get_if<Value::Object>() == nullptr) {
+    return description + ", " + describeMember(value, "context");
+  }
+  return description + ", in \"context\" " + describeMember(context, "type");
+}
+
+void appendAnswer(std::string& out, const BuilderAnswer& answer) {
+  out.append("  ").append(onOneLine(shortName(answer.builder)));
+  if (answer.canBuild) {
+    out += *answer.canBuild ? ": yes\n" : ": no\n";
+  } else {
+    out += ": error, " + onOneLine(answer.error) + '\n';
+  }
+  appendRecords(out, answer.log, "    ");
+}
+
+void appendBuild(std::string& out, const BuildOutcome& build, const std::string& builder) {
+  out += "build by " + onOneLine(shortName(builder)) + '\n';
+  appendRecords(out, build.log, "    ");
+  if (build.error) {
+    out += "  failed: " + onOneLine(*build.error) + '\n';
+  } else if (!build.node) {
+    out += "  returned no node\n";
+  } else {
+    out += "  returned\n";
+    appendTree(out, build.node, 2);
+  }
+  const auto roots = build.model.get()->getRoots();
+  if (roots.size() == 1 && roots.front() == build.node) {
+    out += "the model holds this node and nothing else\n";
+    return;
+  }
+  out += roots.empty() ? "the model is empty\n" : "the model holds\n";
+  for (const auto& root : roots) appendTree(out, root, 2);
+}
+
+}  // namespace
+
+Explanation explain(const std::vector<NamedBuilder>& builders, const Value& value) {
+  Explanation explanation;
+  const NamedBuilder* claimer = nullptr;
+  for (const NamedBuilder& builder : builders) {
+    explanation.answers.push_back(ask(builder, value));
+    if (claimer == nullptr && explanation.answers.back().canBuild == true) claimer = &builder;
+  }
+  if (claimer != nullptr) {
+    explanation.claimedBy = claimer->name();
+    explanation.build = buildWith(*claimer, value);
+  }
+  return explanation;
+}
+
+void appendAsJson(std::string& out, const Explanation& explanation, bool oneLine) {
+  JsonWriter writer(out, oneLine ? JsonWriter::Layout::kCompact : JsonWriter::Layout::kPretty);
+  writer.beginObject();
+  writer.key("builders").beginArray();
+  for (const BuilderAnswer& answer : explanation.answers) writeAnswer(writer, answer);
+  writer.endArray();
+  writer.key("claimedBy");
+  if (explanation.claimedBy) {
+    writer.value(*explanation.claimedBy);
+  } else {
+    writer.null();
+  }
+  if (explanation.build) {
+    writer.key("build");
+    writeBuild(writer, *explanation.build);
+  }
+  writer.endObject();
+  out += '\n';
+}
+
+void appendAsText(std::string& out, const Explanation& explanation, const Value& value) {
+  out += "the value is " + describe(value) + '\n';
+  out += "can they build it?\n";
+  for (const BuilderAnswer& answer : explanation.answers) appendAnswer(out, answer);
+  if (explanation.build) {
+    appendBuild(out, *explanation.build, *explanation.claimedBy);
+  } else {
+    out += "nobody builds it\n";
+  }
+}
+
+}  // namespace tessel_tool

@@ -1,0 +1,113 @@
+#include "tessel_tool/import_answer.hpp"
+
+#include "reference_host/export/export.hpp"
+#include "reference_host/json/parse.hpp"
+#include "reference_host/json/text_writer.hpp"
+#include "reference_host/logging/log_capture.hpp"
+#include "tessel_tool/text_form.hpp"
+
+namespace tessel_tool {
+
+namespace {
+
+using reference_host::importer::ImportError;
+using reference_host::importer::Step;
+using reference_host::importer::Summary;
+using reference_host::json::JsonWriter;
+using reference_host::logging::LogCapture;
+
+void writeParseError(JsonWriter& writer, const std::string& message) {
+  writer.beginObject();
+  writer.key("pointer").value("").key("builder").null().key("step").value("parse");
+  writer.key("message").value(message);
+  writer.endObject();
+}
+
+void writeError(JsonWriter& writer, const ImportError& error) {
+  writer.beginObject();
+  writer.key("pointer").value(error.pointer).key("builder").value(error.builder);
+  writer.key("step").value(stepName(error.step)).key("message").value(error.message);
+  writer.endObject();
+}
+
+void writeSummary(JsonWriter& writer, const Summary& summary) {
+  writer.beginObject();
+  writer.key("objects").value(summary.objects).key("claimed").value(summary.claimed);
+  writer.key("built").value(summary.built).key("failed").value(summary.failed);
+  writer.endObject();
+}
+
+void appendError(std::string& out, const ImportError& error) {
+  out += "  error at ";
+  out += error.pointer.empty() ? "the whole document" : onOneLine(error.pointer);
+  out += ": ";
+  out += onOneLine(shortName(error.builder));
+  out += error.step == Step::kCanBuild ? " cannot tell whether it can build this: "
+                                       : " cannot build this: ";
+  out += onOneLine(error.message) + '\n';
+}
+
+}  // namespace
+
+ImportAnswer importOne(const std::vector<reference_host::importer::NamedBuilder>& builders,
+                       const Document& document, reference_host::importer::OnError onError,
+                       bool withLog) {
+  ImportAnswer answer;
+  answer.document = document.name;
+  answer.path = document.path;
+  answer.parseError = document.readError;
+  std::optional<LogCapture> capture;
+  if (withLog) capture.emplace();
+  if (document.readError.empty()) {
+    try {
+      const foundation::json::Value value = document.parse();
+      answer.result = importDocument(builders, gx::zero::Model::create(), value, onError);
+    } catch (const reference_host::json::ParseError& error) {
+      answer.parseError = error.what();
+    }
+  }
+  if (capture) answer.log = capture->takeTexts();
+  return answer;
+}
+
+void appendAsJson(std::string& out, const ImportAnswer& answer, bool oneLine) {
+  JsonWriter writer(out, oneLine ? JsonWriter::Layout::kCompact : JsonWriter::Layout::kPretty);
+  writer.beginObject();
+  writer.key("document").value(answer.document);
+  writer.key("nodes").beginArray();
+  for (const auto& node : answer.result.nodes) reference_host::exporting::writeJson(writer, node);
+  writer.endArray();
+  writer.key("errors").beginArray();
+  if (!answer.parseError.empty()) writeParseError(writer, answer.parseError);
+  for (const ImportError& error : answer.result.errors) writeError(writer, error);
+  writer.endArray();
+  writer.key("summary");
+  writeSummary(writer, answer.result.summary);
+  if (answer.log) {
+    writer.key("log").beginArray();
+    for (const std::string& record : *answer.log) writer.value(record);
+    writer.endArray();
+  }
+  writer.endObject();
+  out += '\n';
+}
+
+void appendAsTree(std::string& out, const ImportAnswer& answer) {
+  if (!answer.parseError.empty()) return;
+  out += onOneLine(answer.document) + '\n';
+  for (const auto& node : answer.result.nodes) {
+    reference_host::exporting::appendTree(out, node, 1);
+  }
+  for (const ImportError& error : answer.result.errors) appendError(out, error);
+  if (answer.log) {
+    out += "  log\n";
+    appendRecords(out, *answer.log, "    ");
+  }
+  const Summary& summary = answer.result.summary;
+  out += "  " + std::to_string(summary.objects) +
+         (summary.objects == 1 ? " object: " : " objects: ") + std::to_string(summary.claimed) +
+         " claimed, " + std::to_string(summary.built) + " built, " +
+         std::to_string(summary.failed) + " failed\n";
+}
+
+}  // namespace tessel_tool

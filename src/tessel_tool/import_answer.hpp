@@ -1,0 +1,40 @@
+#pragma once
+
+/// @file
+/// The import of one document, and what is written about it.
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "gx/zero.hpp"
+#include "reference_host/importer/importer.hpp"
+#include "tessel_tool/input.hpp"
+
+namespace tessel_tool {
+
+/// What became of one document.
+struct ImportAnswer {
+  std::string document;    ///< its name
+  std::string path;        ///< the input that it comes from
+  std::string parseError;  ///< not empty when the document could not be read or parsed
+  reference_host::importer::ImportResult result;
+  std::optional<std::vector<std::string>> log;  ///< the records, if they were asked for
+
+  bool failed() const { return !parseError.empty() || !result.errors.empty(); }
+};
+
+/// Imports one document into a model of its own.
+ImportAnswer importOne(const std::vector<reference_host::importer::NamedBuilder>& builders,
+                       const Document& document, reference_host::importer::OnError onError,
+                       bool withLog);
+
+/// Appends the answer as a JSON object and a line feed.
+/// @param oneLine one line without white space, else indented.
+void appendAsJson(std::string& out, const ImportAnswer& answer, bool oneLine);
+
+/// Appends the answer as indented text: nodes, errors, records and counts. A document that could
+/// not be parsed has none of them and is left out.
+void appendAsTree(std::string& out, const ImportAnswer& answer);
+
+}  // namespace tessel_tool

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "tessel_tool/builder_services.hpp"
+#include "tessel_tool/exit_status.hpp"
+
+namespace tessel_tool {
+
+struct ImportOptions {
+  std::vector<std::string> files;
+  bool json = false;
+  bool log = false;
+  bool ndjson = false;
+  bool failFast = false;
+  std::size_t jobs = 1;
+};
+
+/// Imports documents and writes what became of each to standard output.
+/// @throws BundleError, OutputError
+ExitStatus runImport(BuilderServices& services, const ImportOptions& options);
+
+}  // namespace tessel_tool

@@ -1,0 +1,82 @@
+#pragma once
+
+/// @file
+/// Reading the tool's inputs: files and standard input, whole or line by line.
+
+#include <cstddef>
+#include <fstream>
+#include <istream>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/json.hpp"
+
+namespace tessel_tool {
+
+/// The path that stands for standard input.
+inline constexpr const char* kStandardInput = "-";
+
+/// An input that cannot be opened or read. `what()` is the system's reason.
+class InputError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// A file, or standard input, that is open for reading.
+class Input {
+ public:
+  /// @throws InputError
+  explicit Input(const std::string& path);
+
+  /// Everything from here to the end. @throws InputError
+  std::string readAll();
+  /// The next line, without its line feed; false at the end. @throws InputError
+  bool readLine(std::string& line);
+
+ private:
+  void requireNoFailure() const;
+
+  std::ifstream file_;
+  std::istream* stream_;
+};
+
+/// One document as it was read, or the reason why it was not.
+struct Document {
+  std::string path;       ///< the input that it comes from, as given
+  std::string name;       ///< what results call it
+  std::string text;       ///< the JSON text
+  std::size_t line = 1;   ///< where in the input the text begins
+  std::string readError;  ///< not empty when the input could not be read
+
+  /// The document's value.
+  /// @throws reference_host::json::ParseError with the line as counted in the input.
+  foundation::json::Value parse() const;
+};
+
+/// The documents of several inputs, one after the other: whole inputs, or one for each of their
+/// lines that is not white space alone. An input that cannot be read gives one document that says
+/// so. Only one document is in memory.
+class DocumentSource {
+ public:
+  enum class Unit { kWholeInput, kLine };
+
+  /// @param paths the inputs; none means standard input.
+  DocumentSource(std::vector<std::string> paths, Unit unit);
+
+  /// The next document; nothing at the end.
+  std::optional<Document> next();
+
+ private:
+  std::optional<Document> nextLine();
+
+  std::vector<std::string> paths_;
+  std::size_t nextPath_ = 0;
+  Unit unit_;
+  std::optional<Input> input_;  // the one whose lines are being read
+  std::size_t line_ = 0;        // the last one read of it
+};
+
+}  // namespace tessel_tool

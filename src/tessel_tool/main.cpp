@@ -1,0 +1,146 @@
+/// @file
+/// The command line.
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <exception>
+#include <new>
+#include <string>
+
+#include "tessel_tool/builder_services.hpp"
+#include "tessel_tool/builders_command.hpp"
+#include "tessel_tool/bundle_location.hpp"
+#include "tessel_tool/console.hpp"
+#include "tessel_tool/exit_status.hpp"
+#include "tessel_tool/explain_command.hpp"
+#include "tessel_tool/import_command.hpp"
+#include "tessel_tool/input.hpp"
+
+namespace tessel_tool {
+
+namespace {
+
+constexpr std::size_t kMostJobs = 256;
+
+/// What the command line asks for.
+struct CommandLine {
+  CommandLine() {
+    app.require_subcommand(0, 1);
+    for (CLI::App* command : {importCommand, explainCommand, buildersCommand}) {
+      command->fallthrough();
+      command->footer("--bundle PATH and --version work with every command.");
+    }
+    app.set_version_flag("--version", "tessel " TESSEL_VERSION, "Show the version and exit");
+    app.add_option("--bundle", bundle,
+                   "The bundle to load instead of the one beside the tool or in ../lib")
+        ->type_name("PATH");
+
+    addFormat(*importCommand, "tree");
+    importCommand->add_flag("--log", importOptions.log, "Show the diagnostic records too");
+    importCommand->add_flag("--ndjson", importOptions.ndjson,
+                            "Each line of an input is a document");
+    importCommand
+        ->add_option("--jobs", importOptions.jobs, "How many documents to import at a time")
+        ->type_name("N")
+        ->check(CLI::Range(std::size_t{1}, kMostJobs).description(""));
+    importCommand->add_flag("--fail-fast", importOptions.failFast,
+                            "Stop at the first error instead of doing the rest");
+    importCommand
+        ->add_option("FILE", importOptions.files, "JSON documents; none, or -, is standard input")
+        ->type_name("");
+    importCommand->final_callback([this] {
+      const auto& files = importOptions.files;
+      if (std::count(files.begin(), files.end(), kStandardInput) > 1) {
+        throw CLI::ValidationError("FILE", "standard input can be read only once");
+      }
+    });
+
+    addFormat(*explainCommand, "text");
+    explainCommand->add_flag("--ndjson", explainOptions.ndjson,
+                             "Each line of the input is a value");
+    explainCommand
+        ->add_option("FILE", explainOptions.file, "A JSON value; none, or -, is standard input")
+        ->type_name("");
+
+    addFormat(*buildersCommand, "text");
+  }
+
+  void addFormat(CLI::App& command, const std::string& forPeople) {
+    command.add_option("--format", format, "How to write the results")
+        ->type_name(forPeople + "|json")
+        ->check(CLI::IsMember({forPeople, std::string("json")}).description(""));
+  }
+
+  ExitStatus run() {
+    BuilderServices services(locateBundle(bundle));
+    const bool json = format == "json";
+    ExitStatus status = ExitStatus::kSuccess;
+    if (importCommand->parsed()) {
+      importOptions.json = json;
+      status = runImport(services, importOptions);
+    } else if (explainCommand->parsed()) {
+      explainOptions.json = json;
+      status = runExplain(services, explainOptions);
+    } else {
+      status = runBuilders(services, json);
+    }
+    services.close();
+    return status;
+  }
+
+  CLI::App app{"Turns JSON documents into document models through a bundle of builders", "tessel"};
+  CLI::App* importCommand =
+      app.add_subcommand("import", "Import documents and show the nodes that are built from them");
+  CLI::App* explainCommand =
+      app.add_subcommand("explain", "Show what each builder makes of a JSON value, and why");
+  CLI::App* buildersCommand =
+      app.add_subcommand("builders", "List the builders that the bundle publishes");
+  std::string bundle;
+  std::string format;
+  ImportOptions importOptions;
+  ExplainOptions explainOptions;
+};  // namespace
+
+ExitStatus runCommandLine(int argc, char** argv) {
+  CommandLine commandLine;
+  try {
+    commandLine.app.parse(argc, argv);
+    if (commandLine.app.get_subcommands().empty()) {
+      throw CLI::ParseError("a command is needed: import, explain or builders",
+                            CLI::ExitCodes::RequiredError);
+    }
+  } catch (const CLI::CallForVersion& version) {
+    writeResult(std::string(version.what()) + '\n');
+    return ExitStatus::kSuccess;
+  } catch (const CLI::CallForHelp&) {
+    writeResult(commandLine.app.help());
+    return ExitStatus::kSuccess;
+  } catch (const CLI::ParseError& error) {
+    complain("usage", std::string(error.what()) + "; see tessel --help");
+    return ExitStatus::kUnusable;
+  }
+  return commandLine.run();
+}
+
+}  // namespace
+
+}  // namespace tessel_tool
+
+int main(int argc, char** argv) {
+  using tessel_tool::ExitStatus;
+  tessel_tool::reportBrokenPipesAsErrors();
+  ExitStatus status = ExitStatus::kInputFailed;
+  try {
+    status = tessel_tool::runCommandLine(argc, argv);
+  } catch (const tessel_tool::BundleError& error) {
+    tessel_tool::complain(error.what());
+    status = ExitStatus::kUnusable;
+  } catch (const tessel_tool::OutputError& error) {
+    tessel_tool::complain("standard output", error.what());
+  } catch (const std::bad_alloc&) {
+    tessel_tool::complain("out of memory");
+  } catch (const std::exception& error) {
+    tessel_tool::complain("unexpected error", error.what());
+  }
+  return static_cast<int>(status);
+}

@@ -1,0 +1,91 @@
+// The exported functions of the bundle, called as a service runtime calls them.
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "cppmicroservices/servicecomponent/detail/ComponentInstance.hpp"
+#include "support/json.hpp"
+
+namespace {
+
+using cppmicroservices::service::component::detail::ComponentInstance;
+using foundation::json::Value;
+
+struct Close {
+  void operator()(void* library) const { dlclose(library); }
+};
+
+class EntryPoints : public ::testing::Test {
+ protected:
+  EntryPoints() : library_(dlopen(BUNDLE, RTLD_NOW | RTLD_LOCAL)) {
+    std::ifstream file(MANIFEST);
+    manifest_ = test_support::json(std::string(std::istreambuf_iterator<char>(file), {}));
+  }
+
+  void SetUp() override { ASSERT_NE(library_, nullptr) << dlerror(); }
+
+  /// The exported names of the manifest's components, without `NewInstance_`.
+  std::vector<std::string> classPaths() const {
+    std::vector<std::string> paths;
+    const Value& components = manifest_["scr"]["components"];
+    for (const Value& component : *components.get_if<Value::Array>()) {
+      std::string path = *component["implementation-class"].get_if<std::string>();
+      for (auto colons = path.find("::"); colons != std::string::npos; colons = path.find("::")) {
+        path.replace(colons, 2, "_");
+      }
+      paths.push_back(path);
+    }
+    return paths;
+  }
+
+  template <typename Function>
+  Function* find(const std::string& name) const {
+    return reinterpret_cast<Function*>(dlsym(library_.get(), name.c_str()));
+  }
+
+  std::unique_ptr<void, Close> library_;
+  Value manifest_;
+};
+
+TEST_F(EntryPoints, EveryComponentIsMadeAndFreed) {
+  const std::vector<std::string> paths = classPaths();
+  ASSERT_FALSE(paths.empty());
+  for (const std::string& path : paths) {
+    SCOPED_TRACE(path);
+    auto* const make = find<ComponentInstance*()>("NewInstance_" + path);
+    auto* const free = find<void(ComponentInstance*)>("DeleteInstance_" + path);
+    ASSERT_NE(make, nullptr);
+    ASSERT_NE(free, nullptr);
+    ComponentInstance* const first = make();
+    ComponentInstance* const second = make();
+    EXPECT_NE(first, nullptr);
+    EXPECT_NE(first, second);
+    free(first);
+    free(second);
+  }
+}
+
+TEST_F(EntryPoints, FreeingNothingDoesNothing) {
+  for (const std::string& path : classPaths()) {
+    auto* const free = find<void(ComponentInstance*)>("DeleteInstance_" + path);
+    ASSERT_NE(free, nullptr) << path;
+    free(nullptr);
+  }
+}
+
+TEST_F(EntryPoints, TheContextIsTakenAndTakenBack) {
+  auto* const set = find<void(void*)>("_us_set_bundle_context_instance_" +
+                                      *manifest_["bundle.symbolic_name"].get_if<std::string>());
+  ASSERT_NE(set, nullptr);
+  int context = 0;
+  set(&context);
+  set(nullptr);
+}
+
+}  // namespace

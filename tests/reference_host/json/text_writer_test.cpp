@@ -1,0 +1,286 @@
+#include "reference_host/json/text_writer.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "foundation/json.hpp"
+
+namespace {
+
+using foundation::json::Null;
+using foundation::json::pretty_print;
+using foundation::json::Undefined;
+using foundation::json::Value;
+using reference_host::json::appendNumber;
+using reference_host::json::appendText;
+using reference_host::json::JsonWriter;
+using Array = Value::Array;
+using Object = Value::Object;
+using namespace std::string_view_literals;
+
+struct TextRow {
+  const char* description;
+  std::string_view text;
+  std::string_view json;
+};
+
+constexpr TextRow kTextRows[] = {
+    {"no characters", ""sv, R"("")"sv},
+    {"plain text", "plain text"sv, R"("plain text")"sv},
+    {"a quote", "a\"b"sv, R"("a\"b")"sv},
+    {"a backslash at the end", "a\\"sv, R"("a\\")"sv},
+    {"a slash passes", "a/b"sv, R"("a/b")"sv},
+    {"controls with a short form", "\b\t\n\f\r"sv, R"("\b\t\n\f\r")"sv},
+    {"the other controls", "\0\x01\x0B\x1F"sv, R"("\u0000\u0001\u000b\u001f")"sv},
+    {"delete passes", "\x7F"sv, "\"\x7F\""sv},
+    {"two, three and four bytes pass", "\u00E9\u20AC\U0001F600"sv, "\"\u00E9\u20AC\U0001F600\""sv},
+    {"line separators pass", "\u2028\u2029"sv, "\"\u2028\u2029\""sv},
+    {"a stray continuation byte", "a\x80z"sv, "\"a\uFFFDz\""sv},
+    {"a sequence cut off by text", "\xE2\x82z"sv, "\"\uFFFDz\""sv},
+    {"a sequence cut off by a quote", "\xE2\""sv, "\"\uFFFD\\\"\""sv},
+    {"a sequence cut off by the end", "a\xF0\x9F\x98"sv, "\"a\uFFFD\""sv},
+    {"an encoded surrogate is three parts", "\xED\xA0\x80"sv, "\"\uFFFD\uFFFD\uFFFD\""sv},
+    {"an overlong slash is two parts", "\xC0\xAF"sv, "\"\uFFFD\uFFFD\""sv},
+    {"beyond the last code point", "\xF4\x90\x80\x80"sv, "\"\uFFFD\uFFFD\uFFFD\uFFFD\""sv},
+    {"bytes that start nothing", "\xFE\xFF"sv, "\"\uFFFD\uFFFD\""sv},
+};
+
+TEST(AppendTextTest, WritesValidJson) {
+  for (const TextRow& row : kTextRows) {
+    SCOPED_TRACE(row.description);
+    std::string out = "before ";
+    appendText(out, row.text);
+    EXPECT_EQ(out, "before " + std::string(row.json));
+  }
+}
+
+TEST(AppendTextTest, AMemberNameIsWrittenLikeAText) {
+  for (const TextRow& row : kTextRows) {
+    SCOPED_TRACE(row.description);
+    std::string out;
+    JsonWriter(out).json(Object{{std::string(row.text), true}});
+    EXPECT_EQ(out, "{" + std::string(row.json) + ":true}");
+  }
+}
+
+struct NumberRow {
+  double number;
+  const char* json;
+};
+
+TEST(AppendNumberTest, WritesTheShortestFormOfADouble) {
+  using Limits = std::numeric_limits<double>;
+  const NumberRow rows[] = {
+      {0.0, "0"},
+      {-0.0, "-0"},
+      {3.0, "3"},
+      {-1.5, "-1.5"},
+      {0.1, "0.1"},
+      {0.1 + 0.2, "0.30000000000000004"},
+      {1.0 / 3.0, "0.3333333333333333"},
+      {65535.0, "65535"},
+      {2147483647.5, "2147483647.5"},
+      {9007199254740993.0, "9007199254740992"},
+      {18446744073709551615.0, "18446744073709551616"},
+      {1e21, "1e+21"},
+      {1e-7, "1e-07"},
+      {Limits::max(), "1.7976931348623157e+308"},
+      {Limits::lowest(), "-1.7976931348623157e+308"},
+      {Limits::min(), "2.2250738585072014e-308"},
+      {Limits::denorm_min(), "5e-324"},
+      {Limits::infinity(), "null"},
+      {-Limits::infinity(), "null"},
+      {Limits::quiet_NaN(), "null"},
+      {-Limits::quiet_NaN(), "null"},
+  };
+  for (const NumberRow& row : rows) {
+    std::string out = "before ";
+    appendNumber(out, row.number);
+    EXPECT_EQ(out, std::string("before ") + row.json);
+  }
+}
+
+TEST(AppendNumberTest, WritesTheShortestFormOfAFloat) {
+  using Limits = std::numeric_limits<float>;
+  const std::pair<float, const char*> rows[] = {
+      {0.1F, "0.1"},
+      {-0.0F, "-0"},
+      {3.0F, "3"},
+      {16777216.0F, "16777216"},
+      {1e10F, "1e+10"},
+      {Limits::max(), "3.4028235e+38"},
+      {1e-45F, "1e-45"},
+      {Limits::infinity(), "null"},
+      {std::nanf(""), "null"},
+  };
+  for (const auto& [number, json] : rows) {
+    std::string out;
+    appendNumber(out, number);
+    EXPECT_EQ(out, json);
+  }
+}
+
+TEST(AppendNumberTest, WritesAllDigitsOfAnInteger) {
+  std::string out;
+  appendNumber(out, std::numeric_limits<std::int64_t>::min());
+  out += ' ';
+  appendNumber(out, std::numeric_limits<std::int64_t>::max());
+  out += ' ';
+  appendNumber(out, std::numeric_limits<std::uint64_t>::max());
+  out += ' ';
+  appendNumber(out, std::int64_t{0});
+  EXPECT_EQ(out, "-9223372036854775808 9223372036854775807 18446744073709551615 0");
+}
+
+void writeSample(JsonWriter& writer) {
+  const std::string text = "a \"text\"";
+  writer.beginObject();
+  writer.key("text").value(text).key("literal").value("x").key("view").value("y"sv);
+  writer.key("numbers").beginArray();
+  writer.value(1.5).value(0.1F).value(-7).value(8U).value(std::size_t{9});
+  writer.value(std::int64_t{-10}).value(std::uint64_t{11});
+  writer.endArray();
+  writer.key("words").beginArray().value(true).value(false).null().endArray();
+  writer.key("empty").beginArray().beginArray().endArray().beginObject().endObject().endArray();
+  writer.key("tree").json(Object{{"a", Array{1.0}}, {"b", Object{}}});
+  writer.key("raw").raw("[1,2]");
+  writer.endObject();
+}
+
+TEST(JsonWriterTest, WritesOneCompactLine) {
+  std::string out;
+  JsonWriter writer(out);
+  writeSample(writer);
+  EXPECT_EQ(out, R"({"text":"a \"text\"","literal":"x","view":"y",)"
+                 R"("numbers":[1.5,0.1,-7,8,9,-10,11],"words":[true,false,null],)"
+                 R"("empty":[[],{}],"tree":{"a":[1],"b":{}},"raw":[1,2]})");
+}
+
+TEST(JsonWriterTest, WritesIndentedLines) {
+  std::string out;
+  JsonWriter writer(out, JsonWriter::Layout::kPretty);
+  writeSample(writer);
+  EXPECT_EQ(out, R"({
+  "text": "a \"text\"",
+  "literal": "x",
+  "view": "y",
+  "numbers": [
+    1.5,
+    0.1,
+    -7,
+    8,
+    9,
+    -10,
+    11
+  ],
+  "words": [
+    true,
+    false,
+    null
+  ],
+  "empty": [
+    [],
+    {}
+  ],
+  "tree": {
+    "a": [
+      1
+    ],
+    "b": {}
+  },
+  "raw": [1,2]
+})");
+}
+
+TEST(JsonWriterTest, WritesOneValueAfterAnother) {
+  std::string out;
+  JsonWriter writer(out);
+  writer.beginObject().key("a").value(1).endObject();
+  out += '\n';
+  writer.beginArray().endArray();
+  out += '\n';
+  writer.value("text");
+  EXPECT_EQ(out, "{\"a\":1}\n[]\n\"text\"");
+}
+
+struct PrintRow {
+  const char* description;
+  Value value;
+  const char* json;
+};
+
+TEST(PrettyPrintTest, WritesEveryAlternative) {
+  const PrintRow rows[] = {
+      {"undefined", Undefined(), "null"},
+      {"null", Null(), "null"},
+      {"true", true, "true"},
+      {"false", false, "false"},
+      {"a double", 2.5, "2.5"},
+      {"a whole double", 3.0, "3"},
+      {"minus zero", -0.0, "-0"},
+      {"infinity", std::numeric_limits<double>::infinity(), "null"},
+      {"a text", "x\n", "\"x\\n\""},
+      {"a float", 0.1F, "0.1"},
+      {"a float that is not a number", std::nanf(""), "null"},
+      {"int64", std::numeric_limits<std::int64_t>::min(), "-9223372036854775808"},
+      {"uint64", std::numeric_limits<std::uint64_t>::max(), "18446744073709551615"},
+      {"an empty array", Array{}, "[]"},
+      {"an empty object", Object{}, "{}"},
+      {"one element", Array{1.0}, "[\n  1\n]"},
+      {"an undefined element", Array{Undefined(), 1.0}, "[\n  null,\n  1\n]"},
+      {"one member", Object{{"key", "value"}}, "{\n  \"key\": \"value\"\n}"},
+      {"members in byte order", Object{{"b", 1.0}, {"", 2.0}, {"\u00E9", 3.0}, {"B", 4.0}},
+       "{\n  \"\": 2,\n  \"B\": 4,\n  \"b\": 1,\n  \"\u00E9\": 3\n}"},
+      {"nesting", Object{{"a", Array{Object{{"b", Array{}}}, Object{}}}},
+       "{\n  \"a\": [\n    {\n      \"b\": []\n    },\n    {}\n  ]\n}"},
+  };
+  for (const PrintRow& row : rows) {
+    SCOPED_TRACE(row.description);
+    EXPECT_EQ(pretty_print(row.value), row.json);
+  }
+}
+
+Value nestedArrays(std::size_t depth) {
+  Value value = Array{};
+  for (std::size_t level = 1; level < depth; ++level) {
+    Array outer;
+    outer.push_back(std::move(value));
+    value = std::move(outer);
+  }
+  return value;
+}
+
+TEST(PrettyPrintTest, TheIndentStopsGrowingAtLevelFifty) {
+  constexpr std::size_t kDepth = 60;
+  std::string expected;
+  for (std::size_t level = 0; level + 1 < kDepth; ++level) {
+    expected += "[\n" + std::string(2 * std::min<std::size_t>(level + 1, 50), ' ');
+  }
+  expected += "[]";
+  for (std::size_t level = kDepth - 1; level-- > 0;) {
+    expected += '\n' + std::string(2 * std::min<std::size_t>(level, 50), ' ') + "]";
+  }
+  EXPECT_EQ(pretty_print(nestedArrays(kDepth)), expected);
+}
+
+TEST(PrettyPrintTest, PrintsAtAnyDepth) {
+  constexpr std::size_t kDeep = 1'000'000;
+  std::string compact;
+  JsonWriter(compact).json(nestedArrays(kDeep));
+  EXPECT_TRUE(compact == std::string(kDeep, '[') + std::string(kDeep, ']'));
+
+  constexpr std::size_t kLines = 100'000;
+  const std::string pretty = pretty_print(nestedArrays(kLines));
+  EXPECT_EQ(std::count(pretty.begin(), pretty.end(), '\n'),
+            static_cast<std::ptrdiff_t>(2 * (kLines - 1)));
+}
+
+}  // namespace

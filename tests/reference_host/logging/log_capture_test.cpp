@@ -1,0 +1,212 @@
+#include "reference_host/logging/log_capture.hpp"
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <boost/log/sources/record_ostream.hpp>
+#include <boost/log/sources/severity_feature.hpp>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "tessel/shared/logging.hpp"
+
+namespace reference_host::logging {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Texts = std::vector<std::string>;
+
+std::atomic<std::uint32_t>& levels() {
+  return enabled_levels(tessel::shared::logging::getLogger());
+}
+
+/// Writes a record as a component of the host does, if diagnostics are on.
+void write(const std::string& text, int severity = kDiagnosticSeverity) {
+  auto& logger = tessel::shared::logging::getLogger();
+  if ((levels().load() & (1U << kDiagnosticLevelBit)) == 0) return;
+  boost::log::record record = [&] {
+    const std::lock_guard<foundation::log::slim_lock> guard(lock(logger));
+    boost::log::sources::aux::get_severity_level() = static_cast<boost::uintmax_t>(severity);
+    return core(logger)->open_record(attributes(logger));
+  }();
+  if (!record) return;
+  boost::log::record_ostream stream(record);
+  stream << text;
+  stream.flush();
+  core(logger)->push_record(boost::move(record));
+}
+
+Texts textsOf(const LogCapture& capture) {
+  Texts texts;
+  for (const CapturedRecord& record : capture.records()) texts.push_back(record.text);
+  return texts;
+}
+
+/// Each test starts with diagnostics off, and has to leave the level word as it found it.
+class LogCaptureTest : public testing::Test {
+ protected:
+  void SetUp() override { levels() = 0; }
+  void TearDown() override { levels() = 0; }
+};
+
+TEST_F(LogCaptureTest, CollectsSeverityAndTextInOrder) {
+  LogCapture capture;
+  write("first");
+  write("second", 3);
+  ASSERT_EQ(capture.records().size(), 2U);
+  EXPECT_EQ(capture.records()[0].severity, 8);
+  EXPECT_EQ(capture.records()[0].text, "first");
+  EXPECT_EQ(capture.records()[1].severity, 3);
+  EXPECT_EQ(capture.records()[1].text, "second");
+}
+
+TEST_F(LogCaptureTest, TakingStartsOver) {
+  LogCapture capture;
+  write("first");
+  EXPECT_THAT(capture.takeTexts(), ElementsAre("first"));
+  write("second");
+  EXPECT_THAT(capture.takeTexts(), ElementsAre("second"));
+  EXPECT_THAT(capture.takeTexts(), IsEmpty());
+}
+
+TEST_F(LogCaptureTest, SwitchesDiagnosticsOnAndBackOff) {
+  levels() = 0x5;
+  {
+    LogCapture capture;
+    EXPECT_EQ(levels().load(), 0xdU);
+  }
+  EXPECT_EQ(levels().load(), 0x5U);
+}
+
+TEST_F(LogCaptureTest, LeavesDiagnosticsOnThatWereOn) {
+  levels() = 0x8;
+  { LogCapture capture; }
+  EXPECT_EQ(levels().load(), 0x8U);
+}
+
+TEST_F(LogCaptureTest, KeepsOtherBitsThatChangeMeanwhile) {
+  levels() = 0x1;
+  {
+    LogCapture capture;
+    levels().fetch_or(0x20);
+    levels().fetch_and(~0x1U);
+  }
+  EXPECT_EQ(levels().load(), 0x20U);
+}
+
+TEST_F(LogCaptureTest, NestedCapturesEachCollect) {
+  LogCapture outer;
+  write("one");
+  {
+    LogCapture inner;
+    write("two");
+    EXPECT_THAT(textsOf(inner), ElementsAre("two"));
+    EXPECT_EQ(levels().load(), 0x8U);
+  }
+  EXPECT_EQ(levels().load(), 0x8U);
+  write("three");
+  EXPECT_THAT(textsOf(outer), ElementsAre("one", "two", "three"));
+}
+
+TEST_F(LogCaptureTest, OverlappingCapturesEndInAnyOrder) {
+  auto first = std::make_unique<LogCapture>();
+  auto second = std::make_unique<LogCapture>();
+  auto third = std::make_unique<LogCapture>();
+  write("one");
+  second.reset();
+  write("two");
+  EXPECT_THAT(textsOf(*first), ElementsAre("one", "two"));
+  EXPECT_THAT(textsOf(*third), ElementsAre("one", "two"));
+  first.reset();
+  write("three");
+  EXPECT_THAT(textsOf(*third), ElementsAre("one", "two", "three"));
+  EXPECT_EQ(levels().load(), 0x8U);
+  third.reset();
+  EXPECT_EQ(levels().load(), 0U);
+}
+
+TEST_F(LogCaptureTest, CollectsTheRecordsOfItsOwnThreadOnly) {
+  LogCapture capture;
+  std::thread([] { write("from elsewhere"); }).join();
+  write("from here");
+  EXPECT_THAT(textsOf(capture), ElementsAre("from here"));
+}
+
+TEST_F(LogCaptureTest, ThreadsCaptureIndependentlyAtTheSameTime) {
+  constexpr std::size_t kThreads = 4;
+  constexpr int kRounds = 50;
+  std::vector<Texts> captured(kThreads);
+  std::vector<Texts> expected(kThreads);
+  std::vector<std::thread> threads;
+  for (std::size_t index = 0; index < kThreads; ++index) {
+    threads.emplace_back([&captured, &expected, index] {
+      for (int round = 0; round < kRounds; ++round) {
+        LogCapture capture;
+        for (int number = 0; number < 5; ++number) {
+          const std::string text = std::to_string(index) + "." + std::to_string(number);
+          write(text);
+          expected[index].push_back(text);
+        }
+        for (std::string& text : capture.takeTexts()) captured[index].push_back(std::move(text));
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(captured, expected);
+  EXPECT_EQ(levels().load(), 0U);
+}
+
+TEST_F(LogCaptureTest, DisabledLoggingCollectsNothing) {
+  LogCapture capture;
+  boost::log::core::get()->set_logging_enabled(false);
+  write("lost");
+  boost::log::core::get()->set_logging_enabled(true);
+  write("kept");
+  EXPECT_THAT(textsOf(capture), ElementsAre("kept"));
+}
+
+class OpenedRecordCounterTest : public LogCaptureTest {};
+
+TEST_F(OpenedRecordCounterTest, CountsNothingWhileDiagnosticsAreOff) {
+  const OpenedRecordCounter counter;
+  write("never opened");
+  EXPECT_EQ(counter.count(), 0U);
+  EXPECT_EQ(levels().load(), 0U);
+}
+
+TEST_F(OpenedRecordCounterTest, CountsRecordsOfAllThreadsAndAcceptsNone) {
+  levels() = 0x8;
+  const OpenedRecordCounter counter;
+  testing::internal::CaptureStdout();
+  write("here");
+  std::thread([] { write("there"); }).join();
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+  EXPECT_EQ(counter.count(), 2U);
+}
+
+TEST_F(OpenedRecordCounterTest, LeavesCapturesAlone) {
+  const OpenedRecordCounter counter;
+  LogCapture capture;
+  write("captured");
+  EXPECT_THAT(textsOf(capture), ElementsAre("captured"));
+  EXPECT_EQ(counter.count(), 1U);
+}
+
+TEST_F(OpenedRecordCounterTest, StopsCountingAtItsEnd) {
+  LogCapture capture;
+  auto counter = std::make_unique<OpenedRecordCounter>();
+  write("counted");
+  const std::size_t counted = counter->count();
+  counter.reset();
+  write("not counted");
+  EXPECT_EQ(counted, 1U);
+  EXPECT_THAT(textsOf(capture), ElementsAre("counted", "not counted"));
+}
+
+}  // namespace
+}  // namespace reference_host::logging

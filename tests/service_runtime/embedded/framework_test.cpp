@@ -1,0 +1,304 @@
+// The embedded framework: bundles, libraries, listeners, handles.
+
+#include <dlfcn.h>
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+#include "host.hpp"
+#include "services.hpp"
+#include "unit/file_builder.hpp"
+#include "unit/temporary_folder.hpp"
+
+namespace service_runtime_test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+using cppmicroservices::Bundle;
+using cppmicroservices::BundleContext;
+using cppmicroservices::Framework;
+using cppmicroservices::FrameworkEvent;
+using cppmicroservices::FrameworkFactory;
+using cppmicroservices::ListenerToken;
+using cppmicroservices::ServiceReferenceU;
+
+constexpr std::chrono::milliseconds kForEver = std::chrono::milliseconds::zero();
+
+bool isLoaded(const std::string& name) {
+  void* const handle = dlopen(bundlePath(name).c_str(), RTLD_LAZY | RTLD_NOLOAD);
+  if (handle) dlclose(handle);
+  return handle != nullptr;
+}
+
+template <class T>
+std::string text(const T& value) {
+  std::ostringstream os;
+  os << value;
+  return os.str();
+}
+
+template <class Error, class Action>
+std::string errorOf(Action action) {
+  try {
+    action();
+  } catch (const Error& error) {
+    return error.what();
+  }
+  return "no error";
+}
+
+TEST(Framework, StartsStopsAndStartsAgain) {
+  std::vector<std::string> events;
+  Framework framework = FrameworkFactory().NewFramework();
+  EXPECT_EQ(framework.GetState(), Bundle::STATE_INSTALLED);
+  EXPECT_EQ(framework.GetBundleId(), 0);
+  EXPECT_EQ(framework.GetSymbolicName(), "system_bundle");
+  EXPECT_FALSE(framework.GetBundleContext());
+  framework.Init();
+  framework.Init();
+  EXPECT_EQ(framework.GetState(), Bundle::STATE_STARTING);
+
+  BundleContext context = framework.GetBundleContext();
+  context.AddFrameworkListener([&](const FrameworkEvent& event) { events.push_back(text(event)); });
+  framework.Start();
+  framework.Start();
+  EXPECT_EQ(framework.GetState(), Bundle::STATE_ACTIVE);
+  EXPECT_EQ(text(framework.WaitForStop(std::chrono::milliseconds(1))),
+            "WAIT_TIMEDOUT: the framework did not stop in time");
+  Bundle bundle = context.InstallBundles(bundlePath("plain")).front();
+  bundle.Start();
+  EXPECT_THAT(context.GetBundles(), ElementsAre(framework, bundle));
+  EXPECT_EQ(context.GetBundle(1), bundle);
+  EXPECT_EQ(context.GetBundle(2), Bundle());
+
+  framework.Stop();
+  framework.Stop();
+  EXPECT_EQ(text(framework.WaitForStop(kForEver)), "STOPPED: framework stopped");
+  EXPECT_EQ(framework.GetState(), Bundle::STATE_RESOLVED);
+  EXPECT_EQ(bundle.GetState(), Bundle::STATE_UNINSTALLED);
+  EXPECT_FALSE(context);
+  EXPECT_FALSE(isLoaded("plain"));
+
+  framework.Start();
+  EXPECT_THAT(framework.GetBundleContext().GetBundles(), ElementsAre(framework));
+  EXPECT_THAT(events, ElementsAre("STARTED: framework started", "STOPPED: framework stopped",
+                                  "STARTED: framework started"));
+  EXPECT_EQ(errorOf<std::runtime_error>([&] { framework.Uninstall(); }),
+            "a framework cannot be uninstalled");
+}
+
+TEST(Framework, StopsWhenItsLastHandleGoes) {
+  std::shared_ptr<Greeter> greeter;
+  BundleContext context;
+  {
+    Bundle bundle;
+    {
+      Framework framework = FrameworkFactory().NewFramework();
+      framework.Start();
+      context = framework.GetBundleContext();
+      bundle = context.InstallBundles(bundlePath("plain")).front();
+      bundle.Start();
+      greeter = context.GetService(context.GetServiceReference<Greeter>());
+    }
+    EXPECT_TRUE(context);
+    EXPECT_EQ(bundle.GetState(), Bundle::STATE_ACTIVE);
+    takeJournal();
+  }
+  EXPECT_FALSE(context);
+  EXPECT_THAT(takeJournal(),
+              ElementsAre("deactivate Plain", "delete Plain", "test_plain: context taken away"));
+  EXPECT_EQ(greeter->greet(), "I am Plain");
+  EXPECT_TRUE(isLoaded("plain"));
+  greeter.reset();
+  EXPECT_FALSE(isLoaded("plain"));
+}
+
+TEST(Framework, LibraryIsLoadedFromStartToUninstall) {
+  Host host;
+  Bundle bundle = host.install("plain");
+  EXPECT_FALSE(isLoaded("plain"));
+  bundle.Start();
+  EXPECT_TRUE(isLoaded("plain"));
+  host.service<Greeter>();
+  bundle.Stop();
+  EXPECT_TRUE(isLoaded("plain"));
+  bundle.Uninstall();
+  EXPECT_FALSE(isLoaded("plain"));
+}
+
+TEST(Framework, ObjectInUseKeepsItsLibraryLoaded) {
+  Host host;
+  host.start("consumer");
+  Bundle provider = host.start("provider");
+  std::shared_ptr<Listener> listener = host.service<Listener>();
+  provider.Uninstall();
+  EXPECT_TRUE(isLoaded("provider"));
+  EXPECT_EQ(listener->hear(), "heard: I am Provider");
+  listener.reset();
+  EXPECT_FALSE(isLoaded("provider"));
+  EXPECT_TRUE(isLoaded("consumer"));
+}
+
+TEST(Framework, InstallsABundleOnce) {
+  Host host;
+  const Bundle first = host.install("plain");
+  const std::string roundabout = std::string(TEST_BUNDLE_DIRECTORY) + "/../" +
+                                 std::filesystem::path(TEST_BUNDLE_DIRECTORY).filename().string() +
+                                 "/plain.so";
+  EXPECT_THAT(host.context().InstallBundles(roundabout), ElementsAre(first));
+
+  const TemporaryFolder folder;
+  const std::string copy = (folder.path() / "copy.so").string();
+  std::filesystem::copy_file(bundlePath("plain"), copy);
+  EXPECT_EQ(errorOf<std::runtime_error>([&] { host.context().InstallBundles(copy); }),
+            copy + ": bundle test_plain is installed already, from " + bundlePath("plain"));
+}
+
+TEST(Framework, RefusesWhatIsNoBundle) {
+  Host host;
+  EXPECT_EQ(errorOf<std::runtime_error>([&] { host.context().InstallBundles("/no/such.so"); }),
+            "/no/such.so: no such file");
+  // A shared library, but no bundle.
+  Dl_info library{};
+  ASSERT_NE(dladdr(reinterpret_cast<const void*>(&takeJournal), &library), 0);
+  EXPECT_EQ(errorOf<std::runtime_error>([&] { host.context().InstallBundles(library.dli_fname); }),
+            std::string(library.dli_fname) + ": is not a bundle: it has no section .us_resources");
+  EXPECT_THAT(host.context().GetBundles(), ElementsAre(host.framework()));
+}
+
+TEST(Framework, BundleThatCannotBeLoadedCanBeStartedLater) {
+  Host host;
+  const TemporaryFolder folder;
+  const std::string path = (folder.path() / "crafted.so").string();
+  std::ofstream(path, std::ios::binary) << craftedBundle(kCraftedManifest);
+  Bundle bundle = host.context().InstallBundles(path).front();
+  EXPECT_THAT(errorOf<std::runtime_error>([&] { bundle.Start(); }),
+              ::testing::StartsWith(path + ": cannot be loaded: " + path + ": "));
+  EXPECT_EQ(bundle.GetState(), Bundle::STATE_INSTALLED);
+  EXPECT_FALSE(bundle.GetBundleContext());
+
+  std::ofstream(path, std::ios::binary)
+      << craftedBundle(R"({"bundle.symbolic_name": "crafted", "changed": true})");
+  EXPECT_EQ(errorOf<std::runtime_error>([&] { bundle.Start(); }),
+            path + ": has changed since it was installed");
+  std::filesystem::remove(path);
+  EXPECT_EQ(errorOf<std::runtime_error>([&] { bundle.Start(); }), path + ": no such file");
+  bundle.Uninstall();
+  EXPECT_EQ(errorOf<std::logic_error>([&] { bundle.Start(); }), "bundle crafted: is uninstalled");
+  EXPECT_EQ(errorOf<std::logic_error>([&] { bundle.Stop(); }), "bundle crafted: is uninstalled");
+  EXPECT_THAT(host.takeEvents(), IsEmpty());
+}
+
+TEST(Framework, FailureOfAContextSetterIsTold) {
+  Host host;
+  Bundle bundle = host.install("plain");
+  const auto refuse = [](const std::string& entry) {
+    if (entry.find("context") != std::string::npos) throw std::runtime_error("no context");
+  };
+  setHook(refuse);
+  EXPECT_EQ(errorOf<std::runtime_error>([&] { bundle.Start(); }),
+            bundlePath("plain") +
+                ": calling _us_set_bundle_context_instance_test_plain failed: no context");
+  EXPECT_EQ(bundle.GetState(), Bundle::STATE_INSTALLED);
+  setHook(nullptr);
+  bundle.Start();
+  setHook(refuse);
+  bundle.Stop();
+  setHook(nullptr);
+  EXPECT_THAT(host.takeEvents(),
+              ElementsAre("WARNING: bundle test_plain: calling "
+                          "_us_set_bundle_context_instance_test_plain failed: no context"));
+  EXPECT_EQ(bundle.GetState(), Bundle::STATE_RESOLVED);
+}
+
+TEST(Framework, ListenersHearUntilTheyAreRemoved) {
+  int heard = 0;
+  Host host;
+  host.context().AddFrameworkListener(
+      [](const FrameworkEvent&) { throw std::runtime_error("dropped"); });
+  ListenerToken token =
+      host.context().AddFrameworkListener([&](const FrameworkEvent&) { ++heard; });
+  EXPECT_TRUE(token);
+  Bundle bundle = host.start("cycle");
+  EXPECT_EQ(heard, 2);
+  EXPECT_EQ(host.takeEvents().size(), 2U);
+  host.context().RemoveListener(std::move(token));
+  host.context().RemoveListener(ListenerToken());
+  bundle.Stop();
+  bundle.Start();
+  EXPECT_EQ(heard, 2);
+  EXPECT_EQ(host.takeEvents().size(), 2U);
+}
+
+TEST(Framework, ListenerMayChangeBundles) {
+  std::vector<Bundle> told;  // outlives the host, whose end is an event too
+  Host host;
+  host.context().AddFrameworkListener([&](const FrameworkEvent& event) {
+    told.push_back(event.GetBundle());
+    event.GetBundle().Uninstall();
+  });
+  const Bundle bundle = host.install("faulty");
+  Bundle(bundle).Start();
+  EXPECT_EQ(bundle.GetState(), Bundle::STATE_UNINSTALLED);
+  EXPECT_THAT(told, ElementsAre(bundle, bundle));
+}
+
+TEST(Framework, EmptyHandlesSaySo) {
+  Bundle bundle;
+  EXPECT_FALSE(bundle);
+  EXPECT_EQ(text(bundle), "no bundle");
+  EXPECT_EQ(errorOf<std::invalid_argument>([&] { bundle.GetState(); }),
+            "the bundle handle is empty");
+  EXPECT_EQ(errorOf<std::invalid_argument>([&] { bundle.GetHeaders(); }),
+            "the bundle handle is empty");
+  EXPECT_EQ(errorOf<std::runtime_error>([] { BundleContext().GetBundles(); }),
+            "the bundle context is no longer valid");
+  EXPECT_EQ(errorOf<std::runtime_error>([] { FrameworkEvent().GetType(); }),
+            "an empty framework event has no type");
+
+  Host host;
+  EXPECT_EQ(errorOf<std::invalid_argument>([&] { host.context().GetService(ServiceReferenceU()); }),
+            "the service reference is empty");
+  const ServiceReferenceU empty;
+  EXPECT_FALSE(empty);
+  EXPECT_FALSE(empty.GetBundle());
+  EXPECT_TRUE(empty.GetProperty("x").Empty());
+  EXPECT_THAT(empty.GetPropertyKeys(), IsEmpty());
+  EXPECT_EQ(text(empty), "no service");
+}
+
+TEST(Framework, ReferencesAreOrderedByRankAndThenByAge) {
+  Host host;
+  host.start("spare");
+  host.start("plain");
+  const Bundle decoy = host.start("decoy");
+  std::vector<std::string> names;
+  const auto references = host.context().GetServiceReferences<Greeter>();
+  for (const auto& reference : references) {
+    names.push_back(reference.GetProperty("component.name").ToString());
+  }
+  EXPECT_THAT(names, ElementsAre("service_runtime_test::Decoy", "service_runtime_test::Spare",
+                                 "service_runtime_test::Plain"));
+  EXPECT_TRUE(references[1] < references[0]);
+  EXPECT_TRUE(references[2] < references[1]);
+  EXPECT_FALSE(references[0] < references[0]);
+  EXPECT_TRUE(ServiceReferenceU() < references[2]);
+  EXPECT_FALSE(references[2] < ServiceReferenceU());
+
+  EXPECT_EQ(host.context().GetServiceReference<Greeter>(), references[0]);
+  EXPECT_EQ(decoy.GetRegisteredServices().at(0), references[0]);
+  EXPECT_EQ(ServiceReferenceU(references[0]).Hash(), references[0].Hash());
+  EXPECT_FALSE(cppmicroservices::ServiceReference<Listener>(references[0]));
+  EXPECT_EQ(text(references[0]),
+            "service (component.id=3,component.name=service_runtime_test::Decoy,objectclass="
+            "[service_runtime_test::Greeter],service.id=4,service.ranking=1000)");
+  EXPECT_EQ(text(decoy), "test_decoy (3, " + bundlePath("decoy") + ")");
+}
+
+}  // namespace
+}  // namespace service_runtime_test

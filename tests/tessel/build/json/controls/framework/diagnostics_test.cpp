@@ -1,0 +1,186 @@
+#include "framework/diagnostics.hpp"
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <boost/log/core/core.hpp>
+#include <boost/log/sinks/basic_sink_backend.hpp>
+#include <boost/log/sinks/unlocked_frontend.hpp>
+#include <boost/make_shared.hpp>
+#include <chrono>
+#include <cstdint>
+#include <mutex>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+#include "support/records.hpp"
+#include "tessel/shared/logging.hpp"
+
+namespace tessel::build::json::controls::framework {
+namespace {
+
+using reference_host::logging::LogCapture;
+using test_support::Records;
+using test_support::recordsOf;
+
+std::atomic<std::uint32_t>& levels() {
+  return enabled_levels(shared::logging::getLogger());
+}
+
+/// Counts the records that are opened while it lives, and lets none or all of them through.
+class FilterInPlace {
+ public:
+  explicit FilterInPlace(bool accept) {
+    boost::log::core::get()->set_filter([this, accept](const boost::log::attribute_value_set&) {
+      ++opened_;
+      return accept;
+    });
+  }
+  ~FilterInPlace() { boost::log::core::get()->reset_filter(); }
+  FilterInPlace(const FilterInPlace&) = delete;
+  FilterInPlace& operator=(const FilterInPlace&) = delete;
+
+  int opened() const { return opened_; }
+
+ private:
+  std::atomic<int> opened_{0};
+};
+
+class ThrowingBackend
+    : public boost::log::sinks::basic_sink_backend<boost::log::sinks::concurrent_feeding> {
+ public:
+  void consume(const boost::log::record_view&) { throw std::runtime_error("the disk is full"); }
+};
+
+TEST(Diagnostics, WritesItsTextsAtSeverity8) {
+  LogCapture capture;
+  logDiagnostic("given");
+  logDiagnostic([] { return std::string("produced"); });
+  logDiagnostic("");
+  ASSERT_EQ(capture.records().size(), 3U);
+  EXPECT_EQ(capture.records()[0].text, "given");
+  EXPECT_EQ(capture.records()[1].text, "produced");
+  EXPECT_EQ(capture.records()[2].text, "");
+  for (const auto& record : capture.records()) EXPECT_EQ(record.severity, 8);
+}
+
+TEST(Diagnostics, WithBit3ClearNoRecordIsOpenedAndNoTextProduced) {
+  const LogCapture capture;
+  const FilterInPlace filter(true);
+  const std::uint32_t before = levels().load();
+  for (const std::uint32_t others : {0U, ~8U}) {
+    levels() = others;
+    logDiagnostic("given");
+    logDiagnostic([]() -> std::string {
+      ADD_FAILURE() << "a text was produced for nobody";
+      return "";
+    });
+  }
+  levels() = before;
+  EXPECT_EQ(filter.opened(), 0);
+  EXPECT_TRUE(capture.records().empty());
+}
+
+TEST(Diagnostics, Bit3AloneIsEnough) {
+  LogCapture capture;
+  const std::uint32_t before = levels().load();
+  levels() = 8;
+  logDiagnostic("given");
+  levels() = before;
+  EXPECT_EQ(capture.records().size(), 1U);
+}
+
+TEST(Diagnostics, WithTheCoreDisabledNoRecordIsOpened) {
+  const LogCapture capture;
+  const FilterInPlace filter(true);
+  boost::log::core::get()->set_logging_enabled(false);
+  logDiagnostic("given");
+  logDiagnostic([]() -> std::string {
+    ADD_FAILURE() << "a text was produced for nobody";
+    return "";
+  });
+  boost::log::core::get()->set_logging_enabled(true);
+  EXPECT_EQ(filter.opened(), 0);
+  EXPECT_TRUE(capture.records().empty());
+}
+
+TEST(Diagnostics, ARejectedRecordProducesNoText) {
+  const LogCapture capture;
+  const FilterInPlace filter(false);
+  logDiagnostic([]() -> std::string {
+    ADD_FAILURE() << "a text was produced for a rejected record";
+    return "";
+  });
+  EXPECT_EQ(filter.opened(), 1);
+  EXPECT_TRUE(capture.records().empty());
+}
+
+TEST(Diagnostics, AnInterruptedTextIsNotPushedAndTheNextRecordIsWhole) {
+  EXPECT_EQ(recordsOf([] {
+              logDiagnostic([]() -> std::string { throw std::runtime_error("no text"); });
+              logDiagnostic([]() -> std::string { throw 7; });
+              logDiagnostic("next");
+            }),
+            Records{"next"});
+}
+
+TEST(Diagnostics, ASinkThatThrowsDoesNotReachTheCaller) {
+  const auto sink = boost::make_shared<boost::log::sinks::unlocked_sink<ThrowingBackend>>();
+  const LogCapture capture;
+  boost::log::core::get()->add_sink(sink);
+  logDiagnostic("given");
+  boost::log::core::get()->remove_sink(sink);
+}
+
+TEST(Diagnostics, AFilterThatThrowsDoesNotReachTheCallerAndLeavesTheLockFree) {
+  const Records records = recordsOf([] {
+    boost::log::core::get()->set_filter(
+        [](const boost::log::attribute_value_set&) -> bool { throw std::runtime_error("no"); });
+    logDiagnostic("lost");
+    boost::log::core::get()->reset_filter();
+    logDiagnostic("next");
+  });
+  EXPECT_EQ(records, Records{"next"});
+}
+
+TEST(Diagnostics, TheLockIsNotHeldWhileATextIsProduced) {
+  // With the lock held, the inner call would wait for ever.
+  EXPECT_EQ(recordsOf([] {
+              logDiagnostic([] {
+                logDiagnostic("inner");
+                return std::string("outer");
+              });
+            }),
+            (Records{"inner", "outer"}));
+}
+
+TEST(Diagnostics, OpeningARecordWaitsForTheLock) {
+  const LogCapture capture;
+  const FilterInPlace filter(true);
+  std::unique_lock<foundation::log::slim_lock> guard(lock(shared::logging::getLogger()));
+  std::thread other([] { logDiagnostic("waits"); });
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  EXPECT_EQ(filter.opened(), 0);
+  guard.unlock();
+  other.join();
+  EXPECT_EQ(filter.opened(), 1);
+}
+
+TEST(Diagnostics, ARecordIsWrittenWhileAnExceptionIsInFlight) {
+  struct LogsWhenDestroyed {
+    ~LogsWhenDestroyed() { logDiagnostic("unwinding"); }
+  };
+  EXPECT_EQ(recordsOf([] {
+              try {
+                const LogsWhenDestroyed logs;
+                throw std::runtime_error("in flight");
+              } catch (const std::runtime_error&) {
+                logDiagnostic("handling");
+              }
+            }),
+            (Records{"unwinding", "handling"}));
+}
+
+}  // namespace
+}  // namespace tessel::build::json::controls::framework

@@ -1,0 +1,105 @@
+#include "framework/json_access.hpp"
+
+#include <gmock/gmock.h>
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "foundation/json.hpp"
+
+namespace tessel::build::json::controls::framework {
+namespace {
+
+using foundation::json::Null;
+using foundation::json::Undefined;
+using foundation::json::Value;
+
+struct Alternative {
+  const char* name;
+  Value value;
+};
+
+const std::vector<Alternative>& alternatives() {
+  static const std::vector<Alternative> all = {
+      {"undefined", Value(Undefined())},
+      {"null", Value(Null())},
+      {"bool", Value(true)},
+      {"double", Value(1.5)},
+      {"string", Value("text")},
+      {"array", Value(Value::Array{Value(1.0)})},
+      {"object", Value(Value::Object{{"key", Value(1.0)}})},
+      {"float", Value(1.5F)},
+      {"int64", Value(std::int64_t{-1})},
+      {"uint64", Value(std::uint64_t{1})},
+  };
+  return all;
+}
+
+struct Read {
+  const char* requested;
+  std::function<void(const Value&)> read;
+};
+
+const std::vector<Read>& reads() {
+  static const std::vector<Read> all = {
+      {"string", [](const Value& value) { readString(value); }},
+      {"double", [](const Value& value) { readDouble(value); }},
+      {"bool", [](const Value& value) { readBool(value); }},
+      {"object", [](const Value& value) { readObjectMembers(value); }},
+      {"array", [](const Value& value) { readArray(value); }},
+      {"string", [](const Value& value) { readAs<std::u16string>(value); }},
+      {"double", [](const Value& value) { readAs<double>(value); }},
+      {"bool", [](const Value& value) { readAs<bool>(value); }},
+  };
+  return all;
+}
+
+std::string errorOf(const Read& read, const Value& value) {
+  try {
+    read.read(value);
+  } catch (const std::runtime_error& error) {
+    return error.what();
+  }
+  return "";
+}
+
+TEST(StrictRead, AcceptsExactlyTheRequestedAlternative) {
+  for (const Read& read : reads()) {
+    for (const Alternative& held : alternatives()) {
+      SCOPED_TRACE(std::string(held.name) + " read as " + read.requested);
+      const std::string expected =
+          std::string(held.name) == read.requested
+              ? ""
+              : std::string("invalid conversion: ") + held.name + " to " + read.requested;
+      EXPECT_EQ(errorOf(read, held.value), expected);
+    }
+  }
+}
+
+TEST(StrictRead, ReturnsReferencesIntoTheValue) {
+  const Value text("text");
+  EXPECT_EQ(&readString(text), text.get_if<std::string>());
+  const Value array(Value::Array{Value(1.0)});
+  EXPECT_EQ(&readArray(array), array.get_if<Value::Array>());
+  const Value object(Value::Object{{"key", Value(1.0)}});
+  EXPECT_EQ(&readObjectMembers(object), object.get_if<Value::Object>());
+}
+
+TEST(StrictRead, ReturnsWhatIsHeld) {
+  EXPECT_EQ(readDouble(Value(-0.5)), -0.5);
+  EXPECT_TRUE(readBool(Value(true)));
+  EXPECT_FALSE(readBool(Value(false)));
+  EXPECT_EQ(readAs<std::u16string>(Value("Größe \xF0\x9F\x8E\x9B")), u"Größe \U0001F39B");
+}
+
+TEST(MemberOrUndefined, GivesTheMemberOrAnUndefinedValue) {
+  const Value::Object members{{"there", Value("text")}};
+  EXPECT_EQ(&memberOrUndefined(members, "there"), &members.at("there"));
+  EXPECT_NE(foundation::json::get_if<Undefined>(memberOrUndefined(members, "missing")), nullptr);
+  EXPECT_EQ(members.size(), 1U) << "a look-up inserted into the caller's members";
+}
+
+}  // namespace
+}  // namespace tessel::build::json::controls::framework

@@ -1,0 +1,190 @@
+#include "tessel_tool/ordered_work.hpp"
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <numeric>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace tessel_tool {
+namespace {
+
+/// Gives the numbers from 0 to below the count.
+class Numbers {
+ public:
+  explicit Numbers(int count) : count_(count) {}
+  std::optional<int> operator()() {
+    return given_ == count_ ? std::nullopt : std::optional<int>(given_++);
+  }
+
+ private:
+  int given_ = 0;
+  int count_;
+};
+
+std::vector<int> upTo(int count) {
+  std::vector<int> numbers(static_cast<std::size_t>(count));
+  std::iota(numbers.begin(), numbers.end(), 0);
+  return numbers;
+}
+
+const std::size_t kJobs[] = {1, 2, 4, 9};
+
+TEST(OrderedWork, ResultsKeepTheOrderOfTheItems) {
+  constexpr int kItems = 300;
+  for (const std::size_t jobs : kJobs) {
+    SCOPED_TRACE(jobs);
+    std::vector<int> results;
+    runInOrder(
+        jobs, Numbers(kItems),
+        [](int number) {
+          // The first of each ten takes longest.
+          if (number % 10 == 0) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+          return number;
+        },
+        [&](int number) {
+          results.push_back(number);
+          return true;
+        });
+    EXPECT_EQ(results, upTo(kItems));
+  }
+}
+
+TEST(OrderedWork, NoMoreItemsThanJobsExistAtATime) {
+  for (const std::size_t jobs : kJobs) {
+    SCOPED_TRACE(jobs);
+    std::atomic<std::size_t> alive{0};
+    std::atomic<std::size_t> mostAlive{0};
+    int left = 200;
+    runInOrder(
+        jobs,
+        [&]() -> std::optional<int> {
+          if (left-- == 0) return std::nullopt;
+          const std::size_t now = ++alive;
+          if (now > mostAlive) mostAlive = now;
+          return left;
+        },
+        [](int number) {
+          if (number % 7 == 0) std::this_thread::sleep_for(std::chrono::microseconds(300));
+          return number;
+        },
+        [&](int) {
+          --alive;
+          return true;
+        });
+    EXPECT_EQ(alive, 0U);
+    EXPECT_LE(mostAlive, jobs);
+  }
+}
+
+TEST(OrderedWork, WorksOnAsManyItemsAsThereAreJobs) {
+  constexpr int kTogether = 3;
+  std::mutex mutex;
+  std::condition_variable arrived;
+  int waiting = 0;
+  bool met = true;
+  runInOrder(
+      kTogether, Numbers(kTogether),
+      [&](int number) {
+        std::unique_lock<std::mutex> lock(mutex);
+        ++waiting;
+        arrived.notify_all();
+        met = arrived.wait_for(lock, std::chrono::seconds(60), [&] {
+          return waiting == kTogether;
+        }) && met;
+        return number;
+      },
+      [](int) { return true; });
+  EXPECT_TRUE(met);
+}
+
+TEST(OrderedWork, AResultIsFinishedWithoutWaitingForMoreItems) {
+  std::mutex mutex;
+  std::condition_variable finished;
+  bool firstFinished = false;
+  bool inTime = false;
+  int given = 0;
+  runInOrder(
+      4,
+      [&]() -> std::optional<int> {
+        if (given == 1) {
+          std::unique_lock<std::mutex> lock(mutex);
+          inTime = finished.wait_for(lock, std::chrono::seconds(60), [&] { return firstFinished; });
+        }
+        return given == 2 ? std::nullopt : std::optional<int>(given++);
+      },
+      [](int number) { return number; },
+      [&](int) {
+        const std::lock_guard<std::mutex> lock(mutex);
+        firstFinished = true;
+        finished.notify_all();
+        return true;
+      });
+  EXPECT_TRUE(inTime);
+}
+
+TEST(OrderedWork, StopsWhenToldTo) {
+  for (const std::size_t jobs : kJobs) {
+    SCOPED_TRACE(jobs);
+    std::vector<int> results;
+    runInOrder(
+        jobs, Numbers(1000), [](int number) { return number; },
+        [&](int number) {
+          results.push_back(number);
+          return number != 4;
+        });
+    EXPECT_EQ(results, upTo(5));
+  }
+}
+
+TEST(OrderedWork, WithoutItemsNothingIsFinished) {
+  runInOrder(
+      3, Numbers(0), [](int number) { return number; },
+      [](int) -> bool {
+        ADD_FAILURE();
+        return true;
+      });
+}
+
+TEST(OrderedWork, ExceptionsOfAnyStepAreThrownOn) {
+  for (const std::size_t jobs : kJobs) {
+    for (const std::string failing : {"next", "work", "finish"}) {
+      SCOPED_TRACE(failing + " with " + std::to_string(jobs));
+      const auto failAt = [&](const std::string& step, int number) {
+        if (step == failing && number == 20) throw std::runtime_error(step);
+        return number;
+      };
+      Numbers numbers(1000);
+      int finished = 0;
+      try {
+        runInOrder(
+            jobs,
+            [&]() -> std::optional<int> {
+              const std::optional<int> number = numbers();
+              if (number) failAt("next", *number);
+              return number;
+            },
+            [&](int number) { return failAt("work", number); },
+            [&](int number) {
+              failAt("finish", number);
+              ++finished;
+              return true;
+            });
+        ADD_FAILURE() << "nothing was thrown";
+      } catch (const std::runtime_error& error) {
+        EXPECT_EQ(error.what(), failing);
+      }
+      EXPECT_LE(finished, 20);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace tessel_tool

@@ -1,0 +1,190 @@
+"""The tool as a process: its streams, its files, and bundles that are none."""
+
+import json
+import os
+import pathlib
+import pty
+import select
+import subprocess
+import tempfile
+import time
+import unittest
+
+TOOL = os.environ["TOOL"]
+BUNDLE = pathlib.Path(os.environ["BUNDLE"])
+ORDINARY_LIBRARY = os.environ["ORDINARY_LIBRARY"]
+SECONDS = 120
+
+BUTTON = '{"className":"button"}'
+
+
+def tessel(*arguments, given=b"", **options):
+    options.setdefault("stdout", subprocess.PIPE)
+    return subprocess.run([TOOL, *arguments], input=given, stderr=subprocess.PIPE,
+                          timeout=SECONDS, check=False, **options)
+
+
+class Process(unittest.TestCase):
+    def setUp(self):
+        temporary = tempfile.TemporaryDirectory()
+        self.addCleanup(temporary.cleanup)
+        self.folder = pathlib.Path(temporary.name)
+
+    def file(self, name, content):
+        path = self.folder / name
+        path.write_text(content, encoding="utf-8")
+        return str(path)
+
+    def assert_failed(self, done, status, message):
+        self.assertEqual((done.returncode, done.stderr.decode()), (status, message))
+
+    def test_a_full_disk_is_noticed(self):
+        document = self.file("document.json", BUTTON)
+        for arguments in (["import", document], ["import", "--ndjson", "--jobs", "3", document],
+                          ["import", "--format", "json", document], ["explain", document],
+                          ["builders"], ["--help"], ["--version"]):
+            with self.subTest(arguments=arguments), open("/dev/full", "wb") as full:
+                done = tessel(*arguments, stdout=full)
+                self.assert_failed(done, 1, "tessel: standard output: No space left on device\n")
+
+    def test_a_broken_pipe_is_noticed(self):
+        lines = (BUTTON + "\n").encode() * 50
+        for jobs in ("1", "4"):
+            with self.subTest(jobs=jobs):
+                reading, writing = os.pipe()
+                os.close(reading)
+                with os.fdopen(writing, "wb") as pipe:
+                    done = tessel("import", "--ndjson", "--jobs", jobs, given=lines, stdout=pipe)
+                self.assert_failed(done, 1, "tessel: standard output: Broken pipe\n")
+
+    def test_a_file_that_cannot_be_opened(self):
+        loop = self.folder / "loop"
+        loop.symlink_to(loop)
+        done = tessel("import", str(loop))
+        self.assert_failed(done, 1, f"tessel: {loop}: Too many levels of symbolic links\n")
+
+    @unittest.skipIf(os.geteuid() == 0, "root may read everything")
+    def test_a_file_that_may_not_be_read(self):
+        document = self.file("document.json", BUTTON)
+        os.chmod(document, 0)
+        self.assert_failed(tessel("import", document), 1, f"tessel: {document}: Permission denied\n")
+
+    def test_standard_input_that_cannot_be_read(self):
+        folder = os.open(self.folder, os.O_RDONLY)
+        self.addCleanup(os.close, folder)
+        for arguments in (["import"], ["import", "--ndjson"], ["explain"]):
+            with self.subTest(arguments=arguments):
+                done = subprocess.run([TOOL, *arguments], stdin=folder, capture_output=True,
+                                      timeout=SECONDS, check=False)
+                self.assertEqual(done.stdout, b"")
+                self.assert_failed(done, 1, "tessel: -: Is a directory\n")
+
+    def test_file_names_need_not_be_utf8(self):
+        path = os.fsencode(self.folder) + b"/na\xff\nme.json"
+        with open(path, "w", encoding="utf-8") as document:
+            document.write(BUTTON)
+        done = tessel("import", "--format", "json", path)
+        self.assertEqual((done.returncode, done.stderr), (0, b""))
+        answer = json.loads(done.stdout.decode("utf-8"))
+        self.assertEqual(answer["document"], f"{self.folder}/na\ufffd\nme.json")
+        self.assertEqual(len(answer["nodes"]), 1)
+        tree = tessel("import", path)
+        self.assertEqual(tree.stdout.splitlines()[0],
+                         os.fsencode(self.folder) + b"/na\xff\\nme.json")
+
+    def test_bundles_that_are_none(self):
+        text = self.file("text.so", "no library")
+        empty = self.file("empty.so", "")
+        for path in (text, empty, ORDINARY_LIBRARY):
+            for command in ("import", "explain", "builders"):
+                with self.subTest(path=path, command=command):
+                    done = tessel(command, "--bundle", path, given=b"{}")
+                    message = done.stderr.decode()
+                    self.assertEqual((done.returncode, done.stdout), (2, b""))
+                    self.assertTrue(message.startswith(f"tessel: {path}: "), message)
+                    self.assertEqual(message.count("\n"), 1, message)
+                    self.assertGreater(len(message), len(f"tessel: {path}: \n"))
+
+    def test_the_bundle_is_found_beside_the_tool_or_in_lib(self):
+        places = {"beside": "bin", "in lib": "lib", "nowhere": "elsewhere"}
+        for place, folder in places.items():
+            with self.subTest(place=place):
+                root = self.folder / place.replace(" ", "_")
+                (root / "bin").mkdir(parents=True)
+                (root / folder).mkdir(exist_ok=True)
+                tool = root / "bin" / "tessel"
+                os.link(TOOL, tool) if os.stat(TOOL).st_dev == os.stat(root).st_dev else \
+                    tool.write_bytes(pathlib.Path(TOOL).read_bytes())
+                tool.chmod(0o755)
+                (root / folder / BUNDLE.name).write_bytes(BUNDLE.read_bytes())
+                done = subprocess.run([tool, "builders"], capture_output=True, timeout=SECONDS,
+                                      check=False, cwd="/")
+                if place == "nowhere":
+                    self.assertEqual(done.stdout, b"")
+                    self.assert_failed(done, 2, f"tessel: {root}/lib/{BUNDLE.name}: "
+                                                "there is no such bundle\n")
+                else:
+                    self.assertEqual((done.returncode, done.stderr), (0, b""))
+
+    def test_answers_keep_the_order_of_the_input(self):
+        documents = []
+        for number in range(400):
+            # Work of very different size.
+            filler = ",".join(["{}"] * (500 if number % 20 == 0 else 1))
+            documents.append(f'[{{"className":"button","controlId":"{number}"}},{filler}]')
+        done = tessel("import", "--ndjson", "--format", "json", "--jobs", "4",
+                      given="\n".join(documents).encode())
+        self.assertEqual((done.returncode, done.stderr), (0, b""))
+        answers = [json.loads(line) for line in done.stdout.splitlines()]
+        self.assertEqual([answer["document"] for answer in answers],
+                         [f"-:{number + 1}" for number in range(400)])
+        self.assertEqual([answer["nodes"][0]["id"] for answer in answers],
+                         [str(number) for number in range(400)])
+
+    def test_an_answer_does_not_wait_for_more_lines(self):
+        for command in (["import", "--ndjson", "--jobs", "4"], ["explain", "--ndjson"]):
+            with self.subTest(command=command):
+                with subprocess.Popen([TOOL, *command, "--format", "json"], stdin=subprocess.PIPE,
+                                      stdout=subprocess.PIPE) as process:
+                    for _ in range(3):
+                        process.stdin.write((BUTTON + "\n").encode())
+                        process.stdin.flush()
+                        ready, _, _ = select.select([process.stdout], [], [], SECONDS)
+                        self.assertTrue(ready, "no answer")
+                        json.loads(os.read(process.stdout.fileno(), 1 << 20))
+                    process.stdin.close()
+                    self.assertEqual(process.wait(SECONDS), 0)
+
+    def test_progress_shows_on_a_terminal_only_and_leaves_nothing(self):
+        lines = self.file("lines.ndjson", (BUTTON + "\n") * 10)
+        for arguments, shown in ((["--ndjson"], True), ([], False)):
+            with self.subTest(arguments=arguments):
+                leader, follower = pty.openpty()
+                with subprocess.Popen([TOOL, "import", *arguments], stdin=subprocess.PIPE,
+                                      stdout=subprocess.DEVNULL, stderr=follower) as process:
+                    os.close(follower)
+                    time.sleep(0.5)  # longer than the line waits before it shows
+                    process.stdin.write((BUTTON + "\n").encode())
+                    process.stdin.close()
+                    seen = b""
+                    while True:
+                        try:
+                            part = os.read(leader, 65536)
+                        except OSError:
+                            break
+                        if not part:
+                            break
+                        seen += part
+                    self.assertEqual(process.wait(SECONDS), 0)
+                os.close(leader)
+                if shown:
+                    self.assertRegex(seen, rb"^(\r\x1b\[K\d+ documents, 0 failed(\r\x1b\[K)?)*$")
+                    self.assertTrue(seen == b"" or seen.endswith(b"\r\x1b[K"))
+                    self.assertIn(b" documents, 0 failed", seen)
+                else:
+                    self.assertEqual(seen, b"")
+        self.assertEqual(tessel("import", "--ndjson", lines, stdout=subprocess.DEVNULL).stderr, b"")
+
+
+if __name__ == "__main__":
+    unittest.main()
