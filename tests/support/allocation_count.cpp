@@ -1,14 +1,18 @@
 #include "support/allocation_count.hpp"
 
 #include <cstdlib>
+#include <limits>
 #include <new>
 
 namespace {
 
 thread_local std::size_t allocations = 0;
+thread_local std::size_t successesLeft = std::numeric_limits<std::size_t>::max();
 
 void* allocate(std::size_t size) noexcept {
   ++allocations;
+  if (successesLeft == 0) return nullptr;
+  --successesLeft;
   return std::malloc(size == 0 ? 1 : size);
 }
 
@@ -30,6 +34,18 @@ void operator delete(void* memory, std::size_t) noexcept {
   std::free(memory);
 }
 
-std::size_t test_support::allocationCount() noexcept {
+namespace test_support {
+
+std::size_t allocationCount() noexcept {
   return allocations;
 }
+
+AllocationFailure::AllocationFailure(std::size_t successes) noexcept {
+  successesLeft = successes;
+}
+
+AllocationFailure::~AllocationFailure() {
+  successesLeft = std::numeric_limits<std::size_t>::max();
+}
+
+}  // namespace test_support

@@ -1,7 +1,8 @@
 #pragma once
 
 /// @file
-/// Counts the calling thread's allocations; the test program's operator new does the counting.
+/// Counts the calling thread's allocations, and lets them fail on demand; the test program's
+/// operator new does both.
 
 #include <cstddef>
 
@@ -17,5 +18,14 @@ std::size_t allocationsOf(const Action& action) {
   action();
   return allocationCount() - before;
 }
+
+/// While it lives, the calling thread's allocations fail once a number of them has succeeded.
+class AllocationFailure {
+ public:
+  explicit AllocationFailure(std::size_t successes) noexcept;
+  ~AllocationFailure();
+  AllocationFailure(const AllocationFailure&) = delete;
+  AllocationFailure& operator=(const AllocationFailure&) = delete;
+};
 
 }  // namespace test_support

@@ -10,6 +10,7 @@ namespace reference_host::exporting {
 namespace {
 
 using gx::zero::ModelElement;
+using gx::zero::ReferenceCollection;
 using gx::zero::ValueMeta;
 using gx::zero::meta::Property;
 
@@ -21,30 +22,41 @@ class Walk {
     enter(element);
     while (!open_.empty()) {
       Frame& frame = open_.back();
-      const std::vector<Property>& properties =
-          frame.element.get()->metaClass().get()->getProperties();
-      if (frame.nextProperty == properties.size()) {
-        visitor_.endElement();
+      if (frame.next == frame.end) {
+        if (frame.sequence != nullptr) {
+          visitor_.endSequence();
+        } else {
+          visitor_.endElement();
+        }
         open_.pop_back();
-        continue;
+      } else if (frame.sequence != nullptr) {
+        enter(ModelElement((*frame.sequence)[frame.next++]));
+      } else {
+        show(frame.element, propertiesOf(frame.element)[frame.next++]);
       }
-      show(frame.element, properties[frame.nextProperty++]);
     }
   }
 
  private:
+  /// What is open: an element with its properties, or a sequence with its elements.
   struct Frame {
     ModelElement element;
-    std::size_t nextProperty = 0;
+    const std::vector<ModelElement::Impl*>* sequence = nullptr;
+    std::size_t next = 0;
+    std::size_t end = 0;
   };
+
+  static const std::vector<Property>& propertiesOf(const ModelElement& element) {
+    return element.get()->metaClass().get()->getProperties();
+  }
 
   void enter(const ModelElement& element) {
     visitor_.beginElement(
         i18n::ustringToUtf8(element.get()->metaClass().get()->getQualifiedName()));
-    open_.push_back({element});
+    open_.push_back({element, nullptr, 0, propertiesOf(element).size()});
   }
 
-  // The frame of the element may move when a contained element is entered, so the element comes by
+  // The frame of the element may move when something in it is entered, so the element comes by
   // value.
   void show(const ModelElement element, const Property& property) {
     if (property.getKind() == Property::Kind::kReference) return;
@@ -54,6 +66,14 @@ class Walk {
       if (!*contained) return;
       name(property);
       enter(*contained);
+      return;
+    }
+    if (const auto* collection = value.get_if<const ReferenceCollection*>()) {
+      const auto& elements = elements_of(**collection);
+      if (elements.empty()) return;
+      name(property);
+      visitor_.beginSequence();
+      open_.push_back({ModelElement(), &elements, 0, elements.size()});
       return;
     }
     if (!element.get()->isSet(property)) return;

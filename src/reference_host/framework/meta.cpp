@@ -8,6 +8,10 @@ Type::Impl::Impl(std::u16string qualifiedName) : qualifiedName_(std::move(qualif
 
 Type::Impl::~Impl() = default;
 
+bool Type::Impl::conformsTo(const Class&) const noexcept {
+  return false;
+}
+
 Type Type::text() {
   static const Impl impl(u"gx::zero::types::Text");
   return Type(&impl);
@@ -31,6 +35,11 @@ Type Type::integer() {
 Property::Property(std::u16string name, Type type, Kind kind, std::size_t index)
     : name_(std::move(name)), type_(type), kind_(kind), index_(index) {}
 
+Class Class::metaClass() {
+  static const Impl impl(u"gx::zero::meta::Class", Class(), {});
+  return Class(&impl);
+}
+
 Class::Impl::Impl(std::u16string qualifiedName, Class base, std::vector<Property> ownProperties)
     : Type::Impl(std::move(qualifiedName)), base_(base.get()) {
   if (base_ != nullptr) properties_ = base_->properties_;
@@ -43,7 +52,8 @@ Class Class::Impl::getSuperClass() const noexcept {
   return Class(base_);
 }
 
-bool Class::Impl::conformsTo(Class other) const noexcept {
+bool Class::Impl::conformsTo(const Class& other) const noexcept {
+  if (other == Class::metaClass()) return true;
   for (const Impl* candidate = this; candidate != nullptr; candidate = candidate->base_) {
     if (candidate == other.get()) return true;
   }

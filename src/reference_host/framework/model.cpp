@@ -1,3 +1,5 @@
+#include <cstddef>
+#include <limits>
 #include <stdexcept>
 #include <utility>
 
@@ -42,6 +44,13 @@ meta::Class ModelElement::metaClass() {
   return meta::Class(&impl);
 }
 
+const meta::Property& ModelElement::containerProperty() {
+  // An index that no class reaches, so that it is nobody else's.
+  static const meta::Property property(u"container", metaClass(), meta::Property::Kind::kReference,
+                                       std::numeric_limits<std::size_t>::max());
+  return property;
+}
+
 ModelElement::Impl::Impl(const Creation& creation) noexcept
     : model_(&creation.model()),
       number_(creation.number()),
@@ -58,7 +67,15 @@ bool ModelElement::Impl::isSet(const meta::Property& property) const {
   return ((setProperties_ >> property.getIndex()) & 1U) != 0;
 }
 
+bool ModelElement::Impl::isProxy() const noexcept {
+  return false;
+}
+
 ValueMeta ModelElement::Impl::get(const meta::Property& property, ReflectionPrivateTag) const {
+  if (&property == &containerProperty()) {
+    return {owner_ != nullptr ? owner_->metaClass() : ModelElement::metaClass(), property.getKind(),
+            ModelElement(owner_)};
+  }
   requireOwnProperty(property);
   return reflect(property.getIndex());
 }
@@ -66,15 +83,38 @@ ValueMeta ModelElement::Impl::get(const meta::Property& property, ReflectionPriv
 void ModelElement::Impl::_setContainedByThis(ModelElement::Impl* element,
                                              const meta::Property& property) {
   requireOwnProperty(property);
+  own(element);
+}
+
+void ModelElement::Impl::_inverseAddThis(ModelElement::Impl* element,
+                                         const meta::Property& opposite, bool addHere) {
+  if (&opposite != &containerProperty() || addHere) {
+    throw std::invalid_argument("the container is the only opposite of a property");
+  }
+  own(element);
+}
+
+void ModelElement::Impl::own(Impl* element) {
+  for (const Impl* container = this; container != nullptr; container = container->owner_) {
+    if (container == element) throw std::invalid_argument("an element cannot contain itself");
+  }
+  if (element->owner_ != nullptr && element->owner_ != this)
+    element->owner_->dropContained(element);
   element->owner_ = this;
 }
 
-void ModelElement::Impl::replaceContained(Impl* previous, Impl* created,
-                                          std::size_t propertyIndex) {
-  if (previous != nullptr) previous->owner_ = nullptr;
-  _setContainedByThis(created, metaClass().get()->getProperties()[propertyIndex]);
+void ModelElement::Impl::replaceContained(Impl* previous, Impl* next, std::size_t propertyIndex) {
+  if (next != nullptr) {
+    if (next->model_ != model_) {
+      throw std::invalid_argument("the element belongs to another model");
+    }
+    _setContainedByThis(next, metaClass().get()->getProperties()[propertyIndex]);
+  }
+  if (previous != nullptr && previous != next) previous->owner_ = nullptr;
   markSet(propertyIndex);
 }
+
+void ModelElement::Impl::dropContained(const Impl*) noexcept {}
 
 ValueMeta ModelElement::Impl::reflect(std::size_t) const {
   throw std::logic_error("an element class does not reflect one of its properties");
@@ -99,6 +139,9 @@ ValueMeta::ValueMeta(double number)
 
 ValueMeta::ValueMeta(bool boolean)
     : type_(meta::Type::boolean()), kind_(meta::Property::Kind::kData), held_(boolean) {}
+
+ValueMeta::ValueMeta(meta::Type elementType, const ReferenceCollection& sequence) noexcept
+    : type_(elementType), kind_(meta::Property::Kind::kSequence), held_(&sequence) {}
 
 ValueMeta::ValueMeta(std::uint64_t integer)
     : type_(meta::Type::integer()), kind_(meta::Property::Kind::kData), held_(integer) {}

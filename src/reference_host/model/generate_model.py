@@ -38,12 +38,24 @@ class Property:
     doc: str
     type: str | None = None
     contains: str | None = None
+    sequence: str | None = None
+    attached: bool = False
+    reader: str | None = None
 
     def __post_init__(self):
-        if (self.type is None) == (self.contains is None):
-            raise DescriptionError(f"property {self.name}: either type or contains")
+        if [self.type, self.contains, self.sequence].count(None) != 2:
+            raise DescriptionError(f"property {self.name}: one of type, contains and sequence")
         if self.type is not None and self.type not in DATA_TYPES:
             raise DescriptionError(f"property {self.name}: unknown type {self.type}")
+        if self.attached and not self.contains:
+            raise DescriptionError(f"property {self.name}: attached goes with contains")
+        if self.reader and not self.type:
+            raise DescriptionError(f"property {self.name}: reader goes with type")
+
+    @property
+    def element(self):
+        """The class of the property's elements, if it has any."""
+        return self.contains or self.sequence
 
     @property
     def capitalized(self):
@@ -80,8 +92,13 @@ class ModelClass:
         return self.name.rpartition("::")[0]
 
     @property
-    def slots(self):
-        return [p for p in self.properties if p.contains]
+    def indexed_properties(self):
+        return list(enumerate(self.properties, self.first_index))
+
+    @property
+    def holders(self):
+        """The properties that hold elements."""
+        return [p for p in self.properties if p.element]
 
 
 def read_description(path):
@@ -95,7 +112,7 @@ def read_description(path):
             cls = ModelClass(**row)
         except TypeError as error:
             raise DescriptionError(f"class {row.get('name', '?')}: {error}") from error
-        for needed in [cls.base] + [slot.contains for slot in cls.slots]:
+        for needed in [cls.base] + [holder.element for holder in cls.holders]:
             if needed not in known:
                 raise DescriptionError(f"class {cls.name}: {needed} is not described before it")
         if cls.name in known:
@@ -133,6 +150,21 @@ class TESSEL_HOST_API {cls.short} : public {cls.base} {{
 
 
 def declare_accessors(prop):
+    if prop.sequence:
+        sequence = f"gx::zero::ElementSequence<{prop.sequence}>"
+        return f"""
+  /// {prop.doc}
+  const {sequence}& get{prop.capitalized}() const noexcept {{ return {prop.field}; }}
+  {sequence}& get{prop.capitalized}Mutable() noexcept {{ return {prop.field}; }}
+"""
+    if prop.attached:
+        return f"""
+  /// {prop.doc} Empty until it is attached.
+  {prop.contains} get{prop.capitalized}() const noexcept;
+  /// Attaches an element, or none; one that was attached before becomes a root of the model.
+  /// @throws std::invalid_argument for an element of another model, or one that contains this.
+  void set{prop.capitalized}(const {prop.contains}& {prop.name});
+"""
     if prop.contains:
         return f"""
   /// {prop.doc} Empty until it is created.
@@ -150,7 +182,10 @@ def declare_accessors(prop):
 """
 
 
-def declare_field(prop):
+def declare_field(prop, index):
+    if prop.sequence:
+        return (f"  gx::zero::ElementSequence<{prop.sequence}> {prop.field}{{\n"
+                f"      *this, {{{index}, true, true, &gx::zero::ModelElement::containerProperty()}}}};\n")
     if prop.contains:
         return f"  {prop.contains}::Impl* {prop.field} = nullptr;\n"
     field_type, _, initial, *_ = DATA_TYPES[prop.type]
@@ -183,9 +218,11 @@ def declare_impl(cls):
     accessors = "".join(declare_accessors(p) for p in cls.properties)
     reflect = ("  gx::zero::ValueMeta reflect(std::size_t propertyIndex) const override;\n"
                if cls.properties else "")
+    if cls.holders:
+        reflect += "  void dropContained(const gx::zero::ModelElement::Impl* element) noexcept override;\n"
     protected = (f"\n protected:\n{protected_constructor}{reflect}"
                  if protected_constructor or reflect else "")
-    fields = "".join(declare_field(p) for p in cls.properties)
+    fields = "".join(declare_field(p, i) for i, p in cls.indexed_properties)
     private = f"\n private:\n{fields}" if fields else ""
     return f"""class TESSEL_HOST_API {cls.short}::Impl : public {cls.base}::Impl {{
  public:
@@ -220,12 +257,18 @@ class {cls.short}::BuilderWrapper {{
 
 
 def define_inline(cls):
+    readers = "".join(f"""
+/// {prop.doc}
+inline const {DATA_TYPES[prop.type][0]}& {prop.reader}(const {cls.short}& element) noexcept {{
+  return element.get()->get{prop.capitalized}();
+}}
+""" for prop in cls.properties if prop.reader)
     return f"""inline {cls.short}::{cls.short}(Impl* impl) noexcept : {cls.base}(impl) {{}}
 
 inline {cls.short}::Impl* {cls.short}::get() const noexcept {{
   return static_cast<Impl*>(gx::zero::ModelElement::get());
 }}
-"""
+{readers}"""
 
 
 def header(namespace, classes, includes):
@@ -255,20 +298,31 @@ namespace {namespace} {{
 
 
 def define_property_description(prop, index):
-    if prop.contains:
-        described = f"{prop.contains}::metaClass(), gx::zero::meta::Property::Kind::kContained"
+    if prop.element:
+        kind = "kSequence" if prop.sequence else "kContained"
+        described = f"{prop.element}::metaClass(), gx::zero::meta::Property::Kind::{kind}"
     else:
         described = f"{DATA_TYPES[prop.type][4]}, gx::zero::meta::Property::Kind::kData"
     return f'          gx::zero::meta::Property(u"{prop.name}", {described}, {index}),\n'
 
 
 def define_accessors(cls, prop, index):
+    if prop.sequence:
+        return ""
     if prop.contains:
-        return f"""
+        getter = f"""
 {prop.contains} {cls.short}::Impl::get{prop.capitalized}() const noexcept {{
   return {prop.contains}({prop.field});
 }}
-
+"""
+        if prop.attached:
+            return getter + f"""
+void {cls.short}::Impl::set{prop.capitalized}(const {prop.contains}& {prop.name}) {{
+  replaceContained({prop.field}, {prop.name}.get(), {index});
+  {prop.field} = {prop.name}.get();
+}}
+"""
+        return getter + f"""
 {prop.contains} {cls.short}::Impl::createInto{prop.capitalized}(
     {prop.contains}::BuilderWrapper, const boost::uuids::uuid& uuid) {{
   {prop.contains} created = {prop.contains}::Impl::create(getModel(), uuid);
@@ -286,8 +340,21 @@ void {cls.short}::Impl::set{prop.capitalized}({parameter} {prop.name}) {{
 """
 
 
+def define_drop(cls):
+    drops = "".join(f"  {prop.field}.dropElement(element);\n" if prop.sequence else
+                    f"  if ({prop.field} == element) {prop.field} = nullptr;\n"
+                    for prop in cls.holders)
+    return f"""
+void {cls.short}::Impl::dropContained(const gx::zero::ModelElement::Impl* element) noexcept {{
+{drops}  {cls.base}::Impl::dropContained(element);
+}}
+""" if drops else ""
+
+
 def define_reflection(prop, index):
-    if prop.contains:
+    if prop.sequence:
+        value = f"gx::zero::ValueMeta({prop.sequence}::metaClass(), {prop.field})"
+    elif prop.contains:
         value = (f"gx::zero::ValueMeta({prop.contains}::metaClass(),\n"
                  f"                                 gx::zero::meta::Property::Kind::kContained,\n"
                  f"                                 gx::zero::ModelElement({prop.field}))")
@@ -297,7 +364,7 @@ def define_reflection(prop, index):
 
 
 def define_class(cls):
-    indexed = list(enumerate(cls.properties, cls.first_index))
+    indexed = cls.indexed_properties
     descriptions = "".join(define_property_description(p, i) for i, p in indexed)
     accessors = "".join(define_accessors(cls, p, i) for i, p in indexed)
     create = ""
@@ -333,7 +400,7 @@ gx::zero::ValueMeta {cls.short}::Impl::reflect(std::size_t propertyIndex) const 
 {cls.short}::Impl::~Impl() = default;
 {create}
 gx::zero::meta::Class {cls.short}::Impl::metaClass() const {{ return {cls.short}::metaClass(); }}
-{accessors}{reflect}"""
+{accessors}{define_drop(cls)}{reflect}"""
 
 
 def source(namespace, classes):
@@ -357,7 +424,7 @@ def outputs(classes):
     for namespace in namespaces:
         members = [cls for cls in classes.values() if cls.namespace == namespace]
         referred = {name.rpartition("::")[0] for cls in members
-                    for name in [cls.base] + [slot.contains for slot in cls.slots]}
+                    for name in [cls.base] + [holder.element for holder in cls.holders]}
         includes = sorted(other.replace("::", "/") + ".hpp"
                           for other in referred - {namespace, ROOT_CLASS.rpartition("::")[0]})
         path = namespace.replace("::", "/")

@@ -19,7 +19,7 @@ namespace {
 using cppmicroservices::service::component::detail::ComponentInstance;
 using cppmicroservices::service::component::detail::ComponentInstanceImpl;
 using tessel::build::json::code::CodeElementBuilder;
-using tessel::build::json::controls::ButtonBuilderImpl;
+namespace controls = tessel::build::json::controls;
 
 /// The holder of a component that refers to no other; null when there is no memory for it.
 template <typename Impl, typename Interface>
@@ -42,7 +42,27 @@ std::atomic<cppmicroservices::BundleContextPrivate*> bundleContext{nullptr};
   }
 
 TESSEL_EXPORT_COMPONENT(tessel_build_json_controls_ButtonBuilderImpl,
-                        (newInstance<ButtonBuilderImpl, CodeElementBuilder>()))
+                        (newInstance<controls::ButtonBuilderImpl, CodeElementBuilder>()))
+TESSEL_EXPORT_COMPONENT(tessel_build_json_controls_CheckBoxBuilderImpl,
+                        (newInstance<controls::CheckBoxBuilderImpl, CodeElementBuilder>()))
+TESSEL_EXPORT_COMPONENT(tessel_build_json_controls_ColorPickerBuilderImpl,
+                        (newInstance<controls::ColorPickerBuilderImpl, CodeElementBuilder>()))
+TESSEL_EXPORT_COMPONENT(tessel_build_json_controls_ComboboxBuilderImpl,
+                        (newInstance<controls::ComboboxBuilderImpl, CodeElementBuilder>()))
+TESSEL_EXPORT_COMPONENT(tessel_build_json_controls_DatePickerBuilderImpl,
+                        (newInstance<controls::DatePickerBuilderImpl, CodeElementBuilder>()))
+TESSEL_EXPORT_COMPONENT(tessel_build_json_controls_EditFieldBuilderImpl,
+                        (newInstance<controls::EditFieldBuilderImpl, CodeElementBuilder>()))
+TESSEL_EXPORT_COMPONENT(tessel_build_json_controls_FileBrowserBuilderImpl,
+                        (newInstance<controls::FileBrowserBuilderImpl, CodeElementBuilder>()))
+TESSEL_EXPORT_COMPONENT(tessel_build_json_controls_RangeSliderNodeBuilderImpl,
+                        (newInstance<controls::RangeSliderNodeBuilderImpl, CodeElementBuilder>()))
+TESSEL_EXPORT_COMPONENT(tessel_build_json_controls_SliderNodeBuilderImpl,
+                        (newInstance<controls::SliderNodeBuilderImpl, CodeElementBuilder>()))
+TESSEL_EXPORT_COMPONENT(tessel_build_json_controls_SpinnerNodeBuilderImpl,
+                        (newInstance<controls::SpinnerNodeBuilderImpl, CodeElementBuilder>()))
+TESSEL_EXPORT_COMPONENT(tessel_build_json_controls_StateButtonBuilderImpl,
+                        (newInstance<controls::StateButtonBuilderImpl, CodeElementBuilder>()))
 
 #undef TESSEL_EXPORT_COMPONENT
 

@@ -15,6 +15,8 @@ using foundation::json::get_if;
 using foundation::json::traits;
 using foundation::json::Value;
 
+const Value kUndefined;
+
 template <typename... Alternatives>
 const char* nameOfHeldAmong(const Value& value) noexcept {
   const char* name = nullptr;
@@ -59,9 +61,12 @@ const Value::Array& readArray(const Value& value) {
 }
 
 const Value& memberOrUndefined(const Value::Object& members, const std::string& key) {
-  static const Value undefined;
   const auto member = members.find(key);
-  return member == members.end() ? undefined : member->second;
+  return member == members.end() ? kUndefined : member->second;
+}
+
+const Value& memberOrUndefined(const Value& value, const std::string& key) {
+  return value.hasOwnProperty(key) ? value[key] : kUndefined;
 }
 
 template <>

@@ -19,8 +19,10 @@ bool readBool(const foundation::json::Value& value);
 const foundation::json::Value::Object& readObjectMembers(const foundation::json::Value& value);
 const foundation::json::Value::Array& readArray(const foundation::json::Value& value);
 
-/// The member under the key, or an Undefined value.
+/// The member under the key, or an Undefined value; what is no object has no members.
 const foundation::json::Value& memberOrUndefined(const foundation::json::Value::Object& members,
+                                                 const std::string& key);
+const foundation::json::Value& memberOrUndefined(const foundation::json::Value& value,
                                                  const std::string& key);
 
 /// The value as a model setter takes it: text as UTF-16, a number, or a flag. Read strictly.

@@ -1,7 +1,9 @@
 #pragma once
 
 /// @file
-/// The one export macro of the host libraries' declarations.
+/// The export macros of the host libraries' declarations: TESSEL_HOST_API for what a library
+/// defines, TESSEL_HOST_TYPE for a type that a header defines whole and that is caught or
+/// identified across libraries.
 ///
 /// A host library is compiled with TESSEL_HOST_BUILD defined; everyone else imports.
 
@@ -11,6 +13,8 @@
 #else
 #define TESSEL_HOST_API __declspec(dllimport)
 #endif
+#define TESSEL_HOST_TYPE
 #else
 #define TESSEL_HOST_API __attribute__((visibility("default")))
+#define TESSEL_HOST_TYPE __attribute__((visibility("default")))
 #endif

@@ -19,99 +19,14 @@
 #include <vector>
 
 #include "foundation/export.hpp"
+#include "gx/zero/meta.hpp"
 
 namespace gx::zero {
 
 class Model;
 class ModelElement;
+class ReferenceCollection;
 class ValueMeta;
-
-namespace meta {
-
-class Class;
-
-/// A type of the model: a data type or a class. Descriptions are immutable and never end.
-class TESSEL_HOST_API Type {
- public:
-  class TESSEL_HOST_API Impl {
-   public:
-    explicit Impl(std::u16string qualifiedName);
-    virtual ~Impl();
-    Impl(const Impl&) = delete;
-    Impl& operator=(const Impl&) = delete;
-
-    const std::u16string& getQualifiedName() const noexcept { return qualifiedName_; }
-
-   private:
-    std::u16string qualifiedName_;
-  };
-
-  Type() noexcept = default;
-  explicit Type(const Impl* impl) noexcept : impl_(impl) {}
-
-  const Impl* get() const noexcept { return impl_; }
-  explicit operator bool() const noexcept { return impl_ != nullptr; }
-  friend bool operator==(Type left, Type right) noexcept { return left.impl_ == right.impl_; }
-  friend bool operator!=(Type left, Type right) noexcept { return !(left == right); }
-
-  static Type text();     ///< UTF-16 text
-  static Type number();   ///< `double`
-  static Type boolean();  ///< `bool`
-  static Type integer();  ///< unsigned, at most 64 bits
-
- private:
-  const Impl* impl_ = nullptr;
-};
-
-/// One property of a class: a field, or a slot that contains an element.
-class TESSEL_HOST_API Property {
- public:
-  /// What a property holds; the numbers are the kind codes of its values.
-  enum class Kind : std::uint8_t { kReference = 0, kContained = 1, kData = 2 };
-
-  /// @param index the property's place in `Class::Impl::getProperties` of its class.
-  Property(std::u16string name, Type type, Kind kind, std::size_t index);
-
-  const std::u16string& getName() const noexcept { return name_; }
-  Type getType() const noexcept { return type_; }
-  Kind getKind() const noexcept { return kind_; }
-  std::size_t getIndex() const noexcept { return index_; }
-
- private:
-  std::u16string name_;
-  Type type_;
-  Kind kind_;
-  std::size_t index_;
-};
-
-/// The description of a model class.
-class TESSEL_HOST_API Class : public Type {
- public:
-  class TESSEL_HOST_API Impl : public Type::Impl {
-   public:
-    /// @param base an empty handle for a class that derives from nothing.
-    /// @param ownProperties the properties that the class adds to those of its base.
-    Impl(std::u16string qualifiedName, Class base, std::vector<Property> ownProperties);
-    ~Impl() override;
-
-    Class getSuperClass() const noexcept;
-    /// Every property of an element of this class, the base's first.
-    const std::vector<Property>& getProperties() const noexcept { return properties_; }
-    /// True for the class itself and for each class it derives from.
-    bool conformsTo(Class other) const noexcept;
-
-   private:
-    const Impl* base_;
-    std::vector<Property> properties_;
-  };
-
-  Class() noexcept = default;
-  explicit Class(const Impl* impl) noexcept : Type(impl) {}
-
-  const Impl* get() const noexcept { return static_cast<const Impl*>(Type::get()); }
-};
-
-}  // namespace meta
 
 /// A model: a counted handle on it. A default-constructed handle is empty.
 class TESSEL_HOST_API Model {
@@ -145,6 +60,9 @@ class TESSEL_HOST_API ModelElement {
   class Impl;
 
   static meta::Class metaClass();
+  /// What contains an element. Every element has it and no class lists it; it is read like any
+  /// other property, and is the opposite of the sequences that contain.
+  static const meta::Property& containerProperty();
 
   ModelElement() noexcept = default;
   explicit ModelElement(Impl* impl) noexcept : impl_(impl) { addRef(); }
@@ -206,6 +124,8 @@ class TESSEL_HOST_API ModelElement::Impl {
   Impl& operator=(const Impl&) = delete;
 
   virtual meta::Class metaClass() const = 0;
+  /// True for an element that stands for one that is not loaded.
+  virtual bool isProxy() const noexcept;
 
   Model getModel() const noexcept;
   /// The element that contains this one; empty for a root of the model.
@@ -223,22 +143,34 @@ class TESSEL_HOST_API ModelElement::Impl {
   /// @throws std::invalid_argument when the property is none of this element's class.
   ValueMeta get(const meta::Property& property, ReflectionPrivateTag tag) const;
 
-  /// Makes this element the owner of another one, which then is no root any more.
+  /// Makes this element the owner of another one, which then is no root any more, and leaves the
+  /// owner it had.
+  /// @throws std::invalid_argument when the other one contains this element.
   void _setContainedByThis(ModelElement::Impl* element, const meta::Property& property);
+  /// Writes this element into the opposite property of one that it now refers to.
+  /// @param opposite the container property: our only opposite.
+  /// @param addHere whether this side is yet to be added; always false here.
+  /// @throws std::invalid_argument as `_setContainedByThis`.
+  void _inverseAddThis(ModelElement::Impl* element, const meta::Property& opposite, bool addHere);
 
  protected:
   explicit Impl(const Creation& creation) noexcept;
 
   void markSet(std::size_t propertyIndex) noexcept { setProperties_ |= 1U << propertyIndex; }
-  /// Puts a new element in a slot of this one; what stood there before, if anything, is a root
-  /// again.
-  void replaceContained(Impl* previous, Impl* created, std::size_t propertyIndex);
+  /// Puts an element, or none, into a slot of this one; what stood there before is a root again.
+  /// @throws std::invalid_argument as `_setContainedByThis`, and for an element of another model;
+  ///         nothing has changed then.
+  void replaceContained(Impl* previous, Impl* next, std::size_t propertyIndex);
+  /// Empties the slot or sequence that holds an element, which has a new owner.
+  virtual void dropContained(const Impl* element) noexcept;
   /// The value of the property at an index of `metaClass().get()->getProperties()`.
   virtual ValueMeta reflect(std::size_t propertyIndex) const;
 
  private:
+  friend class AbstractOwnedCollection;
   friend class ModelElement;
   void requireOwnProperty(const meta::Property& property) const;
+  void own(Impl* element);
 
   Model::Impl* model_;
   Impl* owner_ = nullptr;
@@ -265,6 +197,13 @@ class TESSEL_HOST_API Model::Impl {
   /// How many of the model's elements are referred to by a handle now.
   std::size_t getHeldElementCount() const noexcept { return heldElements_; }
 
+  /// How many operations on collections of the model were opened, and how many committed.
+  struct OperationCounts {
+    std::size_t opened = 0;
+    std::size_t committed = 0;
+  };
+  const OperationCounts& getOperationCounts() const noexcept { return operationCounts_; }
+
   /// Creates an element; element classes call this from their create operations.
   template <typename ElementImpl>
   ElementImpl* createElement(const boost::uuids::uuid& uuid) {
@@ -275,6 +214,7 @@ class TESSEL_HOST_API Model::Impl {
   }
 
  private:
+  friend class AbstractOwnedCollection;
   friend class Model;
   friend class ModelElement;
   void releaseHandle() noexcept;
@@ -283,6 +223,7 @@ class TESSEL_HOST_API Model::Impl {
   std::vector<std::unique_ptr<ModelElement::Impl>> elements_;
   std::size_t handleCount_ = 0;
   std::size_t heldElements_ = 0;
+  OperationCounts operationCounts_;
 };
 
 /// A property's value as reflection hands it out, with its type.
@@ -295,13 +236,15 @@ class TESSEL_HOST_API ValueMeta {
   explicit ValueMeta(double number);
   explicit ValueMeta(bool boolean);
   explicit ValueMeta(std::uint64_t integer);
+  /// A sequence of elements; the pointer lasts as long as the model.
+  ValueMeta(meta::Type elementType, const ReferenceCollection& sequence) noexcept;
 
   meta::Type getType() const noexcept { return type_; }
-  /// The kind code: 0 and 1 for values that hold a model element by right.
+  /// What kind of property the value is of.
   meta::Property::Kind getKind() const noexcept { return kind_; }
 
   /// The held alternative if it is exactly `T`, else null: `ModelElement`, `std::u16string_view`,
-  /// `double`, `bool` or `std::uint64_t`.
+  /// `double`, `bool`, `std::uint64_t` or `const ReferenceCollection*`.
   template <typename T>
   const T* get_if() const noexcept {
     return std::get_if<T>(&held_);
@@ -310,8 +253,21 @@ class TESSEL_HOST_API ValueMeta {
  private:
   meta::Type type_;
   meta::Property::Kind kind_;
-  std::variant<ModelElement, std::u16string_view, double, bool, std::uint64_t> held_;
+  std::variant<ModelElement, std::u16string_view, double, bool, std::uint64_t,
+               const ReferenceCollection*>
+      held_;
 };
+
+/// The kind code of a value: 0 for a reference, 1 for a contained element, more for anything else.
+inline unsigned kind_code(const ValueMeta& value) noexcept {
+  return static_cast<unsigned>(value.getKind());
+}
+
+/// The element that a value holds; empty when it holds none.
+inline ModelElement held_element(const ValueMeta& value) noexcept {
+  const auto* element = value.get_if<ModelElement>();
+  return element != nullptr ? *element : ModelElement();
+}
 
 inline void ModelElement::addRef() const noexcept {
   if (impl_ != nullptr && impl_->handleCount_++ == 0) ++impl_->model_->heldElements_;
@@ -322,3 +278,5 @@ inline void ModelElement::release() const noexcept {
 }
 
 }  // namespace gx::zero
+
+#include "gx/zero/collection.hpp"

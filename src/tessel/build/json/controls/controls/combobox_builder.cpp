@@ -1,0 +1,87 @@
+#include "controls/control_builders.hpp"
+
+#include <string>
+
+#include "controls/common_fields.hpp"
+#include "controls/control_build.hpp"
+#include "controls/control_fields.hpp"
+#include "framework/diagnostics.hpp"
+#include "framework/element_creation.hpp"
+#include "framework/element_sequence.hpp"
+#include "framework/field.hpp"
+#include "framework/json_access.hpp"
+#include "framework/recognition.hpp"
+
+namespace tessel::build::json::controls {
+
+using lumocode::contentmodel::gxzero::ComboboxData;
+using lumocode::contentmodel::gxzero::ComboboxItem;
+using lumocode::contentmodel::gxzero::ComboboxItemLabel;
+
+namespace {
+
+const std::string kLinkedVariableKey = "linkedVariable";
+const std::string kItemsKey = "items";
+const std::string kItemLabelsKey = "itemLabels";
+const std::string kLabelKey = "label";
+const std::string kValueKey = "value";
+
+constexpr ControlKind kCombobox{"Starting to build a comboBoxNode using the incoming JSON below",
+                                &document::gxzero::ComboboxNode::Builder::createComboboxNode,
+                                &document::gxzero::ComboboxNode::Impl::createIntoComboBoxData};
+
+void applyItems(const Model& model, const ComboboxData& data, const Value& items) {
+  framework::logDiagnostic("Found the items property");
+  auto& sequence = data.get()->getItemsMutable();
+  // Meant, wording and place: it comes before the array is read, so also where there is none.
+  framework::logDiagnostic("Got items ka array");
+  for (const Value& entry : framework::readArray(items)) {
+    framework::logDiagnostic([&entry] { return foundation::json::pretty_print(entry); });
+    const auto item = framework::createInModel(model, &ComboboxItem::Builder::createComboboxItem);
+    item.get()->setLabel(framework::readAs<std::u16string>(entry[kLabelKey]));
+    item.get()->setItem(framework::readAs<std::u16string>(entry[kValueKey]));
+    framework::append(sequence, item);
+  }
+  framework::logDiagnostic("Set the items property");
+}
+
+void applyItemLabels(const Model& model, const ComboboxData& data, const Value& itemLabels) {
+  framework::logDiagnostic("Found the item labels property");
+  auto& sequence = data.get()->getItemLabelsMutable();
+  for (const Value& entry : framework::readArray(itemLabels)) {
+    const auto label =
+        framework::createInModel(model, &ComboboxItemLabel::Builder::createComboboxItemLabel);
+    label.get()->setLabel(framework::readAs<std::u16string>(entry));
+    framework::append(sequence, label);
+  }
+  framework::logDiagnostic("Set the item labels property");
+}
+
+}  // namespace
+
+bool ComboboxBuilderImpl::canBuild(const Value& json) const {
+  framework::logDiagnostic("Checking if can build ComboBox");
+  return framework::recognizeByTypeWord(json, "comboBox");
+}
+
+Node ComboboxBuilderImpl::build(const Model& model, const Value& json) const {
+  return buildControl(kCombobox, model, json, [&model, &json](const ComboboxData& data) {
+    applyComboboxData(model, data, json);
+  });
+}
+
+void ComboboxBuilderImpl::applyComboboxData(const Model& model, ComboboxData data,
+                                            const Value& json) {
+  const Value* fields = findControlFields(json);
+  if (fields == nullptr) return;
+  applyControlData(data, json);
+  applyDefaultValue(*fields, data);
+  framework::applyField(*fields, data, kLinkedVariableKey, &ComboboxData::Impl::setLinkedVariable,
+                        "Found the linkedVariable property", "Set the linkedVariable property");
+  if (fields->hasOwnProperty(kItemsKey)) applyItems(model, data, (*fields)[kItemsKey]);
+  if (fields->hasOwnProperty(kItemLabelsKey)) {
+    applyItemLabels(model, data, (*fields)[kItemLabelsKey]);
+  }
+}
+
+}  // namespace tessel::build::json::controls

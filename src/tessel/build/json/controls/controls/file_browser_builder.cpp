@@ -1,0 +1,47 @@
+#include "controls/control_builders.hpp"
+
+#include <string>
+
+#include "controls/common_fields.hpp"
+#include "controls/control_build.hpp"
+#include "controls/control_fields.hpp"
+#include "framework/diagnostics.hpp"
+#include "framework/json_access.hpp"
+#include "framework/json_keys.hpp"
+#include "framework/recognition.hpp"
+
+namespace tessel::build::json::controls {
+
+using lumocode::contentmodel::gxzero::FileBrowserData;
+
+namespace {
+
+const std::string kBrowserTypeKey = "browserType";
+
+constexpr ControlKind kFileBrowser{
+    "Starting to build a FileBrowser using the incoming JSON below",
+    &document::gxzero::FileBrowserNode::Builder::createFileBrowserNode,
+    &document::gxzero::FileBrowserNode::Impl::createIntoFileBrowserData};
+
+}  // namespace
+
+bool FileBrowserBuilderImpl::canBuild(const Value& json) const {
+  framework::logDiagnostic("Checking if can build FileBrowser");
+  return framework::recognizeByClassName(json, "FileBrowserControlNode");
+}
+
+Node FileBrowserBuilderImpl::build(const Model& model, const Value& json) const {
+  return buildControl(kFileBrowser, model, json, [&json](const FileBrowserData& data) {
+    applyControlData(data, json);
+    // Alone among the controls, this one needs its fields: nothing is tested, and a missing step
+    // of the way reads as Undefined.
+    const Value& fields =
+        framework::memberOrUndefined(json[framework::kContextKey], framework::kDataKey);
+    data.get()->setBrowserType(
+        framework::readAs<std::u16string>(framework::memberOrUndefined(fields, kBrowserTypeKey)));
+    framework::logDiagnostic("Set the browserType property");
+    applyDefaultValue(fields, data);
+  });
+}
+
+}  // namespace tessel::build::json::controls
