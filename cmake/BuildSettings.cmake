@@ -10,7 +10,9 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 add_library(tessel_warnings INTERFACE)
 if(MSVC)
-  target_compile_options(tessel_warnings INTERFACE /W4 /permissive- /utf-8)
+  target_compile_options(tessel_warnings INTERFACE /W4 /permissive- /utf-8
+                         # Exported classes have members and bases of the standard library.
+                         /wd4251 /wd4275)
   if(TESSEL_WARNINGS_AS_ERRORS)
     target_compile_options(tessel_warnings INTERFACE /WX)
   endif()

@@ -205,8 +205,7 @@ BuilderServices::BuilderServices(const std::filesystem::path& bundle) : path_(bu
   } catch (const std::exception& error) {
     throw BundleError(path_, error.what());
   }
-  const std::string errors = runtime_->takeErrors();
-  if (!errors.empty()) throw BundleError(path_, errors);
+  throwIfFailed();
 }
 
 BuilderServices::~BuilderServices() = default;
@@ -269,6 +268,11 @@ std::string BuilderServices::bundleName() const {
   return runtime_->bundleName();
 }
 
+void BuilderServices::throwIfFailed() {
+  const std::string errors = runtime_->takeErrors();
+  if (!errors.empty()) throw BundleError(path_, errors);
+}
+
 void BuilderServices::close() {
   builders_.clear();
   try {
@@ -276,8 +280,7 @@ void BuilderServices::close() {
   } catch (const std::exception& error) {
     throw BundleError(path_, error.what());
   }
-  const std::string errors = runtime_->takeErrors();
-  if (!errors.empty()) throw BundleError(path_, errors);
+  throwIfFailed();
 }
 
 }  // namespace tessel_tool

@@ -69,6 +69,9 @@ class BuilderServices {
  private:
   class Runtime;
 
+  /// @throws BundleError when the runtime has told of an error.
+  void throwIfFailed();
+
   std::filesystem::path path_;
   std::unique_ptr<Runtime> runtime_;
   std::vector<reference_host::importer::NamedBuilder> builders_;

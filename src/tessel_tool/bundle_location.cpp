@@ -22,10 +22,10 @@ void requireFile(const fs::path& path) {
 
 }  // namespace
 
-fs::path locateBundle(const std::string& requested) {
-  if (!requested.empty()) {
-    requireFile(requested);
-    return requested;
+fs::path locateBundle(const std::optional<std::string>& requested) {
+  if (requested) {
+    requireFile(*requested);
+    return *requested;
   }
   const fs::path folder = boost::dll::program_location().parent_path();
   fs::path beside = folder / TESSEL_BUNDLE_FILE_NAME;

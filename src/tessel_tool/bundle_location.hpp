@@ -4,14 +4,15 @@
 /// Where the bundle lies.
 
 #include <filesystem>
+#include <optional>
 #include <string>
 
 namespace tessel_tool {
 
 /// The bundle to load: the path asked for, or else the bundle beside the running program or in the
 /// folder `../lib` of it.
-/// @param requested empty when no path was asked for.
+/// @param requested none when no path was asked for.
 /// @throws BundleError when there is no such file, or it is a folder.
-std::filesystem::path locateBundle(const std::string& requested);
+std::filesystem::path locateBundle(const std::optional<std::string>& requested);
 
 }  // namespace tessel_tool

@@ -39,7 +39,7 @@ std::optional<Value> valueOf(const Document& document, std::string& reason) {
 ExitStatus runExplain(BuilderServices& services, const ExplainOptions& options) {
   const auto& builders = services.builders();
   std::vector<std::string> files;
-  if (!options.file.empty()) files.push_back(options.file);
+  if (options.file) files.push_back(*options.file);
   DocumentSource source(
       files, options.ndjson ? DocumentSource::Unit::kLine : DocumentSource::Unit::kWholeInput);
   ExitStatus status = ExitStatus::kSuccess;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "tessel_tool/builder_services.hpp"
@@ -8,7 +9,7 @@
 namespace tessel_tool {
 
 struct ExplainOptions {
-  std::string file;  ///< empty for standard input
+  std::optional<std::string> file;  ///< none for standard input
   bool json = false;
   bool ndjson = false;
 };

@@ -95,11 +95,11 @@ struct CommandLine {
       app.add_subcommand("explain", "Show what each builder makes of a JSON value, and why");
   CLI::App* buildersCommand =
       app.add_subcommand("builders", "List the builders that the bundle publishes");
-  std::string bundle;
+  std::optional<std::string> bundle;
   std::string format;
   ImportOptions importOptions;
   ExplainOptions explainOptions;
-};  // namespace
+};
 
 ExitStatus runCommandLine(int argc, char** argv) {
   CommandLine commandLine;
@@ -141,6 +141,8 @@ int main(int argc, char** argv) {
     tessel_tool::complain("out of memory");
   } catch (const std::exception& error) {
     tessel_tool::complain("unexpected error", error.what());
+  } catch (...) {
+    tessel_tool::complain("unexpected error", "something was thrown that does not say what");
   }
   return static_cast<int>(status);
 }

@@ -19,6 +19,7 @@ AbstractOwnedCollection::Operation::~Operation() {
 
 void AbstractOwnedCollection::Operation::commit() noexcept {
   committed_ = true;
+  collection_.owner_.markSet(collection_.traits_.propertyIndex);
   ++collection_.owner_.model_->operationCounts_.committed;
 }
 
@@ -28,7 +29,6 @@ const meta::Property& AbstractOwnedCollection::getCollectionProperty() const {
 
 void AbstractOwnedCollection::insertLast(ModelElement::Impl* element) {
   elements_.push_back(element);
-  owner_.markSet(traits_.propertyIndex);
 }
 
 void AbstractOwnedCollection::drop(const ModelElement::Impl* element) noexcept {

@@ -8,7 +8,7 @@ Type::Impl::Impl(std::u16string qualifiedName) : qualifiedName_(std::move(qualif
 
 Type::Impl::~Impl() = default;
 
-bool Type::Impl::conformsTo(const Class&) const noexcept {
+bool Type::Impl::conformsTo(const Class&) const {
   return false;
 }
 
@@ -52,7 +52,7 @@ Class Class::Impl::getSuperClass() const noexcept {
   return Class(base_);
 }
 
-bool Class::Impl::conformsTo(const Class& other) const noexcept {
+bool Class::Impl::conformsTo(const Class& other) const {
   if (other == Class::metaClass()) return true;
   for (const Impl* candidate = this; candidate != nullptr; candidate = candidate->base_) {
     if (candidate == other.get()) return true;

@@ -98,8 +98,9 @@ void ModelElement::Impl::own(Impl* element) {
   for (const Impl* container = this; container != nullptr; container = container->owner_) {
     if (container == element) throw std::invalid_argument("an element cannot contain itself");
   }
-  if (element->owner_ != nullptr && element->owner_ != this)
+  if (element->owner_ != nullptr && element->owner_ != this) {
     element->owner_->dropContained(element);
+  }
   element->owner_ = this;
 }
 
@@ -122,10 +123,11 @@ ValueMeta ModelElement::Impl::reflect(std::size_t) const {
 
 void ModelElement::Impl::requireOwnProperty(const meta::Property& property) const {
   const auto& properties = metaClass().get()->getProperties();
-  if (property.getIndex() >= properties.size() ||
-      properties[property.getIndex()].getName() != property.getName()) {
-    throw std::invalid_argument("the property is none of the element's class");
-  }
+  const bool isOwn = property.getIndex() < properties.size() &&
+                     properties[property.getIndex()].getName() == property.getName() &&
+                     properties[property.getIndex()].getType() == property.getType() &&
+                     properties[property.getIndex()].getKind() == property.getKind();
+  if (!isOwn) throw std::invalid_argument("the property is none of the element's class");
 }
 
 ValueMeta::ValueMeta(meta::Type type, meta::Property::Kind kind, ModelElement element) noexcept

@@ -127,10 +127,6 @@ def read_description(path):
     return classes
 
 
-def constructor_access(cls):
-    return "public" if cls.created else "protected"
-
-
 def declare_handle(cls):
     builder = "  class Builder;\n" if cls.created else ""
     wrapper = "  class BuilderWrapper;\n" if cls.created == "contained" else ""
@@ -212,7 +208,7 @@ def declare_impl(cls):
   /// Creates an element that nothing contains yet.
   static {cls.short} create(const gx::zero::Model& model, const boost::uuids::uuid& uuid);
 """
-    constructor = "  explicit Impl(const gx::zero::Creation& creation) noexcept;\n"
+    constructor = "  explicit Impl(const gx::zero::Creation& creation);\n"
     public_constructor = constructor if cls.created else ""
     protected_constructor = "" if cls.created else constructor
     accessors = "".join(declare_accessors(p) for p in cls.properties)
@@ -394,7 +390,7 @@ gx::zero::ValueMeta {cls.short}::Impl::reflect(std::size_t propertyIndex) const 
   return gx::zero::meta::Class(&impl);
 }}
 
-{cls.short}::Impl::Impl(const gx::zero::Creation& creation) noexcept
+{cls.short}::Impl::Impl(const gx::zero::Creation& creation)
     : {cls.base}::Impl(creation) {{}}
 
 {cls.short}::Impl::~Impl() = default;

@@ -17,21 +17,26 @@
 namespace reference_host::exporting {
 namespace {
 
+using boost::uuids::nil_uuid;
 using document::gxzero::ButtonNode;
+using document::gxzero::ComboboxNode;
 using document::gxzero::LumoControlPosition;
 using gx::zero::Model;
 using lumocode::contentmodel::gxzero::ButtonData;
+using lumocode::contentmodel::gxzero::ComboboxData;
+using lumocode::contentmodel::gxzero::ComboboxItem;
+using lumocode::contentmodel::gxzero::ComboboxItemLabel;
 
 ButtonNode createButton(const Model& model) {
-  return ButtonNode::Builder(model).createButtonNode(boost::uuids::nil_uuid());
+  return ButtonNode::Builder(model).createButtonNode(nil_uuid());
 }
 
 LumoControlPosition createPosition(const ButtonNode& button) {
-  return button.get()->createIntoPosition(LumoControlPosition::Builder(), boost::uuids::nil_uuid());
+  return button.get()->createIntoPosition(LumoControlPosition::Builder(), nil_uuid());
 }
 
 ButtonData createData(const ButtonNode& button) {
-  return button.get()->createIntoButtonData(ButtonData::Builder(), boost::uuids::nil_uuid());
+  return button.get()->createIntoButtonData(ButtonData::Builder(), nil_uuid());
 }
 
 struct Row {
@@ -142,6 +147,49 @@ TEST(Export, TreeIsIndentedAsAsked) {
   EXPECT_EQ(tree, "before\n    ButtonNode\n      id: \"b1\"\n");
 }
 
+void put(gx::zero::ReferenceCollection& sequence, const gx::zero::ModelElement& element) {
+  insert_last(sequence, element.get());
+  sequence.getOwner()->_inverseAddThis(element.get(), *sequence.getOpposite(), false);
+}
+
+TEST(Export, WritesSequencesThatAreNotEmpty) {
+  const Model model = Model::create();
+  const ComboboxNode node = ComboboxNode::Builder(model).createComboboxNode(nil_uuid());
+  const ComboboxData data = node.get()->createIntoComboBoxData(ComboboxData::Builder(), nil_uuid());
+  EXPECT_EQ(toJson(node),
+            R"({"class":"document::gxzero::ComboboxNode",)"
+            R"("comboBoxData":{"class":"lumocode::contentmodel::gxzero::ComboboxData"}})");
+  for (const char16_t* label : {u"one", u"two"}) {
+    const ComboboxItem item = ComboboxItem::Builder(model).createComboboxItem(nil_uuid());
+    item.get()->setLabel(label);
+    put(data.get()->getItemsMutable(), item);
+  }
+  put(data.get()->getItemLabelsMutable(),
+      ComboboxItemLabel::Builder(model).createComboboxItemLabel(nil_uuid()));
+  data.get()->setDefaultValue(u"one");
+
+  EXPECT_EQ(toJson(node),
+            R"({"class":"document::gxzero::ComboboxNode",)"
+            R"("comboBoxData":{"class":"lumocode::contentmodel::gxzero::ComboboxData",)"
+            R"("defaultValue":"one",)"
+            R"("items":[{"class":"lumocode::contentmodel::gxzero::ComboboxItem","label":"one"},)"
+            R"({"class":"lumocode::contentmodel::gxzero::ComboboxItem","label":"two"}],)"
+            R"("itemLabels":[{"class":"lumocode::contentmodel::gxzero::ComboboxItemLabel"}]}})");
+  std::string tree;
+  appendTree(tree, node);
+  EXPECT_EQ(tree,
+            "ComboboxNode\n"
+            "  comboBoxData: ComboboxData\n"
+            "    defaultValue: \"one\"\n"
+            "    items:\n"
+            "      [0] ComboboxItem\n"
+            "        label: \"one\"\n"
+            "      [1] ComboboxItem\n"
+            "        label: \"two\"\n"
+            "    itemLabels:\n"
+            "      [0] ComboboxItemLabel (nothing set)\n");
+}
+
 /// A class of this test's own, with a slot for one more of itself: nesting without end, and the
 /// kinds of properties that nothing above has.
 class Box : public gx::zero::ModelElement {
@@ -220,7 +268,7 @@ gx::zero::meta::Class Box::metaClass() {
 }
 
 Box::Impl* createBox(const Model& model) {
-  return model.get()->createElement<Box::Impl>(boost::uuids::nil_uuid());
+  return model.get()->createElement<Box::Impl>(nil_uuid());
 }
 
 TEST(Export, WritesNumbersAndFlagsButNoReferences) {
@@ -249,12 +297,12 @@ TEST(Export, WritesNumbersAndFlagsButNoReferences) {
 TEST(Export, NestingHasNoBound) {
   constexpr std::size_t kLevels = 200000;
   const Model model = Model::create();
-  Box::Impl* const outermost = createBox(model);
-  Box::Impl* box = outermost;
+  // From the innermost outwards: an element that gets an owner looks at all owners above.
+  Box::Impl* outermost = createBox(model);
   for (std::size_t level = 1; level < kLevels; ++level) {
-    Box::Impl* const inner = createBox(model);
-    box->setInner(inner);
-    box = inner;
+    Box::Impl* const outer = createBox(model);
+    outer->setInner(outermost);
+    outermost = outer;
   }
   std::string expected;
   for (std::size_t level = 1; level < kLevels; ++level) expected += R"({"class":"Box","inner":)";

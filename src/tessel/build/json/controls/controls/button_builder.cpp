@@ -9,9 +9,9 @@ namespace tessel::build::json::controls {
 
 namespace {
 
-constexpr ControlKind kButton{"Starting to build a Button using the incoming JSON below",
-                              &document::gxzero::ButtonNode::Builder::createButtonNode,
-                              &document::gxzero::ButtonNode::Impl::createIntoButtonData};
+const ControlKind kButton{"Starting to build a Button using the incoming JSON below",
+                          &document::gxzero::ButtonNode::Builder::createButtonNode,
+                          &document::gxzero::ButtonNode::Impl::createIntoButtonData};
 
 }  // namespace
 

@@ -9,9 +9,9 @@ namespace tessel::build::json::controls {
 
 namespace {
 
-constexpr ControlKind kCheckBox{"Starting to build a CheckBox using the incoming JSON below",
-                                &document::gxzero::CheckBoxNode::Builder::createCheckBoxNode,
-                                &document::gxzero::CheckBoxNode::Impl::createIntoCheckBoxData};
+const ControlKind kCheckBox{"Starting to build a CheckBox using the incoming JSON below",
+                            &document::gxzero::CheckBoxNode::Builder::createCheckBoxNode,
+                            &document::gxzero::CheckBoxNode::Impl::createIntoCheckBoxData};
 
 }  // namespace
 

@@ -15,10 +15,9 @@ namespace {
 
 const std::string kColorFormatKey = "colorFormat";
 
-constexpr ControlKind kColorPicker{
-    "Starting to build a ColorPicker using the incoming JSON below",
-    &document::gxzero::ColorPickerNode::Builder::createColorPickerNode,
-    &document::gxzero::ColorPickerNode::Impl::createIntoColorPickerData};
+const ControlKind kColorPicker{"Starting to build a ColorPicker using the incoming JSON below",
+                               &document::gxzero::ColorPickerNode::Builder::createColorPickerNode,
+                               &document::gxzero::ColorPickerNode::Impl::createIntoColorPickerData};
 
 }  // namespace
 

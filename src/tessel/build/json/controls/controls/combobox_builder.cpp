@@ -26,9 +26,9 @@ const std::string kItemLabelsKey = "itemLabels";
 const std::string kLabelKey = "label";
 const std::string kValueKey = "value";
 
-constexpr ControlKind kCombobox{"Starting to build a comboBoxNode using the incoming JSON below",
-                                &document::gxzero::ComboboxNode::Builder::createComboboxNode,
-                                &document::gxzero::ComboboxNode::Impl::createIntoComboBoxData};
+const ControlKind kCombobox{"Starting to build a comboBoxNode using the incoming JSON below",
+                            &document::gxzero::ComboboxNode::Builder::createComboboxNode,
+                            &document::gxzero::ComboboxNode::Impl::createIntoComboBoxData};
 
 void applyItems(const Model& model, const ComboboxData& data, const Value& items) {
   framework::logDiagnostic("Found the items property");

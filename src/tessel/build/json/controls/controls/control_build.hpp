@@ -17,7 +17,8 @@
 
 namespace tessel::build::json::controls {
 
-/// What a kind of control knows of its build, besides its data routine.
+/// What a kind of control knows of its build, besides its data routine. (A kind's own is `const`,
+/// not `constexpr`: the address of an imported member is no constant expression on Windows.)
 template <typename Node, typename NodeFactory, typename Data, typename NodeImpl>
 struct ControlKind {
   std::string_view startText;

@@ -3,6 +3,8 @@
 /// @file
 /// The way to a control's own fields, and the fields that several kinds share.
 
+#include <string>
+
 #include "foundation/json.hpp"
 #include "framework/field.hpp"
 

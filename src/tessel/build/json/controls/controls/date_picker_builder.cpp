@@ -15,10 +15,9 @@ namespace {
 
 const std::string kDisplayFormatKey = "displayFormat";
 
-constexpr ControlKind kDatePicker{
-    "Starting to build a DatePicker using the incoming JSON below",
-    &document::gxzero::DatePickerNode::Builder::createDatePickerNode,
-    &document::gxzero::DatePickerNode::Impl::createIntoDatePickerData};
+const ControlKind kDatePicker{"Starting to build a DatePicker using the incoming JSON below",
+                              &document::gxzero::DatePickerNode::Builder::createDatePickerNode,
+                              &document::gxzero::DatePickerNode::Impl::createIntoDatePickerData};
 
 }  // namespace
 

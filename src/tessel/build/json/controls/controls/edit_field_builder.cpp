@@ -26,9 +26,9 @@ const std::string kValueTypeKey = "valueType";
 /// The value type whose default value is a number; with every other one it is text.
 constexpr std::u16string_view kNumericValueType = u"Double";
 
-constexpr ControlKind kEditField{"Starting to build a editFieldNode using the incoming JSON below",
-                                 &document::gxzero::EditFieldNode::Builder::createEditFieldNode,
-                                 &document::gxzero::EditFieldNode::Impl::createIntoEditFieldData};
+const ControlKind kEditField{"Starting to build a editFieldNode using the incoming JSON below",
+                             &document::gxzero::EditFieldNode::Builder::createEditFieldNode,
+                             &document::gxzero::EditFieldNode::Impl::createIntoEditFieldData};
 
 /// A value that is no double leaves the default value unset.
 DefaultValueData createNumericDefault(const Model& model, const Value& value) {

@@ -18,10 +18,9 @@ namespace {
 
 const std::string kBrowserTypeKey = "browserType";
 
-constexpr ControlKind kFileBrowser{
-    "Starting to build a FileBrowser using the incoming JSON below",
-    &document::gxzero::FileBrowserNode::Builder::createFileBrowserNode,
-    &document::gxzero::FileBrowserNode::Impl::createIntoFileBrowserData};
+const ControlKind kFileBrowser{"Starting to build a FileBrowser using the incoming JSON below",
+                               &document::gxzero::FileBrowserNode::Builder::createFileBrowserNode,
+                               &document::gxzero::FileBrowserNode::Impl::createIntoFileBrowserData};
 
 }  // namespace
 

@@ -17,10 +17,10 @@ namespace tessel::build::json::controls {
 /// "context"."data" leaves the record untouched; where there is one, the format is required.
 /// @throws std::runtime_error the conversion error, for a field of the wrong type and for a
 ///         missing format; what was set before it stays set.
-template <typename Record>
+template <typename Record, typename Impl, typename Result>
 void applyFormattedFields(const Record& data, const foundation::json::Value& json,
                           const std::string& formatKey,
-                          void (Record::Impl::*setFormat)(const std::u16string&)) {
+                          Result (Impl::*setFormat)(const std::u16string&)) {
   const foundation::json::Value* fields = findControlFields(json);
   if (fields == nullptr) return;
   applyControlData(data, json);

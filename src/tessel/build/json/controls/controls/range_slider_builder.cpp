@@ -9,10 +9,9 @@ namespace tessel::build::json::controls {
 
 namespace {
 
-constexpr ControlKind kRangeSlider{
-    "Starting to build a RangeSliderNode using the incoming JSON below",
-    &document::gxzero::RangeSliderNode::Builder::createRangeSliderNode,
-    &document::gxzero::RangeSliderNode::Impl::createIntoRangeSliderData};
+const ControlKind kRangeSlider{"Starting to build a RangeSliderNode using the incoming JSON below",
+                               &document::gxzero::RangeSliderNode::Builder::createRangeSliderNode,
+                               &document::gxzero::RangeSliderNode::Impl::createIntoRangeSliderData};
 
 }  // namespace
 

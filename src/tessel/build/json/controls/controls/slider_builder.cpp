@@ -9,9 +9,9 @@ namespace tessel::build::json::controls {
 
 namespace {
 
-constexpr ControlKind kSlider{"Starting to build a SliderNode using the incoming JSON below",
-                              &document::gxzero::SliderNode::Builder::createSliderNode,
-                              &document::gxzero::SliderNode::Impl::createIntoSliderData};
+const ControlKind kSlider{"Starting to build a SliderNode using the incoming JSON below",
+                          &document::gxzero::SliderNode::Builder::createSliderNode,
+                          &document::gxzero::SliderNode::Impl::createIntoSliderData};
 
 }  // namespace
 

@@ -9,9 +9,9 @@ namespace tessel::build::json::controls {
 
 namespace {
 
-constexpr ControlKind kSpinner{"Starting to build a SpinnerNode using the incoming JSON below",
-                               &document::gxzero::SpinnerNode::Builder::createSpinnerNode,
-                               &document::gxzero::SpinnerNode::Impl::createIntoSpinnerData};
+const ControlKind kSpinner{"Starting to build a SpinnerNode using the incoming JSON below",
+                           &document::gxzero::SpinnerNode::Builder::createSpinnerNode,
+                           &document::gxzero::SpinnerNode::Impl::createIntoSpinnerData};
 
 }  // namespace
 

@@ -9,10 +9,9 @@ namespace tessel::build::json::controls {
 
 namespace {
 
-constexpr ControlKind kStateButton{
-    "Starting to build a StateButton using the incoming JSON below",
-    &document::gxzero::StateButtonNode::Builder::createStateButtonNode,
-    &document::gxzero::StateButtonNode::Impl::createIntoStateButtonData};
+const ControlKind kStateButton{"Starting to build a StateButton using the incoming JSON below",
+                               &document::gxzero::StateButtonNode::Builder::createStateButtonNode,
+                               &document::gxzero::StateButtonNode::Impl::createIntoStateButtonData};
 
 }  // namespace
 

@@ -24,14 +24,14 @@ struct CompoundRelease {
   }
 };
 
-bool isEnabled(Logger& logger) noexcept {
+bool isEnabled(Logger& logger) {
   // The severity's value is its own mask in the level word.
   return (enabled_levels(logger).load(std::memory_order_relaxed) & kDiagnosticSeverity) != 0;
 }
 
 boost::log::record openRecord(Logger& logger) {
   if (!core(logger)->get_logging_enabled()) return {};
-  const std::lock_guard<foundation::log::slim_lock> guard(lock(logger));
+  const std::lock_guard guard(lock(logger));
   boost::log::sources::aux::get_severity_level() = kDiagnosticSeverity;
   return core(logger)->open_record(attributes(logger));
 }
@@ -39,9 +39,9 @@ boost::log::record openRecord(Logger& logger) {
 // The text is asked for only once a record is open.
 template <typename ProduceText>
 void writeRecord(const ProduceText& produceText) noexcept {
-  Logger& logger = tessel::shared::logging::getLogger();
-  if (!isEnabled(logger)) return;
   try {
+    Logger& logger = tessel::shared::logging::getLogger();
+    if (!isEnabled(logger)) return;
     boost::log::record record = openRecord(logger);
     if (!record) return;
     const std::unique_ptr<StreamProvider::stream_compound, CompoundRelease> compound(

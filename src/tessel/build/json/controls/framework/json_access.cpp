@@ -1,9 +1,7 @@
 #include "framework/json_access.hpp"
 
 #include <cstdint>
-#include <map>
 #include <stdexcept>
-#include <vector>
 
 #include "fl/i18n.hpp"
 
@@ -27,8 +25,8 @@ const char* nameOfHeldAmong(const Value& value) noexcept {
 
 const char* nameOfHeld(const Value& value) noexcept {
   return nameOfHeldAmong<foundation::json::Undefined, foundation::json::Null, bool, double,
-                         std::string, Value::Array, Value::Object, float, std::int64_t,
-                         std::uint64_t>(value);
+                         std::string, JsonArray, JsonMembers, float, std::int64_t, std::uint64_t>(
+      value);
 }
 
 template <typename Requested>
@@ -52,15 +50,15 @@ bool readBool(const Value& value) {
   return readStrictly<bool>(value);
 }
 
-const Value::Object& readObjectMembers(const Value& value) {
-  return readStrictly<Value::Object>(value);
+const JsonMembers& readObjectMembers(const Value& value) {
+  return readStrictly<JsonMembers>(value);
 }
 
-const Value::Array& readArray(const Value& value) {
-  return readStrictly<Value::Array>(value);
+const JsonArray& readArray(const Value& value) {
+  return readStrictly<JsonArray>(value);
 }
 
-const Value& memberOrUndefined(const Value::Object& members, const std::string& key) {
+const Value& memberOrUndefined(const JsonMembers& members, const std::string& key) {
   const auto member = members.find(key);
   return member == members.end() ? kUndefined : member->second;
 }

@@ -3,11 +3,16 @@
 /// @file
 /// Strict typed reads: a value is what it holds, or the read fails.
 
+#include <map>
 #include <string>
+#include <vector>
 
 #include "foundation/json.hpp"
 
 namespace tessel::build::json::controls::framework {
+
+using JsonArray = std::vector<foundation::json::Value>;
+using JsonMembers = std::map<std::string, foundation::json::Value>;
 
 /// Each read returns the held alternative if it is exactly the requested one. Numbers are neither
 /// widened nor narrowed: a `float` or a 64-bit integer is no `double`.
@@ -16,11 +21,11 @@ namespace tessel::build::json::controls::framework {
 const std::string& readString(const foundation::json::Value& value);
 double readDouble(const foundation::json::Value& value);
 bool readBool(const foundation::json::Value& value);
-const foundation::json::Value::Object& readObjectMembers(const foundation::json::Value& value);
-const foundation::json::Value::Array& readArray(const foundation::json::Value& value);
+const JsonMembers& readObjectMembers(const foundation::json::Value& value);
+const JsonArray& readArray(const foundation::json::Value& value);
 
 /// The member under the key, or an Undefined value; what is no object has no members.
-const foundation::json::Value& memberOrUndefined(const foundation::json::Value::Object& members,
+const foundation::json::Value& memberOrUndefined(const JsonMembers& members,
                                                  const std::string& key);
 const foundation::json::Value& memberOrUndefined(const foundation::json::Value& value,
                                                  const std::string& key);

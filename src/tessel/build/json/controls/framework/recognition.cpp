@@ -15,26 +15,26 @@ using foundation::json::Value;
 constexpr std::string_view kGenericControl = "LumoControlNode";
 
 /// The object's members, or null with a record.
-const Value::Object* membersOf(const Value& json) {
-  const auto* members = foundation::json::get_if<Value::Object>(json);
+const JsonMembers* membersOf(const Value& json) {
+  const auto* members = foundation::json::get_if<JsonMembers>(json);
   if (members == nullptr) logDiagnostic("Incoming JSON was not an Object");
   return members;
 }
 
 /// The object's class name; null when there is none or the value is no object.
-const std::string* classNameOf(const Value::Object* members) {
+const std::string* classNameOf(const JsonMembers* members) {
   if (members == nullptr) return nullptr;
   const auto member = members->find(kClassNameKey);
   return member == members->end() ? nullptr : &readString(member->second);
 }
 
-const std::string& typeWordOf(const Value::Object& control) {
+const std::string& typeWordOf(const JsonMembers& control) {
   const Value& context = memberOrUndefined(control, kContextKey);
   return readString(memberOrUndefined(readObjectMembers(context), kTypeKey));
 }
 
 /// Whether a control is of a type: a generic one by its type word, any other by its class name.
-bool isControlOfType(const Value::Object& control, const std::string& className,
+bool isControlOfType(const JsonMembers& control, const std::string& className,
                      std::string_view word) {
   return className == kGenericControl ? typeWordOf(control) == word : className == word;
 }
@@ -47,13 +47,13 @@ bool recognizeByClassName(const Value& json, std::string_view className) {
 }
 
 bool recognizeByTypeWord(const Value& json, std::string_view typeWord) {
-  const Value::Object* members = membersOf(json);
+  const JsonMembers* members = membersOf(json);
   const std::string* className = classNameOf(members);
   return className != nullptr && *className == kGenericControl && typeWordOf(*members) == typeWord;
 }
 
 bool recognizeByTypeWordOrClassName(const Value& json, std::string_view word) {
-  const Value::Object* members = membersOf(json);
+  const JsonMembers* members = membersOf(json);
   const std::string* className = classNameOf(members);
   return className != nullptr && isControlOfType(*members, *className, word);
 }

@@ -14,6 +14,7 @@
 #include <string>
 #include <thread>
 
+#include "support/allocation_count.hpp"
 #include "support/records.hpp"
 #include "tessel/shared/logging.hpp"
 
@@ -142,6 +143,22 @@ TEST(Diagnostics, AFilterThatThrowsDoesNotReachTheCallerAndLeavesTheLockFree) {
     logDiagnostic("next");
   });
   EXPECT_EQ(records, Records{"next"});
+}
+
+TEST(Diagnostics, ARecordThatFindsNoMemoryIsDroppedWhole) {
+  const std::string longText(100, 'x');
+  std::size_t pushed = 0;
+  for (std::size_t successes = 0; pushed == 0; ++successes) {
+    ASSERT_LT(successes, 1000U) << "the record never came through";
+    for (const std::string& record : recordsOf([&] {
+           const test_support::AllocationFailure failure(successes);
+           logDiagnostic(longText);
+           logDiagnostic([&] { return longText; });
+         })) {
+      EXPECT_EQ(record, longText);
+      ++pushed;
+    }
+  }
 }
 
 TEST(Diagnostics, TheLockIsNotHeldWhileATextIsProduced) {

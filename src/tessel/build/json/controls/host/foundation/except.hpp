@@ -63,7 +63,7 @@ class TESSEL_HOST_TYPE Exception : public StandardBase,
 namespace gx0::messages {
 
 /// A value was to hold a model element and does not. Argument: the name of the value's type.
-struct CannotCastIncompatibleTypes {
+struct TESSEL_HOST_TYPE CannotCastIncompatibleTypes {
   static constexpr const char* kCatalog = "gx0:messages";
   static constexpr const char* kKey = "CannotCastIncompatibleTypes";
 };

@@ -144,7 +144,7 @@ class TESSEL_HOST_API ModelElement::Impl {
   ValueMeta get(const meta::Property& property, ReflectionPrivateTag tag) const;
 
   /// Makes this element the owner of another one, which then is no root any more, and leaves the
-  /// owner it had.
+  /// owner it had. (Between two slots or sequences of one owner nothing is moved.)
   /// @throws std::invalid_argument when the other one contains this element.
   void _setContainedByThis(ModelElement::Impl* element, const meta::Property& property);
   /// Writes this element into the opposite property of one that it now refers to.

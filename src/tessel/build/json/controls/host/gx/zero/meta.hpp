@@ -27,7 +27,7 @@ class TESSEL_HOST_API Type {
     const std::u16string& getQualifiedName() const noexcept { return qualifiedName_; }
     /// Whether what is of this type is what the class says. A data type conforms to no class; a
     /// class conforms to itself, to those it derives from, and to `Class::metaClass()`.
-    virtual bool conformsTo(const Class& other) const noexcept;
+    virtual bool conformsTo(const Class& other) const;
 
    private:
     std::u16string qualifiedName_;
@@ -86,7 +86,7 @@ class TESSEL_HOST_API Class : public Type {
     Class getSuperClass() const noexcept;
     /// Every property of an element of this class, the base's first.
     const std::vector<Property>& getProperties() const noexcept { return properties_; }
-    bool conformsTo(const Class& other) const noexcept override;
+    bool conformsTo(const Class& other) const override;
 
    private:
     const Impl* base_;
