@@ -10,6 +10,7 @@
 #                                   Windows); empty if there are none
 
 include_guard(GLOBAL)
+include("${CMAKE_CURRENT_LIST_DIR}/Installation.cmake")
 
 set(TESSEL_SERVICE_RUNTIME auto CACHE STRING
     "Service runtime: cppmicroservices, embedded, or auto (CppMicroServices if it is found)")
@@ -26,16 +27,10 @@ set(TESSEL_SERVICE_RUNTIME_CHOSEN embedded)
 if(NOT TESSEL_SERVICE_RUNTIME STREQUAL "embedded")
   find_package(CppMicroServices CONFIG QUIET COMPONENTS Framework ServiceComponent)
   if(CppMicroServices_FOUND)
-    # Declarative Services are a bundle of CppMicroServices' own, in its library folder.
-    get_target_property(library CppMicroServices LOCATION)
-    get_filename_component(folder "${library}" DIRECTORY)
-    find_file(TESSEL_DECLARATIVE_SERVICES
-              "${CMAKE_SHARED_LIBRARY_PREFIX}DeclarativeServices${CMAKE_SHARED_LIBRARY_SUFFIX}"
-              HINTS "${folder}" "${folder}/../bin"
-              DOC "The bundle with CppMicroServices' Declarative Services")
-    mark_as_advanced(TESSEL_DECLARATIVE_SERVICES)
+    include("${CMAKE_CURRENT_LIST_DIR}/DeclarativeServices.cmake")
+    tessel_find_declarative_services(declarative_services)
   endif()
-  if(CppMicroServices_FOUND AND TESSEL_DECLARATIVE_SERVICES)
+  if(CppMicroServices_FOUND AND declarative_services)
     set(TESSEL_SERVICE_RUNTIME_CHOSEN cppmicroservices)
   elseif(TESSEL_SERVICE_RUNTIME STREQUAL "cppmicroservices")
     message(FATAL_ERROR
@@ -51,14 +46,18 @@ endif()
 
 add_library(tessel_bundle_api INTERFACE)
 add_library(tessel::bundle_api ALIAS tessel_bundle_api)
+set_target_properties(tessel_bundle_api PROPERTIES EXPORT_NAME bundle_api)
 add_library(tessel_runtime INTERFACE)
 add_library(tessel::runtime ALIAS tessel_runtime)
+set_target_properties(tessel_runtime PROPERTIES EXPORT_NAME runtime)
 
 if(TESSEL_SERVICE_RUNTIME_CHOSEN STREQUAL "embedded")
   message(STATUS "Service runtime: embedded")
   cmake_path(GET CMAKE_CURRENT_LIST_DIR PARENT_PATH root)
-  target_include_directories(tessel_bundle_api
-                             INTERFACE "${root}/src/service_runtime/include")
+  target_include_directories(
+    tessel_bundle_api
+    INTERFACE "$<BUILD_INTERFACE:${root}/src/service_runtime/include>"
+              "$<INSTALL_INTERFACE:${TESSEL_INSTALL_INCLUDEDIR}/service_runtime>")
   target_link_libraries(tessel_runtime INTERFACE tessel::service_runtime)
   target_compile_definitions(tessel_runtime INTERFACE TESSEL_RUNTIME_BUNDLES="")
 else()
@@ -67,8 +66,10 @@ else()
   # Imported targets: their headers count as system headers.
   target_link_libraries(tessel_bundle_api INTERFACE CppMicroServices usServiceComponent)
   target_link_libraries(tessel_runtime INTERFACE CppMicroServices usServiceComponent)
+  # Whoever uses an installation has a path of their own.
   target_compile_definitions(
-    tessel_runtime INTERFACE TESSEL_RUNTIME_BUNDLES="${TESSEL_DECLARATIVE_SERVICES}")
+    tessel_runtime
+    INTERFACE "$<BUILD_INTERFACE:TESSEL_RUNTIME_BUNDLES=\"${declarative_services}\">")
   if(UNIX AND NOT APPLE)
     # That bundle needs further libraries of its folder and may not say where they are. Of the two
     # kinds of search path that a program can have, only the older one serves what it loads later.

@@ -52,8 +52,8 @@ const char* kindOf(const Any& value) {
 template <class T>
 const T& as(const std::string& path, const Any& value) {
   const T* typed = any_cast<T>(&value);
-  if (!typed) fail(path, std::string("expected ") + kKind<T> + ", found " + kindOf(value));
-  return *typed;
+  if (typed != nullptr) return *typed;
+  fail(path, std::string("expected ") + kKind<T> + ", found " + kindOf(value));
 }
 
 /// An object of the manifest and where it stands.

@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <fstream>
 #include <iterator>
 #include <memory>
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include "cppmicroservices/servicecomponent/detail/ComponentInstance.hpp"
+#include "support/allocation_count.hpp"
 #include "support/json.hpp"
 
 namespace {
@@ -68,6 +70,34 @@ TEST_F(EntryPoints, EveryComponentIsMadeAndFreed) {
     EXPECT_NE(first, second);
     free(first);
     free(second);
+  }
+}
+
+TEST_F(EntryPoints, NothingIsMadeWithoutMemory) {
+  for (const std::string& path : classPaths()) {
+    SCOPED_TRACE(path);
+    auto* const make = find<ComponentInstance*()>("NewInstance_" + path);
+    auto* const free = find<void(ComponentInstance*)>("DeleteInstance_" + path);
+    ASSERT_NE(make, nullptr);
+    ASSERT_NE(free, nullptr);
+    // However many allocations there are, each may be the one that fails.
+    ComponentInstance* made = nullptr;
+    std::size_t successes = 0;
+    for (; made == nullptr && successes < 100; ++successes) {
+      bool thrown = false;
+      {
+        const test_support::AllocationFailure failure(successes);
+        try {
+          made = make();
+        } catch (...) {
+          thrown = true;
+        }
+      }
+      EXPECT_FALSE(thrown) << "after " << successes << " allocations";
+    }
+    EXPECT_GT(successes, 1U) << "made without memory";
+    EXPECT_NE(made, nullptr);
+    free(made);
   }
 }
 

@@ -23,13 +23,123 @@ def manifest():
     return json.loads(MANIFEST.read_text(encoding="utf-8"))
 
 
-def expected_exports():
-    name = manifest()["bundle.symbolic_name"]
-    symbols = {f"_us_set_bundle_context_instance_{name}"}
-    for component in manifest()["scr"]["components"]:
-        path = component["implementation-class"].replace("::", "_")
-        symbols |= {f"NewInstance_{path}", f"DeleteInstance_{path}"}
-    return symbols
+def control(name):
+    return {
+        "implementation-class": f"tessel::build::json::controls::{name}",
+        "service": {"interfaces": ["tessel::build::json::code::CodeElementBuilder"]},
+    }
+
+
+# Every member, in its order. The maker's name and the place of installation are the product's own
+# affair.
+EXPECTED_MANIFEST = {
+    "bundle.activator": False,
+    "bundle.symbolic_name": "com_quorvex_tessel_build_json_controls",
+    "bundle.vendor": ...,
+    "qv": {
+        "clientdir": "src/tessel/build/json/controls",
+        "component": {
+            "attributes": "released",
+            "name": "tessel/build/json/controls",
+            "type": "software",
+        },
+        "installpath": ...,
+        "module": {"name": "libtessel_build_json_controls"},
+    },
+    "scr": {
+        "version": 1,
+        "components": [
+            control("ButtonBuilderImpl"),
+            control("CheckBoxBuilderImpl"),
+            control("ColorPickerBuilderImpl"),
+            control("ComboboxBuilderImpl"),
+            control("DatePickerBuilderImpl"),
+            control("EditFieldBuilderImpl"),
+            control("FileBrowserBuilderImpl"),
+            {
+                "implementation-class":
+                    "tessel::build::json::widgets::LumoTaskHeaderBuilderImpl",
+                "inject-references": True,
+                "properties": {"test_id": "LumoTaskHeaderBuilderImpl"},
+                "references": [
+                    {
+                        "interface": "tessel::build::json::NodeBuilder",
+                        "name": "lumoAppIntegratedInlineNodeBuilder",
+                        "target": "(test_id=LumoTaskIntegratedInlineNodeBuilderImpl)",
+                    },
+                ],
+                "service": {"interfaces": ["tessel::build::json::NodeBuilder"]},
+            },
+            {
+                "implementation-class":
+                    "tessel::build::json::widgets::LumoTaskIntegratedInlineNodeBuilderImpl",
+                "inject-references": True,
+                "properties": {"test_id": "LumoTaskIntegratedInlineNodeBuilderImpl"},
+                "service": {"interfaces": ["tessel::build::json::NodeBuilder"]},
+            },
+            control("RangeSliderNodeBuilderImpl"),
+            control("SliderNodeBuilderImpl"),
+            control("SpinnerNodeBuilderImpl"),
+            control("StateButtonBuilderImpl"),
+        ],
+    },
+}
+
+EXPECTED_EXPORTS = [
+    "DeleteInstance_tessel_build_json_controls_ButtonBuilderImpl",
+    "DeleteInstance_tessel_build_json_controls_CheckBoxBuilderImpl",
+    "DeleteInstance_tessel_build_json_controls_ColorPickerBuilderImpl",
+    "DeleteInstance_tessel_build_json_controls_ComboboxBuilderImpl",
+    "DeleteInstance_tessel_build_json_controls_DatePickerBuilderImpl",
+    "DeleteInstance_tessel_build_json_controls_EditFieldBuilderImpl",
+    "DeleteInstance_tessel_build_json_controls_FileBrowserBuilderImpl",
+    "DeleteInstance_tessel_build_json_controls_RangeSliderNodeBuilderImpl",
+    "DeleteInstance_tessel_build_json_controls_SliderNodeBuilderImpl",
+    "DeleteInstance_tessel_build_json_controls_SpinnerNodeBuilderImpl",
+    "DeleteInstance_tessel_build_json_controls_StateButtonBuilderImpl",
+    "DeleteInstance_tessel_build_json_widgets_LumoTaskHeaderBuilderImpl",
+    "DeleteInstance_tessel_build_json_widgets_LumoTaskIntegratedInlineNodeBuilderImpl",
+    "NewInstance_tessel_build_json_controls_ButtonBuilderImpl",
+    "NewInstance_tessel_build_json_controls_CheckBoxBuilderImpl",
+    "NewInstance_tessel_build_json_controls_ColorPickerBuilderImpl",
+    "NewInstance_tessel_build_json_controls_ComboboxBuilderImpl",
+    "NewInstance_tessel_build_json_controls_DatePickerBuilderImpl",
+    "NewInstance_tessel_build_json_controls_EditFieldBuilderImpl",
+    "NewInstance_tessel_build_json_controls_FileBrowserBuilderImpl",
+    "NewInstance_tessel_build_json_controls_RangeSliderNodeBuilderImpl",
+    "NewInstance_tessel_build_json_controls_SliderNodeBuilderImpl",
+    "NewInstance_tessel_build_json_controls_SpinnerNodeBuilderImpl",
+    "NewInstance_tessel_build_json_controls_StateButtonBuilderImpl",
+    "NewInstance_tessel_build_json_widgets_LumoTaskHeaderBuilderImpl",
+    "NewInstance_tessel_build_json_widgets_LumoTaskIntegratedInlineNodeBuilderImpl",
+    "_us_set_bundle_context_instance_com_quorvex_tessel_build_json_controls",
+]
+
+
+class Members(list):
+    """The members of an object as pairs, so that order and repetition show."""
+
+
+def in_order(value):
+    if isinstance(value, dict):
+        return Members((key, in_order(member)) for key, member in value.items())
+    if isinstance(value, list):
+        return [in_order(element) for element in value]
+    return value
+
+
+def typed_lines(value, path="$"):
+    """One line a leaf, with its place and its type; objects and arrays also have one of their own."""
+    if isinstance(value, Members):
+        yield f"{path} is an object"
+        for key, member in value:
+            yield from typed_lines(member, f"{path}.{key}")
+    elif isinstance(value, list):
+        yield f"{path} is an array"
+        for index, element in enumerate(value):
+            yield from typed_lines(element, f"{path}[{index}]")
+    else:
+        yield f"{path} = {value!r}"
 
 
 def exports(library):
@@ -61,14 +171,29 @@ class LibraryFile(unittest.TestCase):
                 self.assertEqual(resources.namelist(), [f"{name}/manifest.json"])
                 self.assertEqual(resources.read(f"{name}/manifest.json"), MANIFEST.read_bytes())
 
+    def test_the_manifest_is_the_whole_contract(self):
+        for library in (BUNDLE, self.stripped):
+            with self.subTest(library=str(library)):
+                text = archive(library, self.folder).read(
+                    "com_quorvex_tessel_build_json_controls/manifest.json")
+                actual = list(typed_lines(json.loads(text, object_pairs_hook=Members)))
+                free = {"$.bundle.vendor": "Ellipsis", "$.qv.installpath": "Ellipsis"}
+                for index, line in enumerate(actual):
+                    path, _, value = line.partition(" = ")
+                    if path in free:
+                        self.assertRegex(value, "^'.+'$", path)
+                        actual[index] = f"{path} = {free.pop(path)}"
+                self.assertEqual(actual, list(typed_lines(in_order(EXPECTED_MANIFEST))))
+                self.assertEqual(text[:1], b"{", "no byte order mark")
+
     def test_the_archive_is_the_same_at_every_build(self):
         dates = [entry.date_time for entry in archive(BUNDLE, self.folder).infolist()]
         self.assertEqual(dates, [(2000, 1, 1, 0, 0, 0)])
 
-    def test_exports_the_entry_points_of_the_manifest_and_nothing_else(self):
+    def test_exports_the_27_entry_points_and_nothing_else(self):
         for library in (BUNDLE, self.stripped):
             with self.subTest(library=str(library)):
-                self.assertEqual(exports(library), sorted(expected_exports()))
+                self.assertEqual(exports(library), EXPECTED_EXPORTS)
 
     def test_the_module_name_is_the_file_name(self):
         self.assertEqual(manifest()["qv"]["module"]["name"], BUNDLE.stem)

@@ -12,6 +12,7 @@ namespace {
 using gx::zero::ModelElement;
 using gx::zero::ReferenceCollection;
 using gx::zero::ValueMeta;
+using gx::zero::ValueRecord;
 using gx::zero::meta::Property;
 
 class Walk {
@@ -69,15 +70,34 @@ class Walk {
       return;
     }
     if (const auto* collection = value.get_if<const ReferenceCollection*>()) {
-      const auto& elements = elements_of(**collection);
-      if (elements.empty()) return;
+      const std::vector<ModelElement::Impl*>* elements = &elements_of(**collection);
+      if (elements->empty()) return;
       name(property);
       visitor_.beginSequence();
-      open_.push_back({ModelElement(), &elements, 0, elements.size()});
+      open_.push_back({ModelElement(), elements, 0, elements->size()});
       return;
     }
     if (!element.get()->isSet(property)) return;
     name(property);
+    if (const auto* record = value.get_if<const ValueRecord*>()) {
+      showRecord(**record);
+    } else {
+      showData(value);
+    }
+  }
+
+  /// All fields, set or not: a value has no more than them.
+  void showRecord(const ValueRecord& record) {
+    const auto* recordClass = record.metaClass().get();
+    visitor_.beginElement(i18n::ustringToUtf8(recordClass->getQualifiedName()));
+    for (const Property& property : recordClass->getProperties()) {
+      name(property);
+      showData(record.reflect(property.getIndex()));
+    }
+    visitor_.endElement();
+  }
+
+  void showData(const ValueMeta& value) {
     if (const auto* text = value.get_if<std::u16string_view>()) {
       visitor_.text(i18n::ustringToUtf8(*text));
     } else if (const auto* number = value.get_if<double>()) {

@@ -32,7 +32,7 @@ Type Type::integer() {
   return Type(&impl);
 }
 
-Property::Property(std::u16string name, Type type, Kind kind, std::size_t index)
+Property::Property(std::u16string name, Type (*type)(), Kind kind, std::size_t index)
     : name_(std::move(name)), type_(type), kind_(kind), index_(index) {}
 
 Class Class::metaClass() {

@@ -46,8 +46,9 @@ meta::Class ModelElement::metaClass() {
 
 const meta::Property& ModelElement::containerProperty() {
   // An index that no class reaches, so that it is nobody else's.
-  static const meta::Property property(u"container", metaClass(), meta::Property::Kind::kReference,
-                                       std::numeric_limits<std::size_t>::max());
+  static const meta::Property property(
+      u"container", []() -> meta::Type { return metaClass(); }, meta::Property::Kind::kReference,
+      std::numeric_limits<std::size_t>::max());
   return property;
 }
 
@@ -144,6 +145,11 @@ ValueMeta::ValueMeta(bool boolean)
 
 ValueMeta::ValueMeta(meta::Type elementType, const ReferenceCollection& sequence) noexcept
     : type_(elementType), kind_(meta::Property::Kind::kSequence), held_(&sequence) {}
+
+ValueMeta::ValueMeta(const ValueRecord& record)
+    : type_(record.metaClass()), kind_(meta::Property::Kind::kRecord), held_(&record) {}
+
+ValueRecord::~ValueRecord() = default;
 
 ValueMeta::ValueMeta(std::uint64_t integer)
     : type_(meta::Type::integer()), kind_(meta::Property::Kind::kData), held_(integer) {}

@@ -21,10 +21,12 @@ NOTICE = "// Made from the model description; changes belong there.\n"
 # the metaclass's type)
 DATA_TYPES = {
     "text": ("std::u16string", "const std::u16string&", "", "std::u16string_view({})",
-             "gx::zero::meta::Type::text()"),
-    "number": ("double", "double", " = 0", "{}", "gx::zero::meta::Type::number()"),
-    "boolean": ("bool", "bool", " = false", "{}", "gx::zero::meta::Type::boolean()"),
-    "integer": ("std::uint64_t", "std::uint64_t", " = 0", "{}", "gx::zero::meta::Type::integer()"),
+             "gx::zero::meta::Type::text"),
+    "number": ("double", "double", " = 0", "{}", "gx::zero::meta::Type::number"),
+    "boolean": ("bool", "bool", " = false", "{}", "gx::zero::meta::Type::boolean"),
+    "short": ("std::uint16_t", "std::uint16_t", " = 0", "std::uint64_t{{{}}}",
+              "gx::zero::meta::Type::integer"),
+    "integer": ("std::uint64_t", "std::uint64_t", " = 0", "{}", "gx::zero::meta::Type::integer"),
 }
 
 
@@ -39,12 +41,14 @@ class Property:
     type: str | None = None
     contains: str | None = None
     sequence: str | None = None
+    record: str | None = None
     attached: bool = False
     reader: str | None = None
 
     def __post_init__(self):
-        if [self.type, self.contains, self.sequence].count(None) != 2:
-            raise DescriptionError(f"property {self.name}: one of type, contains and sequence")
+        if [self.type, self.contains, self.sequence, self.record].count(None) != 3:
+            raise DescriptionError(
+                f"property {self.name}: one of type, contains, sequence and record")
         if self.type is not None and self.type not in DATA_TYPES:
             raise DescriptionError(f"property {self.name}: unknown type {self.type}")
         if self.attached and not self.contains:
@@ -69,8 +73,9 @@ class Property:
 @dataclasses.dataclass
 class ModelClass:
     name: str
-    base: str
     doc: str
+    base: str | None = None
+    record: bool = False
     created: str | None = None
     properties: list = dataclasses.field(default_factory=list)
     first_index: int = 0
@@ -78,10 +83,20 @@ class ModelClass:
     def __post_init__(self):
         if self.created not in (None, "top", "contained"):
             raise DescriptionError(f"class {self.name}: created is {self.created}")
+        if self.record == (self.base is not None) or (self.record and self.created):
+            raise DescriptionError(f"class {self.name}: either a base or a record")
         try:
             self.properties = [Property(**row) for row in self.properties]
         except TypeError as error:
             raise DescriptionError(f"class {self.name}: {error}") from error
+        if self.record and any(prop.type is None for prop in self.properties):
+            raise DescriptionError(f"class {self.name}: the fields of a record have a type")
+
+    @property
+    def references(self):
+        """The classes that have to be described before this one."""
+        named = [p.contains or p.sequence or p.record for p in self.properties]
+        return [name for name in [self.base, *named] if name and name != self.name]
 
     @property
     def short(self):
@@ -112,7 +127,7 @@ def read_description(path):
             cls = ModelClass(**row)
         except TypeError as error:
             raise DescriptionError(f"class {row.get('name', '?')}: {error}") from error
-        for needed in [cls.base] + [holder.element for holder in cls.holders]:
+        for needed in cls.references:
             if needed not in known:
                 raise DescriptionError(f"class {cls.name}: {needed} is not described before it")
         if cls.name in known:
@@ -145,6 +160,11 @@ class TESSEL_HOST_API {cls.short} : public {cls.base} {{
 """
 
 
+def result_type(prop):
+    field_type, parameter, *_ = DATA_TYPES[prop.type]
+    return parameter if prop.type == "text" else field_type
+
+
 def declare_accessors(prop):
     if prop.sequence:
         sequence = f"gx::zero::ElementSequence<{prop.sequence}>"
@@ -152,6 +172,13 @@ def declare_accessors(prop):
   /// {prop.doc}
   const {sequence}& get{prop.capitalized}() const noexcept {{ return {prop.field}; }}
   {sequence}& get{prop.capitalized}Mutable() noexcept {{ return {prop.field}; }}
+"""
+    if prop.record:
+        return f"""
+  /// {prop.doc}
+  const {prop.record}& get{prop.capitalized}() const noexcept {{ return {prop.field}; }}
+  /// Keeps a copy.
+  void set{prop.capitalized}(const {prop.record}& {prop.name});
 """
     if prop.attached:
         return f"""
@@ -169,11 +196,10 @@ def declare_accessors(prop):
   {prop.contains} createInto{prop.capitalized}({prop.contains}::BuilderWrapper builder,
       const boost::uuids::uuid& uuid);
 """
-    field_type, parameter, *_ = DATA_TYPES[prop.type]
-    result = parameter if prop.type == "text" else field_type
+    parameter = DATA_TYPES[prop.type][1]
     return f"""
   /// {prop.doc}
-  {result} get{prop.capitalized}() const noexcept {{ return {prop.field}; }}
+  {result_type(prop)} get{prop.capitalized}() const noexcept {{ return {prop.field}; }}
   void set{prop.capitalized}({parameter} {prop.name});
 """
 
@@ -184,6 +210,8 @@ def declare_field(prop, index):
                 f"      *this, {{{index}, true, true, &gx::zero::ModelElement::containerProperty()}}}};\n")
     if prop.contains:
         return f"  {prop.contains}::Impl* {prop.field} = nullptr;\n"
+    if prop.record:
+        return f"  {prop.record} {prop.field};\n"
     field_type, _, initial, *_ = DATA_TYPES[prop.type]
     return f"  {field_type} {prop.field}{initial};\n"
 
@@ -267,10 +295,67 @@ inline {cls.short}::Impl* {cls.short}::get() const noexcept {{
 {readers}"""
 
 
+def declare_record(cls):
+    accessors = "".join(f"""
+  /// {prop.doc}
+  {result_type(prop)} get{prop.capitalized}() const noexcept {{ return {prop.field}; }}
+  {cls.short}& set{prop.capitalized}({DATA_TYPES[prop.type][1]} {prop.name});
+""" for prop in cls.properties)
+    fields = "".join(declare_field(p, i) for i, p in cls.indexed_properties)
+    return f"""/// {cls.doc}
+class TESSEL_HOST_API {cls.short} final : public gx::zero::ValueRecord {{
+ public:
+  {cls.short}();
+  {cls.short}(const {cls.short}& other);
+  {cls.short}& operator=(const {cls.short}& other);
+  ~{cls.short}() override;
+
+  gx::zero::meta::Class metaClass() const override;
+  gx::zero::ValueMeta reflect(std::size_t propertyIndex) const override;
+{accessors}
+ private:
+{fields}}};
+"""
+
+
+def define_record(cls):
+    setters = "".join(f"""
+{cls.short}& {cls.short}::set{prop.capitalized}({DATA_TYPES[prop.type][1]} {prop.name}) {{
+  {prop.field} = {prop.name};
+  return *this;
+}}
+""" for prop in cls.properties)
+    descriptions = "".join(define_property_description(p, i) for i, p in cls.indexed_properties)
+    cases = "".join(define_reflection(p, i) for i, p in cls.indexed_properties)
+    return f"""{cls.short}::{cls.short}() = default;
+{cls.short}::{cls.short}(const {cls.short}& other) = default;
+{cls.short}& {cls.short}::operator=(const {cls.short}& other) = default;
+{cls.short}::~{cls.short}() = default;
+
+gx::zero::meta::Class {cls.short}::metaClass() const {{
+  static const gx::zero::meta::Class::Impl impl(
+      u"{cls.name}", gx::zero::meta::Class(),
+      {{
+{descriptions}      }});
+  return gx::zero::meta::Class(&impl);
+}}
+
+gx::zero::ValueMeta {cls.short}::reflect(std::size_t propertyIndex) const {{
+  switch (propertyIndex) {{
+{cases}    default:
+      throw std::invalid_argument("the record has no such field");
+  }}
+}}
+{setters}"""
+
+
 def header(namespace, classes, includes):
     include_lines = "".join(f'#include "{line}"\n' for line in includes)
     body = []
     for cls in classes:
+        if cls.record:
+            body.append(declare_record(cls))
+            continue
         body.append(declare_handle(cls))
         body.append(declare_impl(cls))
         if cls.created:
@@ -296,9 +381,13 @@ namespace {namespace} {{
 def define_property_description(prop, index):
     if prop.element:
         kind = "kSequence" if prop.sequence else "kContained"
-        described = f"{prop.element}::metaClass(), gx::zero::meta::Property::Kind::{kind}"
+        described = (f"[]() -> gx::zero::meta::Type {{ return {prop.element}::metaClass(); }}, "
+                     f"gx::zero::meta::Property::Kind::{kind}")
+    elif prop.record:
+        described = (f"[]() -> gx::zero::meta::Type {{ return {prop.record}().metaClass(); }}, "
+                     f"gx::zero::meta::Property::Kind::kRecord")
     else:
-        described = f"{DATA_TYPES[prop.type][4]}, gx::zero::meta::Property::Kind::kData"
+        described = f"&{DATA_TYPES[prop.type][4]}, gx::zero::meta::Property::Kind::kData"
     return f'          gx::zero::meta::Property(u"{prop.name}", {described}, {index}),\n'
 
 
@@ -327,7 +416,7 @@ void {cls.short}::Impl::set{prop.capitalized}(const {prop.contains}& {prop.name}
   return created;
 }}
 """
-    parameter = DATA_TYPES[prop.type][1]
+    parameter = f"const {prop.record}&" if prop.record else DATA_TYPES[prop.type][1]
     return f"""
 void {cls.short}::Impl::set{prop.capitalized}({parameter} {prop.name}) {{
   {prop.field} = {prop.name};
@@ -350,6 +439,8 @@ void {cls.short}::Impl::dropContained(const gx::zero::ModelElement::Impl* elemen
 def define_reflection(prop, index):
     if prop.sequence:
         value = f"gx::zero::ValueMeta({prop.sequence}::metaClass(), {prop.field})"
+    elif prop.record:
+        value = f"gx::zero::ValueMeta({prop.field})"
     elif prop.contains:
         value = (f"gx::zero::ValueMeta({prop.contains}::metaClass(),\n"
                  f"                                 gx::zero::meta::Property::Kind::kContained,\n"
@@ -401,9 +492,10 @@ gx::zero::meta::Class {cls.short}::Impl::metaClass() const {{ return {cls.short}
 
 def source(namespace, classes):
     include = namespace.replace("::", "/") + ".hpp"
-    body = "\n".join(define_class(cls) for cls in classes)
+    body = "\n".join(define_record(cls) if cls.record else define_class(cls) for cls in classes)
     return f"""{NOTICE}#include "{include}"
 
+#include <stdexcept>
 #include <string_view>
 
 namespace {namespace} {{
@@ -419,8 +511,7 @@ def outputs(classes):
     namespaces = list(dict.fromkeys(cls.namespace for cls in classes.values()))
     for namespace in namespaces:
         members = [cls for cls in classes.values() if cls.namespace == namespace]
-        referred = {name.rpartition("::")[0] for cls in members
-                    for name in [cls.base] + [holder.element for holder in cls.holders]}
+        referred = {name.rpartition("::")[0] for cls in members for name in cls.references}
         includes = sorted(other.replace("::", "/") + ".hpp"
                           for other in referred - {namespace, ROOT_CLASS.rpartition("::")[0]})
         path = namespace.replace("::", "/")

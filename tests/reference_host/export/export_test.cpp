@@ -254,15 +254,14 @@ Box::Box(Impl* impl) : gx::zero::ModelElement(impl) {}
 gx::zero::meta::Class Box::metaClass() {
   using gx::zero::meta::Property;
   using gx::zero::meta::Type;
+  const auto anyElement = []() -> Type { return gx::zero::ModelElement::metaClass(); };
   static const gx::zero::meta::Class::Impl impl(
       u"Box", gx::zero::ModelElement::metaClass(),
       {
-          Property(u"outer", Type(gx::zero::ModelElement::metaClass()), Property::Kind::kReference,
-                   0),
-          Property(u"number", Type::number(), Property::Kind::kData, 1),
-          Property(u"flag", Type::boolean(), Property::Kind::kData, 2),
-          Property(u"inner", Type(gx::zero::ModelElement::metaClass()), Property::Kind::kContained,
-                   3),
+          Property(u"outer", anyElement, Property::Kind::kReference, 0),
+          Property(u"number", &Type::number, Property::Kind::kData, 1),
+          Property(u"flag", &Type::boolean, Property::Kind::kData, 2),
+          Property(u"inner", anyElement, Property::Kind::kContained, 3),
       });
   return gx::zero::meta::Class(&impl);
 }

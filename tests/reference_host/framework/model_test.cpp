@@ -129,7 +129,8 @@ TEST(Reflection, MetaclassesNameTheirBaseAndListTheBasesPropertiesFirst) {
   EXPECT_EQ(meta->getSuperClass(), LumoControlNode::metaClass());
   std::vector<std::u16string> names;
   for (const auto& listed : meta->getProperties()) names.push_back(listed.getName());
-  EXPECT_EQ(names, (std::vector<std::u16string>{u"id", u"position", u"buttonData"}));
+  EXPECT_EQ(names, (std::vector<std::u16string>{u"anchorId", u"children", u"id", u"position",
+                                                u"buttonData"}));
   EXPECT_TRUE(meta->conformsTo(Node::metaClass()));
   EXPECT_TRUE(meta->conformsTo(ModelElement::metaClass()));
   EXPECT_TRUE(meta->conformsTo(ButtonNode::metaClass()));

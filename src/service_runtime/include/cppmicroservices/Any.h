@@ -159,16 +159,16 @@ const T* any_cast(const Any* operand) noexcept {
 template <class T>
 const T& ref_any_cast(const Any& operand) {
   const T* value = any_cast<T>(&operand);
-  if (!value) detail::throwBadAnyCast(operand.Type(), typeid(T));
-  return *value;
+  if (value != nullptr) return *value;
+  detail::throwBadAnyCast(operand.Type(), typeid(T));
 }
 
 /// @copydoc ref_any_cast(const Any&)
 template <class T>
 T& ref_any_cast(Any& operand) {
   T* value = any_cast<T>(&operand);
-  if (!value) detail::throwBadAnyCast(operand.Type(), typeid(T));
-  return *value;
+  if (value != nullptr) return *value;
+  detail::throwBadAnyCast(operand.Type(), typeid(T));
 }
 
 /// A copy of the value held. @throws BadAnyCastException if it has another type.

@@ -30,10 +30,10 @@ bool isEnabled(Logger& logger) {
 }
 
 boost::log::record openRecord(Logger& logger) {
-  if (!core(logger)->get_logging_enabled()) return {};
+  if (!foundation::log::core(logger)->get_logging_enabled()) return {};
   const std::lock_guard guard(lock(logger));
   boost::log::sources::aux::get_severity_level() = kDiagnosticSeverity;
-  return core(logger)->open_record(attributes(logger));
+  return foundation::log::core(logger)->open_record(attributes(logger));
 }
 
 // The text is asked for only once a record is open.
@@ -50,7 +50,7 @@ void writeRecord(const ProduceText& produceText) noexcept {
     compound->stream.write(text.data(), static_cast<std::streamsize>(text.size()));
     compound->stream.flush();
     // A stream swallows what its buffer throws; half a text is no record.
-    if (compound->stream.good()) core(logger)->push_record(boost::move(record));
+    if (compound->stream.good()) foundation::log::core(logger)->push_record(boost::move(record));
   } catch (...) {
     // The log's troubles are not the build's: the record is dropped and the caller goes on.
   }

@@ -128,7 +128,9 @@ TEST_F(Append, TheSameElementTwiceIsOneEntryWhereItIsAdmittedOnce) {
 }
 
 TEST_F(Append, AMultiValuedOppositeSaysNothingSoTheSequenceIsLookedThrough) {
-  const Property many(u"containers", ComboboxData::metaClass(), Property::Kind::kSequence, 0);
+  const Property many(
+      u"containers", []() -> gx::zero::meta::Type { return ComboboxData::metaClass(); },
+      Property::Kind::kSequence, 0);
   const auto items = sequence({0, false, true, &many});
   const ComboboxItem item = createItem();
   gx::zero::insert_last(*items, item.get());

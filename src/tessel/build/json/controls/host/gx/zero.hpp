@@ -27,6 +27,7 @@ class Model;
 class ModelElement;
 class ReferenceCollection;
 class ValueMeta;
+class ValueRecord;
 
 /// A model: a counted handle on it. A default-constructed handle is empty.
 class TESSEL_HOST_API Model {
@@ -238,13 +239,16 @@ class TESSEL_HOST_API ValueMeta {
   explicit ValueMeta(std::uint64_t integer);
   /// A sequence of elements; the pointer lasts as long as the model.
   ValueMeta(meta::Type elementType, const ReferenceCollection& sequence) noexcept;
+  /// A record; the pointer lasts until the property is set again.
+  explicit ValueMeta(const ValueRecord& record);
 
   meta::Type getType() const noexcept { return type_; }
   /// What kind of property the value is of.
   meta::Property::Kind getKind() const noexcept { return kind_; }
 
   /// The held alternative if it is exactly `T`, else null: `ModelElement`, `std::u16string_view`,
-  /// `double`, `bool`, `std::uint64_t` or `const ReferenceCollection*`.
+  /// `double`, `bool`, `std::uint64_t`, `const ReferenceCollection*` or
+  /// `const ValueRecord*`.
   template <typename T>
   const T* get_if() const noexcept {
     return std::get_if<T>(&held_);
@@ -254,8 +258,23 @@ class TESSEL_HOST_API ValueMeta {
   meta::Type type_;
   meta::Property::Kind kind_;
   std::variant<ModelElement, std::u16string_view, double, bool, std::uint64_t,
-               const ReferenceCollection*>
+               const ReferenceCollection*, const ValueRecord*>
       held_;
+};
+
+/// A value made of fields. Unlike an element it belongs to no model and is copied.
+class TESSEL_HOST_API ValueRecord {
+ public:
+  virtual ~ValueRecord();
+
+  virtual meta::Class metaClass() const = 0;
+  /// The value of a field, by its index in `metaClass().get()->getProperties()`.
+  virtual ValueMeta reflect(std::size_t propertyIndex) const = 0;
+
+ protected:
+  ValueRecord() = default;
+  ValueRecord(const ValueRecord&) = default;
+  ValueRecord& operator=(const ValueRecord&) = default;
 };
 
 /// The kind code of a value: 0 for a reference, 1 for a contained element, more for anything else.

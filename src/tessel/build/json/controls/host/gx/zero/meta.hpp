@@ -50,17 +50,19 @@ class TESSEL_HOST_API Type {
   const Impl* impl_ = nullptr;
 };
 
-/// One property of a class: a field, a slot for an element, or a sequence of elements.
+/// One property of a class: a field, a slot for an element, a sequence of elements, or a record of
+/// fields that is a value.
 class TESSEL_HOST_API Property {
  public:
   /// What a property holds; the numbers are the kind codes of its values.
-  enum class Kind : std::uint8_t { kReference = 0, kContained = 1, kData = 2, kSequence = 3 };
+  enum class Kind : std::uint8_t { kReference = 0, kContained = 1, kData = 2, kSequence = 3, kRecord = 4 };
 
+  /// @param type asked when the type is, since a class may have properties of its own type.
   /// @param index the property's place in `Class::Impl::getProperties` of its class.
-  Property(std::u16string name, Type type, Kind kind, std::size_t index);
+  Property(std::u16string name, Type (*type)(), Kind kind, std::size_t index);
 
   const std::u16string& getName() const noexcept { return name_; }
-  Type getType() const noexcept { return type_; }
+  Type getType() const { return type_(); }
   Kind getKind() const noexcept { return kind_; }
   std::size_t getIndex() const noexcept { return index_; }
   /// True when it holds any number of elements, false when it holds at most one value.
@@ -68,7 +70,7 @@ class TESSEL_HOST_API Property {
 
  private:
   std::u16string name_;
-  Type type_;
+  Type (*type_)();
   Kind kind_;
   std::size_t index_;
 };

@@ -1,0 +1,50 @@
+#pragma once
+
+/// @file
+/// The builders of the embedded task widget: its header line and the node that stands in it.
+
+#include <memory>
+#include <string>
+
+#include "document/gxzero.hpp"
+#include "foundation/json.hpp"
+#include "gx/zero.hpp"
+#include "lumocode/contentmodel/gxzero.hpp"
+#include "tessel/build/json/builders.hpp"
+
+namespace tessel::build::json::widgets {
+
+using document::gxzero::Node;
+using foundation::json::Value;
+using gx::zero::Model;
+
+/// Builds a task's header line, and its children through the builder it is given.
+class LumoTaskHeaderBuilderImpl final : public NodeBuilder {
+ public:
+  /// @param integratedInlineNodeBuilder what builds the children; kept for life.
+  explicit LumoTaskHeaderBuilderImpl(
+      const std::shared_ptr<NodeBuilder>& integratedInlineNodeBuilder);
+
+  bool canBuild(const Value& json) const override;
+  Node build(const Model& model, const Value& json) const override;
+
+ private:
+  std::shared_ptr<NodeBuilder> lumoAppIntegratedInlineNodeBuilder_;
+};
+
+/// Builds the node of a task inside its header line. Holds no state.
+class LumoTaskIntegratedInlineNodeBuilderImpl final : public NodeBuilder {
+ public:
+  bool canBuild(const Value& json) const override;
+  Node build(const Model& model, const Value& json) const override;
+
+ private:
+  /// The member as UTF-16, empty when it is missing.
+  static std::u16string readStringProperty(const Value& json, const std::string& key);
+  /// The member truncated to 32 bits, of which the low 16 are kept; 0 when it is missing.
+  static unsigned short readUnsignedShortProperty(const Value& json, const std::string& key);
+  static lumocode::contentmodel::gxzero::LumoTaskData buildLumoTaskData(
+      const Model& model, lumocode::contentmodel::gxzero::LumoTaskData data, const Value& json);
+};
+
+}  // namespace tessel::build::json::widgets

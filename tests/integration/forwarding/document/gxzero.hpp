@@ -1,0 +1,3 @@
+#pragma once
+
+#include "foreign/document/gxzero.hpp"

@@ -1,0 +1,3 @@
+#pragma once
+
+#include "foreign/fl/i18n.hpp"

@@ -1,0 +1,3 @@
+#pragma once
+
+#include "foreign/foundation/except.hpp"

@@ -1,0 +1,3 @@
+#pragma once
+
+#include "foreign/tessel/build/json/core.hpp"
