@@ -55,7 +55,13 @@ class TESSEL_HOST_API Type {
 class TESSEL_HOST_API Property {
  public:
   /// What a property holds; the numbers are the kind codes of its values.
-  enum class Kind : std::uint8_t { kReference = 0, kContained = 1, kData = 2, kSequence = 3, kRecord = 4 };
+  enum class Kind : std::uint8_t {
+    kReference = 0,
+    kContained = 1,
+    kData = 2,
+    kSequence = 3,
+    kRecord = 4
+  };
 
   /// @param type asked when the type is, since a class may have properties of its own type.
   /// @param index the property's place in `Class::Impl::getProperties` of its class.
