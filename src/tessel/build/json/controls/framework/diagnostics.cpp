@@ -24,9 +24,14 @@ struct CompoundRelease {
   }
 };
 
-bool isEnabled(Logger& logger) {
-  // The severity's value is its own mask in the level word.
-  return (enabled_levels(logger).load(std::memory_order_relaxed) & kDiagnosticSeverity) != 0;
+constexpr std::uint32_t kEveryLevel = 0xFFFFFFFF;
+const diagnostics_detail::LevelWord kLoggerNotAskedForYet{kEveryLevel};
+
+/// The logger, whose level word is known from now on.
+Logger& knownLogger() {
+  Logger& logger = tessel::shared::logging::getLogger();
+  diagnostics_detail::levelWord.store(&enabled_levels(logger), std::memory_order_release);
+  return logger;
 }
 
 boost::log::record openRecord(Logger& logger) {
@@ -40,8 +45,8 @@ boost::log::record openRecord(Logger& logger) {
 template <typename ProduceText>
 void writeRecord(const ProduceText& produceText) noexcept {
   try {
-    Logger& logger = tessel::shared::logging::getLogger();
-    if (!isEnabled(logger)) return;
+    Logger& logger = knownLogger();
+    if (!diagnostics_detail::mayBeEnabled()) return;
     boost::log::record record = openRecord(logger);
     if (!record) return;
     const std::unique_ptr<StreamProvider::stream_compound, CompoundRelease> compound(
@@ -58,12 +63,18 @@ void writeRecord(const ProduceText& produceText) noexcept {
 
 }  // namespace
 
-void logDiagnostic(std::string_view text) noexcept {
+namespace diagnostics_detail {
+
+std::atomic<const LevelWord*> levelWord{&kLoggerNotAskedForYet};
+
+void write(std::string_view text) noexcept {
   writeRecord([text] { return text; });
 }
 
-void logDiagnostic(const std::function<std::string()>& produceText) noexcept {
-  writeRecord(produceText);
+void write(const TextSource& source) noexcept {
+  writeRecord([&source] { return source.produce(source.producer); });
 }
+
+}  // namespace diagnostics_detail
 
 }  // namespace tessel::build::json::controls::framework

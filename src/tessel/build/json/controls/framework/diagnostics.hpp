@@ -4,9 +4,12 @@
 /// The one way in which builders narrate their work: records at one severity, through the host's
 /// logger.
 
-#include <functional>
+#include <atomic>
+#include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace tessel::build::json::controls::framework {
 
@@ -14,12 +17,46 @@ namespace tessel::build::json::controls::framework {
 /// all of them.
 inline constexpr unsigned kDiagnosticSeverity = 8;
 
+namespace diagnostics_detail {
+
+using LevelWord = std::atomic<std::uint32_t>;
+
+/// The logger's level word once the logger has been asked for; before that one with all bits set,
+/// so that the first call goes and asks.
+extern std::atomic<const LevelWord*> levelWord;
+
+inline bool mayBeEnabled() noexcept {
+  return (levelWord.load(std::memory_order_acquire)->load(std::memory_order_relaxed) &
+          kDiagnosticSeverity) != 0;
+}
+
+/// A text that is made once a record is open: a plain reference to what makes it.
+struct TextSource {
+  const void* producer;
+  std::string (*produce)(const void* producer);
+};
+
+void write(std::string_view text) noexcept;
+void write(const TextSource& source) noexcept;
+
+}  // namespace diagnostics_detail
+
 /// Writes one record. With the severity's bit clear, this costs one look at the level word.
 /// Logging never fails its caller: whatever the log throws stays here, and the record is dropped.
-void logDiagnostic(std::string_view text) noexcept;
+inline void logDiagnostic(std::string_view text) noexcept {
+  if (diagnostics_detail::mayBeEnabled()) diagnostics_detail::write(text);
+}
 
 /// The same for a text that is costly to make: it is produced once a record is open, and never
 /// when none is. A record whose text could not be produced is dropped.
-void logDiagnostic(const std::function<std::string()>& produceText) noexcept;
+/// @param produceText a callable without parameters that returns a `std::string`.
+template <typename ProduceText,
+          typename = std::enable_if_t<std::is_invocable_r_v<std::string, const ProduceText&>>>
+void logDiagnostic(const ProduceText& produceText) noexcept {
+  if (!diagnostics_detail::mayBeEnabled()) return;
+  diagnostics_detail::write({std::addressof(produceText), [](const void* producer) {
+                               return std::string((*static_cast<const ProduceText*>(producer))());
+                             }});
+}
 
 }  // namespace tessel::build::json::controls::framework
