@@ -78,9 +78,11 @@ void ComboboxBuilderImpl::applyComboboxData(const Model& model, ComboboxData dat
   applyDefaultValue(*fields, data);
   framework::applyField(*fields, data, kLinkedVariableKey, &ComboboxData::Impl::setLinkedVariable,
                         "Found the linkedVariable property", "Set the linkedVariable property");
-  if (fields->hasOwnProperty(kItemsKey)) applyItems(model, data, (*fields)[kItemsKey]);
-  if (fields->hasOwnProperty(kItemLabelsKey)) {
-    applyItemLabels(model, data, (*fields)[kItemLabelsKey]);
+  if (const Value* items = framework::findMember(*fields, kItemsKey)) {
+    applyItems(model, data, *items);
+  }
+  if (const Value* itemLabels = framework::findMember(*fields, kItemLabelsKey)) {
+    applyItemLabels(model, data, *itemLabels);
   }
 }
 

@@ -41,20 +41,19 @@ std::uint64_t toColumn(double value) noexcept {
 }  // namespace
 
 void applyControlPosition(LumoControlPosition position, const Value& json) {
-  if (json.hasOwnProperty(kStartColumnKey)) {
-    position.get()->setStartColumn(toColumn(framework::readDouble(json[kStartColumnKey])));
+  if (const Value* start = framework::findMember(json, kStartColumnKey)) {
+    position.get()->setStartColumn(toColumn(framework::readDouble(*start)));
   }
-  if (json.hasOwnProperty(kEndColumnKey)) {
-    position.get()->setEndColumn(toColumn(framework::readDouble(json[kEndColumnKey])));
+  if (const Value* end = framework::findMember(json, kEndColumnKey)) {
+    position.get()->setEndColumn(toColumn(framework::readDouble(*end)));
   }
 }
 
 void applyControlId(LumoControlNode node, const Value& json) {
-  if (!json.hasOwnProperty(kControlIdKey)) return;
   // Lenient where the columns are strict: an id of another type is no error.
-  if (const auto* id = foundation::json::get_if<std::string>(json[kControlIdKey])) {
-    node.get()->setId(fl::i18n::utf8_to_ustring(*id));
-  }
+  const auto* id =
+      foundation::json::get_if<std::string>(framework::memberOrUndefined(json, kControlIdKey));
+  if (id != nullptr) node.get()->setId(fl::i18n::utf8_to_ustring(*id));
 }
 
 void applyControlData(LumoControlData data, const Value& json) {

@@ -1,17 +1,18 @@
 #include "controls/control_fields.hpp"
 
 #include "framework/diagnostics.hpp"
+#include "framework/json_access.hpp"
 #include "framework/json_keys.hpp"
 
 namespace tessel::build::json::controls {
 
 const foundation::json::Value* findControlFields(const foundation::json::Value& json) {
-  if (!json.hasOwnProperty(framework::kContextKey)) return nullptr;
+  const foundation::json::Value* context = framework::findMember(json, framework::kContextKey);
+  if (context == nullptr) return nullptr;
   framework::logDiagnostic("Found the context property");
-  const foundation::json::Value& context = json[framework::kContextKey];
-  if (!context.hasOwnProperty(framework::kDataKey)) return nullptr;
-  framework::logDiagnostic("Found the context.data property");
-  return &context[framework::kDataKey];
+  const foundation::json::Value* fields = framework::findMember(*context, framework::kDataKey);
+  if (fields != nullptr) framework::logDiagnostic("Found the context.data property");
+  return fields;
 }
 
 }  // namespace tessel::build::json::controls

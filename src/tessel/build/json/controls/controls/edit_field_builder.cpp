@@ -70,13 +70,13 @@ void EditFieldBuilderImpl::applyEditFieldData(const Model& model, EditFieldData 
   framework::applyField(*fields, data, kValueTypeKey, &EditFieldData::Impl::setValueType,
                         "Found the valueType property", "Set the valueType property");
 
-  if (!fields->hasOwnProperty(kDefaultValueKey)) return;
+  const Value* value = framework::findMember(*fields, kDefaultValueKey);
+  if (value == nullptr) return;
   // Meant: named after the element that is made, not after the key.
   framework::logDiagnostic("Found the defaultValueData property");
-  const Value& value = (*fields)[kDefaultValueKey];
   const DefaultValueData element = value_type(data) == kNumericValueType
-                                       ? createNumericDefault(model, value)
-                                       : createTextDefault(model, value);
+                                       ? createNumericDefault(model, *value)
+                                       : createTextDefault(model, *value);
   // Required wherever there is a default value, and never read without one.
   element.get()->setDefaultLinkedVariable(framework::readAs<std::u16string>(
       framework::memberOrUndefined(*fields, kDefaultLinkedVariableKey)));

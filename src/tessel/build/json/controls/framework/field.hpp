@@ -22,9 +22,10 @@ template <typename Element, typename Impl, typename Result, typename Argument>
 void applyField(const foundation::json::Value& fields, const Element& element,
                 const std::string& key, Result (Impl::*setter)(Argument),
                 std::string_view foundText, std::string_view setText) {
-  if (!fields.hasOwnProperty(key)) return;
+  const foundation::json::Value* member = findMember(fields, key);
+  if (member == nullptr) return;
   logDiagnostic(foundText);
-  (element.get()->*setter)(readAs<std::decay_t<Argument>>(fields[key]));
+  (element.get()->*setter)(readAs<std::decay_t<Argument>>(*member));
   logDiagnostic(setText);
 }
 

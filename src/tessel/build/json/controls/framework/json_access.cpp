@@ -29,42 +29,21 @@ const char* nameOfHeld(const Value& value) noexcept {
       value);
 }
 
-template <typename Requested>
-const Requested& readStrictly(const Value& value) {
-  if (const Requested* held = get_if<Requested>(value)) return *held;
-  throw std::runtime_error(std::string("invalid conversion: ") + nameOfHeld(value) + " to " +
-                           traits<Requested>::name);
-}
-
 }  // namespace
 
-const std::string& readString(const Value& value) {
-  return readStrictly<std::string>(value);
-}
-
-double readDouble(const Value& value) {
-  return readStrictly<double>(value);
-}
-
-bool readBool(const Value& value) {
-  return readStrictly<bool>(value);
-}
-
-const JsonMembers& readObjectMembers(const Value& value) {
-  return readStrictly<JsonMembers>(value);
-}
-
-const JsonArray& readArray(const Value& value) {
-  return readStrictly<JsonArray>(value);
+void throwInvalidConversion(const Value& held, const char* requestedName) {
+  throw std::runtime_error(std::string("invalid conversion: ") + nameOfHeld(held) + " to " +
+                           requestedName);
 }
 
 const Value& memberOrUndefined(const JsonMembers& members, const std::string& key) {
-  const auto member = members.find(key);
-  return member == members.end() ? kUndefined : member->second;
+  const Value* member = findMember(members, key);
+  return member == nullptr ? kUndefined : *member;
 }
 
 const Value& memberOrUndefined(const Value& value, const std::string& key) {
-  return value.hasOwnProperty(key) ? value[key] : kUndefined;
+  const Value* member = findMember(value, key);
+  return member == nullptr ? kUndefined : *member;
 }
 
 template <>

@@ -14,17 +14,51 @@ namespace tessel::build::json::controls::framework {
 using JsonArray = std::vector<foundation::json::Value>;
 using JsonMembers = std::map<std::string, foundation::json::Value>;
 
+/// @throws std::runtime_error "invalid conversion: A to B" with the name of the alternative held
+/// and
+///         the one given.
+[[noreturn]] void throwInvalidConversion(const foundation::json::Value& held,
+                                         const char* requestedName);
+
+template <typename Requested>
+const Requested& readStrictly(const foundation::json::Value& value) {
+  if (const auto* held = foundation::json::get_if<Requested>(value)) return *held;
+  throwInvalidConversion(value, foundation::json::traits<Requested>::name);
+}
+
 /// Each read returns the held alternative if it is exactly the requested one. Numbers are neither
 /// widened nor narrowed: a `float` or a 64-bit integer is no `double`.
 /// @throws std::runtime_error "invalid conversion: A to B" with the type names of the alternative
 ///         held and of the one requested.
-const std::string& readString(const foundation::json::Value& value);
-double readDouble(const foundation::json::Value& value);
-bool readBool(const foundation::json::Value& value);
-const JsonMembers& readObjectMembers(const foundation::json::Value& value);
-const JsonArray& readArray(const foundation::json::Value& value);
+inline const std::string& readString(const foundation::json::Value& value) {
+  return readStrictly<std::string>(value);
+}
+inline double readDouble(const foundation::json::Value& value) {
+  return readStrictly<double>(value);
+}
+inline bool readBool(const foundation::json::Value& value) {
+  return readStrictly<bool>(value);
+}
+inline const JsonMembers& readObjectMembers(const foundation::json::Value& value) {
+  return readStrictly<JsonMembers>(value);
+}
+inline const JsonArray& readArray(const foundation::json::Value& value) {
+  return readStrictly<JsonArray>(value);
+}
 
-/// The member under the key, or an Undefined value; what is no object has no members.
+/// The member under the key; null when there is none. What is no object has no members.
+inline const foundation::json::Value* findMember(const JsonMembers& members,
+                                                 const std::string& key) {
+  const auto member = members.find(key);
+  return member == members.end() ? nullptr : &member->second;
+}
+inline const foundation::json::Value* findMember(const foundation::json::Value& value,
+                                                 const std::string& key) {
+  const auto* members = foundation::json::get_if<JsonMembers>(value);
+  return members == nullptr ? nullptr : findMember(*members, key);
+}
+
+/// The member under the key, or an Undefined value where there is none.
 const foundation::json::Value& memberOrUndefined(const JsonMembers& members,
                                                  const std::string& key);
 const foundation::json::Value& memberOrUndefined(const foundation::json::Value& value,

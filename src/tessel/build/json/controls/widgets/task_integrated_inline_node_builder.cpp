@@ -65,17 +65,19 @@ Node LumoTaskIntegratedInlineNodeBuilderImpl::build(const Model& model, const Va
 
 std::u16string LumoTaskIntegratedInlineNodeBuilderImpl::readStringProperty(const Value& json,
                                                                            const std::string& key) {
-  if (!json.hasOwnProperty(key)) return {};
+  const Value* member = framework::findMember(json, key);
+  if (member == nullptr) return {};
   logSetting(key);
-  return framework::readAs<std::u16string>(json[key]);
+  return framework::readAs<std::u16string>(*member);
 }
 
 unsigned short LumoTaskIntegratedInlineNodeBuilderImpl::readUnsignedShortProperty(
     const Value& json, const std::string& key) {
-  if (!json.hasOwnProperty(key)) return 0;
+  const Value* member = framework::findMember(json, key);
+  if (member == nullptr) return 0;
   logSetting(key);
   return static_cast<unsigned short>(
-      static_cast<std::uint32_t>(truncateToInt32(framework::readDouble(json[key]))) & 0xFFFFU);
+      static_cast<std::uint32_t>(truncateToInt32(framework::readDouble(*member))) & 0xFFFFU);
 }
 
 LumoTaskData LumoTaskIntegratedInlineNodeBuilderImpl::buildLumoTaskData(const Model&,
