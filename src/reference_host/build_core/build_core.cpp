@@ -6,7 +6,8 @@ namespace tessel::build::json::core {
 using foundation::json::Value;
 
 bool has_className(const Value& json, std::string className) {
-  const auto* const text = json["className"].get_if<std::string>();
+  static const std::string key = "className";
+  const auto* const text = json[key].get_if<std::string>();
   return text != nullptr && *text == className;
 }
 

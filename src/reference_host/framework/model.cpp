@@ -124,11 +124,14 @@ ValueMeta ModelElement::Impl::reflect(std::size_t) const {
 
 void ModelElement::Impl::requireOwnProperty(const meta::Property& property) const {
   const auto& properties = metaClass().get()->getProperties();
-  const bool isOwn = property.getIndex() < properties.size() &&
-                     properties[property.getIndex()].getName() == property.getName() &&
-                     properties[property.getIndex()].getType() == property.getType() &&
-                     properties[property.getIndex()].getKind() == property.getKind();
-  if (!isOwn) throw std::invalid_argument("the property is none of the element's class");
+  const auto isSame = [&property](const meta::Property& own) {
+    return &own == &property ||
+           (own.getName() == property.getName() && own.getType() == property.getType() &&
+            own.getKind() == property.getKind());
+  };
+  const std::size_t index = property.getIndex();
+  if (index >= properties.size() || !isSame(properties[index]))
+    throw std::invalid_argument("the property is none of the element's class");
 }
 
 ValueMeta::ValueMeta(meta::Type type, meta::Property::Kind kind, ModelElement element) noexcept

@@ -21,11 +21,21 @@ const JsonMembers* membersOf(const Value& json) {
   return members;
 }
 
+/// The member "className". In the order of the keys it stands among the first ones of nearly every
+/// object, where a few looks find it sooner than a search.
+const Value* findClassName(const JsonMembers& members) {
+  constexpr int kFirstLooks = 3;
+  auto member = members.begin();
+  for (int look = 0; look < kFirstLooks && member != members.end(); ++look, ++member) {
+    if (member->first == kClassNameKey) return &member->second;
+  }
+  return findMember(members, kClassNameKey);
+}
+
 /// The object's class name; null when there is none or the value is no object.
 const std::string* classNameOf(const JsonMembers* members) {
-  if (members == nullptr) return nullptr;
-  const auto member = members->find(kClassNameKey);
-  return member == members->end() ? nullptr : &readString(member->second);
+  const Value* className = members == nullptr ? nullptr : findClassName(*members);
+  return className == nullptr ? nullptr : &readString(*className);
 }
 
 const std::string& typeWordOf(const JsonMembers& control) {
