@@ -16,6 +16,11 @@ namespace {
 
 constexpr UChar32 kReplacement = 0xFFFD;
 
+bool isAscii(std::string_view utf8) noexcept {
+  return std::none_of(utf8.begin(), utf8.end(),
+                      [](char unit) { return (static_cast<unsigned char>(unit) & 0x80U) != 0; });
+}
+
 /// The length of the next piece: as long as allowed, without cutting a sequence in two.
 std::int32_t pieceLength(std::string_view utf8, std::size_t longestPiece) {
   auto length = static_cast<std::int32_t>(std::min(utf8.size(), longestPiece));
@@ -68,6 +73,8 @@ Target convertAll(Source source, std::size_t longestPiece, std::size_t growth) {
 }  // namespace
 
 std::u16string utf8ToUstring(std::string_view utf8, std::size_t longestPiece) {
+  // Most texts are short and plain; for them the call of the library costs more than the work.
+  if (isAscii(utf8)) return std::u16string(utf8.begin(), utf8.end());
   return convertAll<std::u16string>(utf8, longestPiece, 1);
 }
 
