@@ -8,6 +8,11 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
+if(NOT MSVC)
+  # A library calls its own exported functions directly, and may inline them.
+  add_compile_options(-fno-semantic-interposition)
+endif()
+
 add_library(tessel_warnings INTERFACE)
 if(MSVC)
   target_compile_options(tessel_warnings INTERFACE /W4 /permissive- /utf-8

@@ -39,7 +39,7 @@ error_code readNumber(ondemand::value source, double& number) {
   return simdjson::SUCCESS;
 }
 
-/// Reads values as the parser library comes to them and puts them straight into their places. The
+/// Reads values as the parser library comes to them and makes them in their places. The
 /// library checks only what is asked for, so every token is asked for.
 class ValueReader {
  public:
@@ -99,8 +99,10 @@ error_code ValueReader::readMember(OpenContainer& container) {
   SIMDJSON_TRY((*container.member).get(field));
   std::string_view key;
   SIMDJSON_TRY(field.unescaped_key().get(key));
+  // One look-up, whatever the order of the names; of two members with one name the last holds.
   auto& members = *container.members;
-  return read(field.value(), members.try_emplace(members.end(), std::string(key))->second);
+  return read(field.value(),
+              members.emplace_hint(members.end(), std::string(key), Value())->second);
 }
 
 error_code ValueReader::read(ondemand::value source, Value& target) {
@@ -120,19 +122,19 @@ error_code ValueReader::read(ondemand::value source, Value& target) {
     case ondemand::json_type::number: {
       double number = 0;
       SIMDJSON_TRY(readNumber(source, number));
-      target = number;
+      target.emplace<double>(number);
       return simdjson::SUCCESS;
     }
     case ondemand::json_type::string: {
       std::string_view text;
       SIMDJSON_TRY(source.get_string().get(text));
-      target = std::string(text);
+      target.emplace<std::string>(text);
       return simdjson::SUCCESS;
     }
     case ondemand::json_type::boolean: {
       bool boolean = false;
       SIMDJSON_TRY(source.get_bool().get(boolean));
-      target = boolean;
+      target.emplace<bool>(boolean);
       return simdjson::SUCCESS;
     }
     case ondemand::json_type::null:
@@ -140,7 +142,7 @@ error_code ValueReader::read(ondemand::value source, Value& target) {
   }
   bool isNull = false;
   SIMDJSON_TRY(source.is_null().get(isNull));
-  target = Null();
+  target.emplace<Null>();
   return isNull ? simdjson::SUCCESS : simdjson::N_ATOM_ERROR;
 }
 
@@ -148,8 +150,7 @@ error_code ValueReader::open(ondemand::array source, Value& target) {
   if (open_.size() == kDeepestNesting) return simdjson::DEPTH_ERROR;
   OpenContainer container;
   SIMDJSON_TRY(source.begin().get(container.element));
-  target = Value::Array();
-  container.elements = target.get_if<Value::Array>();
+  container.elements = &target.emplace<Value::Array>();
   open_.push_back(container);
   return simdjson::SUCCESS;
 }
@@ -158,8 +159,7 @@ error_code ValueReader::open(ondemand::object source, Value& target) {
   if (open_.size() == kDeepestNesting) return simdjson::DEPTH_ERROR;
   OpenContainer container;
   SIMDJSON_TRY(source.begin().get(container.member));
-  target = Value::Object();
-  container.members = target.get_if<Value::Object>();
+  container.members = &target.emplace<Value::Object>();
   open_.push_back(container);
   return simdjson::SUCCESS;
 }

@@ -9,8 +9,9 @@ namespace foundation::json {
 
 namespace {
 
-/// Values nested no deeper than this are destroyed by recursion; it is what the parser accepts.
-constexpr int kRecursiveLevels = 1000;
+/// Values nested no deeper than this are destroyed by recursion, which is quick; what lies deeper
+/// is taken apart in place.
+constexpr int kRecursiveLevels = 100;
 
 bool hasElements(const Value& value) noexcept {
   if (const auto* elements = value.get_if<Value::Array>()) return !elements->empty();
@@ -66,42 +67,10 @@ void dismantle(Value& root) noexcept {
   }
 }
 
-void clear(Value& value, int levels) noexcept;
-
-void clearElement(Value& element, int levels) noexcept {
-  if (!hasElements(element)) return;
-  if (levels > 0) {
-    clear(element, levels - 1);
-  } else {
-    dismantle(element);
-  }
-}
-
-/// Empties a container, the deepest containers first, so that no destructor has to recurse.
-void clear(Value& value, int levels) noexcept {
-  if (auto* elements = value.get_if<Value::Array>()) {
-    for (Value& element : *elements) clearElement(element, levels);
-    elements->clear();
-  } else if (auto* members = value.get_if<Value::Object>()) {
-    for (auto& member : *members) clearElement(member.second, levels);
-    members->clear();
-  }
-}
+/// How many containers the calling thread is destroying, one inside the other.
+thread_local int containersBeingDestroyed = 0;
 
 }  // namespace
-
-Value::Value() noexcept = default;
-Value::Value(Undefined) noexcept {}
-Value::Value(Null) noexcept : held_(Null()) {}
-Value::Value(bool boolean) noexcept : held_(boolean) {}
-Value::Value(double number) noexcept : held_(number) {}
-Value::Value(std::string text) noexcept : held_(std::move(text)) {}
-Value::Value(const char* text) : held_(std::string(text)) {}
-Value::Value(Array elements) noexcept : held_(std::move(elements)) {}
-Value::Value(Object members) noexcept : held_(std::move(members)) {}
-Value::Value(float number) noexcept : held_(number) {}
-Value::Value(std::int64_t integer) noexcept : held_(integer) {}
-Value::Value(std::uint64_t integer) noexcept : held_(integer) {}
 
 Value::Value(const Value& other) {
   struct Pending {
@@ -136,22 +105,25 @@ Value::Value(const Value& other) {
   }
 }
 
-Value::Value(Value&& other) noexcept = default;
-
 Value& Value::operator=(const Value& other) {
   if (this != &other) *this = Value(other);
   return *this;
 }
 
 Value& Value::operator=(Value&& other) noexcept {
-  // The other may lie inside this value: it is taken out before the old content goes.
+  // Taken out before the old content goes.
   Value taken(std::move(other));
-  held_.swap(taken.held_);
+  held_ = std::move(taken.held_);
   return *this;
 }
 
-Value::~Value() {
-  clear(*this, kRecursiveLevels);
+void Value::destroyContainer() noexcept {
+  if (!hasElements(*this)) return;
+  int& depth = containersBeingDestroyed;
+  if (depth == kRecursiveLevels) return dismantle(*this);
+  ++depth;
+  held_.emplace<Undefined>();
+  --depth;
 }
 
 bool Value::hasOwnProperty(const std::string& key) const {

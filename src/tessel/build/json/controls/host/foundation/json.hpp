@@ -36,24 +36,27 @@ class TESSEL_HOST_API Value {
   /// Members in the order of their keys, compared byte by byte.
   using Object = std::map<std::string, Value>;
 
-  Value() noexcept;
-  Value(Undefined) noexcept;
-  Value(Null) noexcept;
-  Value(bool boolean) noexcept;
-  Value(double number) noexcept;
-  Value(std::string text) noexcept;
-  Value(const char* text);
+  Value() noexcept = default;
+  Value(Undefined) noexcept {}
+  Value(Null) noexcept : held_(Null()) {}
+  Value(bool boolean) noexcept : held_(boolean) {}
+  Value(double number) noexcept : held_(number) {}
+  Value(std::string text) noexcept : held_(std::move(text)) {}
+  Value(const char* text) : held_(std::string(text)) {}
   Value(Array elements) noexcept;
   Value(Object members) noexcept;
-  Value(float number) noexcept;
-  Value(std::int64_t integer) noexcept;
-  Value(std::uint64_t integer) noexcept;
+  Value(float number) noexcept : held_(number) {}
+  Value(std::int64_t integer) noexcept : held_(integer) {}
+  Value(std::uint64_t integer) noexcept : held_(integer) {}
 
   Value(const Value& other);
   Value(Value&& other) noexcept;
   Value& operator=(const Value& other);
+  /// The other may lie inside this value.
   Value& operator=(Value&& other) noexcept;
-  ~Value();
+  ~Value() {
+    if (isContainer()) destroyContainer();
+  }
 
   /// The held alternative if it is exactly `T`, else null. Nothing is converted.
   template <typename T>
@@ -63,6 +66,12 @@ class TESSEL_HOST_API Value {
   template <typename T>
   T* get_if() noexcept {
     return std::get_if<T>(&held_);
+  }
+
+  /// Makes this hold a `T` made of the arguments, which must not lie inside it.
+  template <typename T, typename... Arguments>
+  T& emplace(Arguments&&... arguments) {
+    return held_.template emplace<T>(T(std::forward<Arguments>(arguments)...));
   }
 
   /// True when this is an object that has the member; false for every other alternative.
@@ -82,10 +91,19 @@ class TESSEL_HOST_API Value {
   friend bool operator!=(const Value& left, const Value& right) { return !(left == right); }
 
  private:
+  bool isContainer() const noexcept {
+    return std::holds_alternative<Array>(held_) || std::holds_alternative<Object>(held_);
+  }
+  void destroyContainer() noexcept;
+
   std::variant<Undefined, Null, bool, double, std::string, Array, Object, float, std::int64_t,
                std::uint64_t>
       held_;
 };
+
+inline Value::Value(Array elements) noexcept : held_(std::move(elements)) {}
+inline Value::Value(Object members) noexcept : held_(std::move(members)) {}
+inline Value::Value(Value&& other) noexcept = default;
 
 /// The held alternative if it is exactly `T`, else null. Nothing is converted.
 template <typename T>
