@@ -110,7 +110,7 @@ void ModelElement::Impl::replaceContained(Impl* previous, Impl* next, std::size_
     if (next->model_ != model_) {
       throw std::invalid_argument("the element belongs to another model");
     }
-    _setContainedByThis(next, metaClass().get()->getProperties()[propertyIndex]);
+    own(next);
   }
   if (previous != nullptr && previous != next) previous->owner_ = nullptr;
   markSet(propertyIndex);
