@@ -1,0 +1,142 @@
+#include "corpus.hpp"
+
+#include <stdexcept>
+#include <string_view>
+#include <utility>
+
+#include "controls/control_builders.hpp"
+#include "gx/zero.hpp"
+#include "plain_dispatch.hpp"
+#include "reference_host/json/parse.hpp"
+#include "widgets/task_builders.hpp"
+
+namespace benchmarks {
+
+namespace {
+
+using foundation::json::Value;
+
+/// Reads from the host's own value.
+class ValueObject {
+ public:
+  explicit ValueObject(const Value* value) : value_(value) {}
+
+  bool hasClass(std::string_view name) const {
+    std::optional<std::string> className;
+    read("className", className);
+    return className && *className == name;
+  }
+  template <typename T>
+  void read(const char* key, std::optional<T>& target) const {
+    if (value_ != nullptr) ValueObject(&(*value_)[key]).readSelf(target);
+  }
+  template <typename T>
+  void readSelf(std::optional<T>& target) const {
+    if (const T* held = value_->get_if<T>()) target = *held;
+  }
+  ValueObject child(const char* key) const {
+    return ValueObject(value_ == nullptr ? nullptr : &(*value_)[key]);
+  }
+  template <typename Action>
+  void forEach(const char* key, const Action& action) const {
+    const auto* elements = (*value_)[key].get_if<Value::Array>();
+    if (elements == nullptr) return;
+    for (const Value& element : *elements) action(ValueObject(&element));
+  }
+
+ private:
+  const Value* value_;
+};
+
+template <std::size_t... Index>
+PlainControl<std::string> emptyControl(Kind kind, std::index_sequence<Index...>) {
+  PlainControl<std::string> control;
+  ((static_cast<std::size_t>(kind) == Index ? void(control.emplace<Index>()) : void()), ...);
+  return control;
+}
+
+std::size_t builtOrThrow(const reference_host::importer::ImportResult& result) {
+  if (result.summary.failed != 0) {
+    const auto& error = result.errors.front();
+    throw std::runtime_error(error.pointer + ": " + error.builder + ": " + error.message);
+  }
+  return result.summary.built;
+}
+
+}  // namespace
+
+const std::vector<NamedBuilder>& builders() {
+  namespace controls = tessel::build::json::controls;
+  namespace widgets = tessel::build::json::widgets;
+  static const std::vector<NamedBuilder> all = [] {
+    const auto task = std::make_shared<widgets::LumoTaskIntegratedInlineNodeBuilderImpl>();
+    return std::vector<NamedBuilder>{
+        {"button", std::make_shared<controls::ButtonBuilderImpl>()},
+        {"check box", std::make_shared<controls::CheckBoxBuilderImpl>()},
+        {"colour picker", std::make_shared<controls::ColorPickerBuilderImpl>()},
+        {"combo box", std::make_shared<controls::ComboboxBuilderImpl>()},
+        {"date picker", std::make_shared<controls::DatePickerBuilderImpl>()},
+        {"edit field", std::make_shared<controls::EditFieldBuilderImpl>()},
+        {"file browser", std::make_shared<controls::FileBrowserBuilderImpl>()},
+        {"task header", std::make_shared<widgets::LumoTaskHeaderBuilderImpl>(task)},
+        {"task", task},
+        {"range slider", std::make_shared<controls::RangeSliderNodeBuilderImpl>()},
+        {"slider", std::make_shared<controls::SliderNodeBuilderImpl>()},
+        {"spinner", std::make_shared<controls::SpinnerNodeBuilderImpl>()},
+        {"state button", std::make_shared<controls::StateButtonBuilderImpl>()}};
+  }();
+  return all;
+}
+
+std::size_t importText(const std::string& text) {
+  return importValue(reference_host::json::parse(text));
+}
+
+std::size_t importValue(const Value& document) {
+  const gx::zero::Model model = gx::zero::Model::create();
+  return builtOrThrow(reference_host::importer::importDocument(builders(), model, document));
+}
+
+Corpus::Corpus(std::string text)
+    : text_(std::move(text)), value_(reference_host::json::parse(text_)) {
+  sort(value_);
+}
+
+void Corpus::sort(const Value& value) {
+  if (const auto* elements = value.get_if<Value::Array>()) {
+    for (const Value& element : *elements) sort(element);
+  }
+  const auto* members = value.get_if<Value::Object>();
+  if (members == nullptr) return;
+  for (const NamedBuilder& builder : builders()) {
+    if (!builder.canBuild(value)) continue;
+    claimed_.push_back({&builder, &value, plainControl(value)});
+    return;
+  }
+  if (&value != &value_) strangers_.push_back(&value);
+  for (const auto& member : *members) sort(member.second);
+}
+
+std::vector<std::shared_ptr<const Corpus>> controlsOf(Kind kind, std::size_t count) {
+  DocumentGenerator generator;
+  std::vector<std::shared_ptr<const Corpus>> controls;
+  for (std::size_t control = 0; control < count; ++control) {
+    controls.push_back(std::make_shared<const Corpus>(generator.control(kind)));
+  }
+  return controls;
+}
+
+PlainControl<std::string> plainControl(const Value& json) {
+  const auto textOf = [](const Value& value) -> std::string_view {
+    const auto* text = value.get_if<std::string>();
+    return text == nullptr ? std::string_view() : *text;
+  };
+  const auto kind =
+      kindOf(textOf(json["className"]), [&] { return textOf(json["context"]["type"]); });
+  if (!kind) throw std::invalid_argument("the object is no control");
+  auto control = emptyControl(*kind, std::make_index_sequence<kKindCount>());
+  std::visit([&json](auto& each) { readControl(ValueObject(&json), each); }, control);
+  return control;
+}
+
+}  // namespace benchmarks

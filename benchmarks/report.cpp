@@ -1,0 +1,86 @@
+#include "report.hpp"
+
+#include <cstdio>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+#include <thread>
+
+namespace benchmarks {
+
+namespace {
+
+const char* boundSign(Bound bound) {
+  switch (bound) {
+    case Bound::kAtMost:
+      return "<=";
+    case Bound::kAtLeast:
+      return ">=";
+    case Bound::kNone:
+      break;
+  }
+  return "";
+}
+
+std::string shortNumber(double number) {
+  char text[32];
+  std::snprintf(text, sizeof text, number < 0.1 ? "%.4f" : "%.3f", number);
+  return text;
+}
+
+nlohmann::json toJson(const RowResult& result) {
+  nlohmann::json json = {{"name", result.row.name},
+                         {"heldAgainst", result.row.heldAgainst},
+                         {"ratio", result.ratio},
+                         {"lowest", result.lowest},
+                         {"highest", result.highest}};
+  if (result.row.bound != Bound::kNone) {
+    json["goal"] = {{"bound", boundSign(result.row.bound)}, {"ratio", result.row.goal}};
+    json["met"] = result.met;
+  }
+  return json;
+}
+
+}  // namespace
+
+void printHeading() {
+  std::printf("%-46s %-44s %9s %9s %8s %17s %9s\n", "measured", "held against", "ns", "ns", "ratio",
+              "lowest - highest", "goal");
+}
+
+void print(const GroupResult& group) {
+  std::printf("\n%s (time of one %s, %zu rounds)\n", group.name.c_str(), group.unit.c_str(),
+              group.rounds.size());
+  for (const RowResult& result : group.rows) {
+    const bool judged = result.row.bound != Bound::kNone;
+    const std::string goal =
+        judged ? boundSign(result.row.bound) + (" " + shortNumber(result.row.goal)) : "";
+    std::printf("  %-44s %-44s %9.1f %9.1f %8s %8s-%-8s %9s %s\n", result.row.name.c_str(),
+                result.row.heldAgainst.c_str(), group.medians[result.row.ours],
+                group.medians[result.row.theirs], shortNumber(result.ratio).c_str(),
+                shortNumber(result.lowest).c_str(), shortNumber(result.highest).c_str(),
+                goal.c_str(), judged ? (result.met ? "met" : "MISSED") : "");
+  }
+  std::fflush(stdout);
+}
+
+void writeJson(const std::string& path, const std::vector<GroupResult>& groups) {
+  nlohmann::json all = {{"processors", std::thread::hardware_concurrency()},
+                        {"compiler", TESSEL_BENCHMARK_COMPILER},
+                        {"groups", nlohmann::json::array()}};
+  for (const GroupResult& group : groups) {
+    nlohmann::json rows = nlohmann::json::array();
+    for (const RowResult& result : group.rows) rows.push_back(toJson(result));
+    all["groups"].push_back({{"name", group.name},
+                             {"unit", group.unit},
+                             {"variants", group.variants},
+                             {"nanoseconds", group.medians},
+                             {"rounds", group.rounds},
+                             {"rows", rows}});
+  }
+  std::ofstream file(path);
+  file << all.dump(2) << '\n';
+  if (!file.flush()) throw std::runtime_error("cannot write " + path);
+}
+
+}  // namespace benchmarks
