@@ -65,25 +65,36 @@ std::size_t builtOrThrow(const reference_host::importer::ImportResult& result) {
 
 }  // namespace
 
-const std::vector<NamedBuilder>& builders() {
+const std::vector<NamedBuilder::Service>& builderServices() {
   namespace controls = tessel::build::json::controls;
   namespace widgets = tessel::build::json::widgets;
-  static const std::vector<NamedBuilder> all = [] {
+  static const std::vector<NamedBuilder::Service> all = [] {
     const auto task = std::make_shared<widgets::LumoTaskIntegratedInlineNodeBuilderImpl>();
-    return std::vector<NamedBuilder>{
-        {"button", std::make_shared<controls::ButtonBuilderImpl>()},
-        {"check box", std::make_shared<controls::CheckBoxBuilderImpl>()},
-        {"colour picker", std::make_shared<controls::ColorPickerBuilderImpl>()},
-        {"combo box", std::make_shared<controls::ComboboxBuilderImpl>()},
-        {"date picker", std::make_shared<controls::DatePickerBuilderImpl>()},
-        {"edit field", std::make_shared<controls::EditFieldBuilderImpl>()},
-        {"file browser", std::make_shared<controls::FileBrowserBuilderImpl>()},
-        {"task header", std::make_shared<widgets::LumoTaskHeaderBuilderImpl>(task)},
-        {"task", task},
-        {"range slider", std::make_shared<controls::RangeSliderNodeBuilderImpl>()},
-        {"slider", std::make_shared<controls::SliderNodeBuilderImpl>()},
-        {"spinner", std::make_shared<controls::SpinnerNodeBuilderImpl>()},
-        {"state button", std::make_shared<controls::StateButtonBuilderImpl>()}};
+    return std::vector<NamedBuilder::Service>{
+        std::make_shared<controls::ButtonBuilderImpl>(),
+        std::make_shared<controls::CheckBoxBuilderImpl>(),
+        std::make_shared<controls::ColorPickerBuilderImpl>(),
+        std::make_shared<controls::ComboboxBuilderImpl>(),
+        std::make_shared<controls::DatePickerBuilderImpl>(),
+        std::make_shared<controls::EditFieldBuilderImpl>(),
+        std::make_shared<controls::FileBrowserBuilderImpl>(),
+        std::make_shared<widgets::LumoTaskHeaderBuilderImpl>(task),
+        task,
+        std::make_shared<controls::RangeSliderNodeBuilderImpl>(),
+        std::make_shared<controls::SliderNodeBuilderImpl>(),
+        std::make_shared<controls::SpinnerNodeBuilderImpl>(),
+        std::make_shared<controls::StateButtonBuilderImpl>()};
+  }();
+  return all;
+}
+
+const std::vector<NamedBuilder>& builders() {
+  static const std::vector<NamedBuilder> all = [] {
+    std::vector<NamedBuilder> named;
+    for (const auto& service : builderServices()) {
+      named.emplace_back("builder " + std::to_string(named.size() + 1), service);
+    }
+    return named;
   }();
   return all;
 }

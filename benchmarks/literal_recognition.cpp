@@ -3,6 +3,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <variant>
 
 #include "corpus.hpp"
 #include "framework/diagnostics.hpp"
@@ -96,8 +97,10 @@ std::size_t recognizeLiterally(const Value& json) {
 
 std::size_t recognize(const Value& json) {
   std::size_t claims = 0;
-  for (const NamedBuilder& builder : builders()) {
-    if (builder.canBuild(json)) ++claims;
+  for (const NamedBuilder::Service& service : builderServices()) {
+    if (std::visit([&json](const auto& builder) { return builder->canBuild(json); }, service)) {
+      ++claims;
+    }
   }
   return claims;
 }

@@ -6,9 +6,20 @@
 #include <cmath>
 #include <stdexcept>
 
+#if defined(__GLIBC__)
+#include <malloc.h>
+#endif
+
 namespace benchmarks {
 
 namespace {
+
+/// Joins what is free and gives it back, where the allocator can be told so.
+void settleHeap() {
+#if defined(__GLIBC__)
+  malloc_trim(0);
+#endif
+}
 
 /// Keeps the one run that is reported to it.
 class LastRun final : public benchmark::BenchmarkReporter {
@@ -17,36 +28,41 @@ class LastRun final : public benchmark::BenchmarkReporter {
   void ReportRuns(const std::vector<Run>& runs) override {
     for (const Run& run : runs) {
       if (run.error_occurred) throw std::runtime_error(run.error_message);
-      seconds_ = run.real_accumulated_time;
+      wallSeconds_ = run.real_accumulated_time;
+      processorSeconds_ = run.cpu_accumulated_time;
       iterations_ = static_cast<double>(run.iterations);
     }
   }
 
   /// With several threads the iterations are those of all, the time is that of one.
-  double secondsOfIteration() const { return seconds_ / iterations_; }
+  double secondsOfIteration(bool wallClock) const {
+    return (wallClock ? wallSeconds_ : processorSeconds_) / iterations_;
+  }
 
  private:
-  double seconds_ = 0;
+  double wallSeconds_ = 0;
+  double processorSeconds_ = 0;
   double iterations_ = 1;
 };
 
 /// A variant as Google Benchmark knows it.
 class Stopwatch {
  public:
-  Stopwatch(const std::string& group, const Variant& variant)
-      : units_(static_cast<double>(variant.units)),
-        name_(group + "/" + variant.name),
+  Stopwatch(const Group& group, const Variant& variant)
+      : wallClock_(group.wallClock),
+        units_(static_cast<double>(variant.units)),
+        name_(group.name + "/" + variant.name),
         registered_(benchmark::RegisterBenchmark(name_.c_str(),
                                                  [run = variant.run](benchmark::State& state) {
                                                    const int thread = state.thread_index();
+                                                   run(thread);
                                                    for (auto iteration : state) run(thread);
                                                  })) {
     registered_->UseRealTime()->Threads(variant.threads)->Iterations(1);
   }
 
-  /// Runs once to warm up, then finds out how many repetitions take so long.
+  /// Finds out how many repetitions take so long.
   void calibrate(double seconds) {
-    secondsOfRun();
     const double iterations = std::ceil(seconds / secondsOfRun());
     registered_->Iterations(static_cast<benchmark::IterationCount>(std::max(1.0, iterations)));
   }
@@ -55,13 +71,15 @@ class Stopwatch {
 
  private:
   double secondsOfRun() {
+    settleHeap();
     LastRun reporter;
     // The name's end is left open: the library appends what it was set to.
     const std::size_t count = benchmark::RunSpecifiedBenchmarks(&reporter, "^" + name_ + "/");
     if (count != 1) throw std::logic_error("not one benchmark is called " + name_);
-    return reporter.secondsOfIteration();
+    return reporter.secondsOfIteration(wallClock_);
   }
 
+  bool wallClock_;
   double units_;
   std::string name_;
   benchmark::internal::Benchmark* registered_;
@@ -97,7 +115,7 @@ GroupResult measure(const Group& group, std::size_t rounds) {
   result.name = group.name;
   result.unit = group.unit;
   for (const Variant& variant : group.variants) {
-    stopwatches.emplace_back(group.name, variant);
+    stopwatches.emplace_back(group, variant);
     result.variants.push_back(variant.name);
   }
   for (Stopwatch& stopwatch : stopwatches) stopwatch.calibrate(group.secondsOfRun);

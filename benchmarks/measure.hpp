@@ -6,7 +6,6 @@
 
 #include <cstddef>
 #include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -47,8 +46,11 @@ struct Group {
   std::string unit;  ///< what a unit is
   std::vector<Variant> variants;
   std::vector<Row> rows;
-  std::size_t rounds = 11;     ///< at least
-  double secondsOfRun = 0.06;  ///< a run is repeated within its round until it takes so long
+  std::size_t rounds = 21;
+  double secondsOfRun = 0.03;  ///< a run is repeated within its round until it takes so long
+  /// Time on the wall, which variants of several threads need; otherwise the thread's own time on a
+  /// processor, so that other programs disturb less.
+  bool wallClock = false;
 };
 
 struct RowResult {
@@ -70,9 +72,11 @@ struct GroupResult {
 
 double median(std::vector<double> values);
 
-/// Runs a group. Google Benchmark takes the time of each run; which runs come when is decided here:
-/// its own interleaving spreads the repetitions of all variants at random over the whole time, so
-/// that two of one number need not be neighbours.
+/// Runs a group. Before each timed run the heap is brought into one state and the variant runs once
+/// untimed, so that none inherits the heap and the caches of its neighbour. Google Benchmark takes
+/// the time of each run; which runs come when is decided here: its own interleaving spreads the
+/// repetitions of all variants at random over the whole time, so that two of one number need not be
+/// neighbours.
 GroupResult measure(const Group& group, std::size_t rounds);
 
 }  // namespace benchmarks
