@@ -178,11 +178,23 @@ class ValueMaker {
     object[name] = choice == 15 ? any(1) : fitting(type);
   }
 
+  /// The word that a builder looks for; at times another one, or one that is nearly it.
+  std::string wordOr(const std::string& word) {
+    const std::size_t choice = bytes_.below(16);
+    if (choice == 15) return oneOf(words());
+    std::string result = word;
+    if (choice == 14) {
+      char& letter = result[bytes_.below(result.size())];
+      letter = static_cast<char>(letter ^ ' ');  // the other case
+    }
+    return result;
+  }
+
   Value ofKind(const Kind& kind) {
     const bool isGeneric = kind.rule == Rule::kTypeWord ||
                            (kind.rule == Rule::kTypeWordOrClassName && bytes_.below(2) == 0);
     Object object;
-    object["className"] = isGeneric ? kGenericControl : kind.word;
+    object["className"] = wordOr(isGeneric ? kGenericControl : kind.word);
     if (kind.shape == Shape::kHeader) {
       give(object, "anchorId", Type::kText);
       const auto task = std::find_if(kinds().begin(), kinds().end(),
@@ -203,7 +215,7 @@ class ValueMaker {
     }
     for (const Field& field : kind.fields) give(data, field.key, field.type);
     Object context;
-    if (isGeneric) context["type"] = kind.word;
+    if (isGeneric) context["type"] = wordOr(kind.word);
     context["data"] = std::move(data);
     object["context"] = std::move(context);
     return object;
