@@ -17,7 +17,7 @@ class ServiceReferenceBase;
 
 /// A search filter in the text form of RFC 4515: `&`, `|` and `!` over comparisons with `=`, `>=`,
 /// `<=` and `~=`; `(name=*)` asks whether the property is there, `*` inside a value stands for any
-/// text, `\` takes the next character, or the two hexadecimal digits of a byte, as it is.
+/// text, `\` takes `(`, `)`, `*` or `\` as it is and may stand before nothing else.
 ///
 /// Texts compare bytewise, `~=` without regard to white space and ASCII case; numbers by value;
 /// `true` and `false` without regard to case. Of a property with several values one has to match. A
