@@ -47,6 +47,11 @@ inline void logDiagnostic(std::string_view text) noexcept {
   if (diagnostics_detail::mayBeEnabled()) diagnostics_detail::write(text);
 }
 
+/// The same for a literal; its length is asked for only when the record is written.
+inline void logDiagnostic(const char* text) noexcept {
+  if (diagnostics_detail::mayBeEnabled()) diagnostics_detail::write(std::string_view(text));
+}
+
 /// The same for a text that is costly to make: it is produced once a record is open, and never
 /// when none is. A record whose text could not be produced is dropped.
 /// @param produceText a callable without parameters that returns a `std::string`.

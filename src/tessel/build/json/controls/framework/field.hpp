@@ -4,7 +4,6 @@
 /// A field: a JSON key, the setter it feeds, and the records around it.
 
 #include <string>
-#include <string_view>
 #include <type_traits>
 
 #include "foundation/json.hpp"
@@ -20,8 +19,8 @@ namespace tessel::build::json::controls::framework {
 /// @throws std::runtime_error the conversion error, for a member of the wrong type.
 template <typename Element, typename Impl, typename Result, typename Argument>
 void applyField(const foundation::json::Value& fields, const Element& element,
-                const std::string& key, Result (Impl::*setter)(Argument),
-                std::string_view foundText, std::string_view setText) {
+                const std::string& key, Result (Impl::*setter)(Argument), const char* foundText,
+                const char* setText) {
   const foundation::json::Value* member = findMember(fields, key);
   if (member == nullptr) return;
   logDiagnostic(foundText);
