@@ -22,6 +22,12 @@ struct Options {
   std::string json;
 };
 
+std::vector<std::string> groupNames() {
+  std::vector<std::string> names;
+  for (const benchmarks::GroupEntry& entry : benchmarks::groups()) names.emplace_back(entry.name);
+  return names;
+}
+
 bool isWanted(const std::string& name, const std::vector<std::string>& only) {
   return only.empty() || std::find(only.begin(), only.end(), name) != only.end();
 }
@@ -47,7 +53,8 @@ int main(int argc, char** argv) {
   try {
     Options options;
     CLI::App app("Times imports against what they are held against.");
-    app.add_option("--only", options.only, "Groups to run; all of them if not given");
+    app.add_option("--only", options.only, "Groups to run; all of them if not given")
+        ->check(CLI::IsMember(groupNames()));
     app.add_option("--extra-rounds", options.extraRounds, "Rounds beyond those of each group");
     app.add_option("--json", options.json, "File for everything that was measured");
     try {
