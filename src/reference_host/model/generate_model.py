@@ -307,7 +307,9 @@ class TESSEL_HOST_API {cls.short} final : public gx::zero::ValueRecord {{
  public:
   {cls.short}();
   {cls.short}(const {cls.short}& other);
+  {cls.short}({cls.short}&& other) noexcept;
   {cls.short}& operator=(const {cls.short}& other);
+  {cls.short}& operator=({cls.short}&& other) noexcept;
   ~{cls.short}() override;
 
   gx::zero::meta::Class metaClass() const override;
@@ -329,7 +331,9 @@ def define_record(cls):
     cases = "".join(define_reflection(p, i) for i, p in cls.indexed_properties)
     return f"""{cls.short}::{cls.short}() = default;
 {cls.short}::{cls.short}(const {cls.short}& other) = default;
+{cls.short}::{cls.short}({cls.short}&& other) noexcept = default;
 {cls.short}& {cls.short}::operator=(const {cls.short}& other) = default;
+{cls.short}& {cls.short}::operator=({cls.short}&& other) noexcept = default;
 {cls.short}::~{cls.short}() = default;
 
 gx::zero::meta::Class {cls.short}::metaClass() const {{

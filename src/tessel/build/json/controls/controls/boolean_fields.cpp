@@ -9,7 +9,7 @@ void applyBooleanControlData(lumocode::contentmodel::gxzero::BooleanControlData 
                              const foundation::json::Value& json) {
   const foundation::json::Value* fields = findControlFields(json);
   if (fields == nullptr) return;
-  applyControlData(data, json);
+  applyControlData(data, json, *fields);
   applyDefaultValue(*fields, data);
   applyDefaultLinkedVariable(*fields, data);
 }

@@ -74,7 +74,7 @@ void ComboboxBuilderImpl::applyComboboxData(const Model& model, ComboboxData dat
                                             const Value& json) {
   const Value* fields = findControlFields(json);
   if (fields == nullptr) return;
-  applyControlData(data, json);
+  applyControlData(data, json, *fields);
   applyDefaultValue(*fields, data);
   framework::applyField(*fields, data, kLinkedVariableKey, &ComboboxData::Impl::setLinkedVariable,
                         "Found the linkedVariable property", "Set the linkedVariable property");

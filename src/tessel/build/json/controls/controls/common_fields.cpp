@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdint>
 #include <string>
+#include <utility>
 
 #include "fl/i18n.hpp"
 #include "framework/field.hpp"
@@ -57,7 +58,10 @@ void applyControlId(LumoControlNode node, const Value& json) {
 }
 
 void applyControlData(LumoControlData data, const Value& json) {
-  const Value& fields = json[framework::kContextKey][framework::kDataKey];
+  applyControlData(std::move(data), json, json[framework::kContextKey][framework::kDataKey]);
+}
+
+void applyControlData(LumoControlData data, const Value& json, const Value& fields) {
   framework::applyField(fields, data, kExecutionModelKey, &LumoControlData::Impl::setExecutionModel,
                         "Found the executionModel property", "Set the executionModel property");
   framework::applyField(fields, data, kTextKey, &LumoControlData::Impl::setLabel,

@@ -66,7 +66,7 @@ void EditFieldBuilderImpl::applyEditFieldData(const Model& model, EditFieldData 
                                               const Value& json) {
   const Value* fields = findControlFields(json);
   if (fields == nullptr) return;
-  applyControlData(data, json);
+  applyControlData(data, json, *fields);
   framework::applyField(*fields, data, kValueTypeKey, &EditFieldData::Impl::setValueType,
                         "Found the valueType property", "Set the valueType property");
 

@@ -5,7 +5,6 @@
 #include "controls/common_fields.hpp"
 #include "controls/control_fields.hpp"
 #include "framework/field.hpp"
-#include "framework/json_keys.hpp"
 
 namespace tessel::build::json::controls {
 
@@ -28,18 +27,17 @@ template <typename Record>
 void applyNumericDefault(const Record& data, const Value& json) {
   const Value* fields = findControlFields(json);
   if (fields == nullptr) return;
-  applyNumericControlData(data, json);
+  applyNumericControlData(data, json, *fields);
   applyDefaultValue(*fields, data);
 }
 
 }  // namespace
 
-void applyNumericControlData(NumericControlData data, const Value& json) {
+void applyNumericControlData(NumericControlData data, const Value& json, const Value& fields) {
   using Impl = NumericControlData::Impl;
   using framework::applyField;
 
-  const Value& fields = json[framework::kContextKey][framework::kDataKey];
-  applyControlData(data, json);
+  applyControlData(data, json, fields);
   applyField(fields, data, kExecutionOnKey, &Impl::setExecuteOn, "Found the executionOn property",
              "Set the executionOn property");
   // The records of the bounds are shorter than their keys.

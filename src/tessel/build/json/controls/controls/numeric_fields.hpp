@@ -12,10 +12,11 @@
 
 namespace tessel::build::json::controls {
 
-/// Sets the common fields, then those of every numeric control. The caller has found
-/// "context"."data".
+/// Sets the common fields, then those of every numeric control.
+/// @param fields "context"."data", which the caller has found.
 void applyNumericControlData(lumocode::contentmodel::gxzero::NumericControlData data,
-                             const foundation::json::Value& json);
+                             const foundation::json::Value& json,
+                             const foundation::json::Value& fields);
 
 /// All of that, then a default value that is a number. A control without "context"."data" leaves
 /// the record untouched.

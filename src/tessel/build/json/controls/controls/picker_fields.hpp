@@ -23,7 +23,7 @@ void applyFormattedFields(const Record& data, const foundation::json::Value& jso
                           Result (Impl::*setFormat)(const std::u16string&)) {
   const foundation::json::Value* fields = findControlFields(json);
   if (fields == nullptr) return;
-  applyControlData(data, json);
+  applyControlData(data, json, *fields);
   (data.get()->*setFormat)(
       framework::readAs<std::u16string>(framework::memberOrUndefined(*fields, formatKey)));
   // Meant for every format, whatever its key.

@@ -274,7 +274,9 @@ class TESSEL_HOST_API ValueRecord {
  protected:
   ValueRecord() = default;
   ValueRecord(const ValueRecord&) = default;
+  ValueRecord(ValueRecord&&) noexcept = default;
   ValueRecord& operator=(const ValueRecord&) = default;
+  ValueRecord& operator=(ValueRecord&&) noexcept = default;
 };
 
 /// The kind code of a value: 0 for a reference, 1 for a contained element, more for anything else.
