@@ -2,6 +2,7 @@
 
 #include <simdjson.h>
 
+#include <cstdint>
 #include <cstring>
 #include <new>
 #include <optional>
@@ -39,10 +40,21 @@ error_code readNumber(ondemand::value source, double& number) {
   return simdjson::SUCCESS;
 }
 
+/// Room for a number of bytes and the padding that the parser library may touch behind them.
+simdjson::padded_string paddedRoom(std::size_t size) {
+  simdjson::padded_string room(size);
+  if (room.data() == nullptr) throw std::bad_alloc();
+  return room;
+}
+
 /// Reads values as the parser library comes to them and makes them in their places. The
 /// library checks only what is asked for, so every token is asked for.
 class ValueReader {
  public:
+  /// @param longestText no string of the text is longer.
+  ValueReader(const ondemand::parser& parser, std::size_t longestText)
+      : parser_(parser), unescaped_(paddedRoom(longestText)) {}
+
   error_code readAll(ondemand::value source, Value& target);
 
  private:
@@ -60,7 +72,13 @@ class ValueReader {
   error_code open(ondemand::object source, Value& target);
   error_code readElement(OpenContainer& container);
   error_code readMember(OpenContainer& container);
+  /// @param text lasts until the next call.
+  error_code unescape(ondemand::raw_json_string source, std::string_view& text);
 
+  const ondemand::parser& parser_;
+  // The library's own buffer is not to be relied upon: whether there was memory for it is not
+  // checked (seen in its version 3.0.1).
+  simdjson::padded_string unescaped_;
   std::vector<OpenContainer> open_;
 };
 
@@ -98,11 +116,16 @@ error_code ValueReader::readMember(OpenContainer& container) {
   ondemand::field field;
   SIMDJSON_TRY((*container.member).get(field));
   std::string_view key;
-  SIMDJSON_TRY(field.unescaped_key().get(key));
+  SIMDJSON_TRY(unescape(field.key(), key));
   // One look-up, whatever the order of the names; of two members with one name the last holds.
   auto& members = *container.members;
   return read(field.value(),
               members.emplace_hint(members.end(), std::string(key), Value())->second);
+}
+
+error_code ValueReader::unescape(ondemand::raw_json_string source, std::string_view& text) {
+  auto* end = reinterpret_cast<std::uint8_t*>(unescaped_.data());
+  return parser_.unescape(source, end).get(text);
 }
 
 error_code ValueReader::read(ondemand::value source, Value& target) {
@@ -126,8 +149,10 @@ error_code ValueReader::read(ondemand::value source, Value& target) {
       return simdjson::SUCCESS;
     }
     case ondemand::json_type::string: {
+      ondemand::raw_json_string raw;
+      SIMDJSON_TRY(source.get_raw_json_string().get(raw));
       std::string_view text;
-      SIMDJSON_TRY(source.get_string().get(text));
+      SIMDJSON_TRY(unescape(raw, text));
       target.emplace<std::string>(text);
       return simdjson::SUCCESS;
     }
@@ -179,7 +204,7 @@ error_code readBracketed(const simdjson::padded_string& text, Value& target) {
   if (!(element != ondemand::array_iterator())) return simdjson::EMPTY;
   ondemand::value source;
   SIMDJSON_TRY((*element).get(source));
-  SIMDJSON_TRY(ValueReader().readAll(source, target));
+  SIMDJSON_TRY(ValueReader(parser, text.size()).readAll(source, target));
   ++element;
   const bool more = element != ondemand::array_iterator();
   const bool atEnd = document.current_location().error() == simdjson::OUT_OF_BOUNDS;
@@ -187,8 +212,7 @@ error_code readBracketed(const simdjson::padded_string& text, Value& target) {
 }
 
 simdjson::padded_string bracketed(std::string_view text) {
-  simdjson::padded_string copy(text.size() + 2);
-  if (copy.data() == nullptr) throw std::bad_alloc();
+  simdjson::padded_string copy = paddedRoom(text.size() + 2);
   copy.data()[0] = '[';
   if (!text.empty()) std::memcpy(copy.data() + 1, text.data(), text.size());
   copy.data()[text.size() + 1] = ']';
