@@ -62,6 +62,8 @@ std::optional<double> nearestDouble(std::string_view number) {
   // A stream of the classic locale reads the same everywhere, unlike strtod.
   std::istringstream stream{std::string(number)};
   stream.imbue(std::locale::classic());
+  // Else a stream that finds no memory would leave 0 behind and say nothing.
+  stream.exceptions(std::ios_base::badbit);
   double value = 0;
   stream >> value;
   // Too large leaves the largest double and fails; too small may fail, but leaves what is nearest.
