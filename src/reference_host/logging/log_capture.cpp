@@ -48,10 +48,7 @@ class SharedCaptureState {
   void addCapture() {
     const std::lock_guard<std::mutex> guard(mutex_);
     if (captures_ == 0) {
-      sink_ = boost::make_shared<CaptureFrontend>(boost::make_shared<CaptureSink>());
-      sink_->set_filter(
-          [](const boost::log::attribute_value_set&) { return newestCapture != nullptr; });
-      boost::log::core::get()->add_sink(sink_);
+      addSink();
       wasEnabled_ = (levels().fetch_or(kDiagnosticMask) & kDiagnosticMask) != 0;
     }
     ++captures_;
@@ -61,8 +58,6 @@ class SharedCaptureState {
     const std::lock_guard<std::mutex> guard(mutex_);
     if (--captures_ != 0) return;
     if (!wasEnabled_) levels().fetch_and(~kDiagnosticMask);
-    boost::log::core::get()->remove_sink(sink_);
-    sink_.reset();
   }
 
  private:
@@ -70,10 +65,21 @@ class SharedCaptureState {
     return enabled_levels(tessel::shared::logging::getLogger());
   }
 
+  /// The sink is never taken out: another thread that has seen diagnostics enabled may be about to
+  /// open a record, and a core without sinks writes to the console.
+  void addSink() {
+    if (sinkAdded_) return;
+    const auto sink = boost::make_shared<CaptureFrontend>(boost::make_shared<CaptureSink>());
+    sink->set_filter(
+        [](const boost::log::attribute_value_set&) { return newestCapture != nullptr; });
+    boost::log::core::get()->add_sink(sink);
+    sinkAdded_ = true;
+  }
+
   std::mutex mutex_;
   std::size_t captures_ = 0;
   bool wasEnabled_ = false;
-  boost::shared_ptr<CaptureFrontend> sink_;
+  bool sinkAdded_ = false;
 };
 
 SharedCaptureState& sharedState() {

@@ -26,7 +26,9 @@ struct CapturedRecord {
 /// Each thread may have captures of its own at the same time. Of several captures on one thread
 /// each collects every record; they may end in any order. Records of a thread that has no capture
 /// are not opened for the captures' sake. When the last capture of the process ends, the diagnostic
-/// bit of the level word is as it was before the first; no other bit is touched.
+/// bit of the level word is as it was before the first; no other bit is touched. From the first
+/// capture on, a record that no sink takes is dropped; Boost.Log no longer writes it to the
+/// console.
 ///
 /// A capture belongs to the thread that makes it: it is read and destroyed there.
 class TESSEL_HOST_API LogCapture {
