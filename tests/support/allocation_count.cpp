@@ -6,13 +6,22 @@
 
 namespace {
 
-thread_local std::size_t allocations = 0;
-thread_local std::size_t successesLeft = std::numeric_limits<std::size_t>::max();
+constexpr std::size_t kUnlimited = std::numeric_limits<std::size_t>::max();
+
+thread_local test_support::AllocationTally tally;
+thread_local std::size_t successesLeft = kUnlimited;
+thread_local std::size_t refusals = 0;
+thread_local test_support::Refusal refusal = test_support::Refusal::kFromThenOn;
 
 void* allocate(std::size_t size) noexcept {
-  ++allocations;
-  if (successesLeft == 0) return nullptr;
-  --successesLeft;
+  ++tally.count;
+  tally.bytes += size;
+  if (successesLeft == 0) {
+    ++refusals;
+    if (refusal == test_support::Refusal::kOnce) successesLeft = kUnlimited;
+    return nullptr;
+  }
+  if (successesLeft != kUnlimited) --successesLeft;
   return std::malloc(size == 0 ? 1 : size);
 }
 
@@ -39,16 +48,22 @@ void operator delete(void* memory, std::size_t) noexcept {
 
 namespace test_support {
 
-std::size_t allocationCount() noexcept {
-  return allocations;
+AllocationTally allocationTally() noexcept {
+  return tally;
 }
 
-AllocationFailure::AllocationFailure(std::size_t successes) noexcept {
+AllocationFailure::AllocationFailure(std::size_t successes, Refusal mode) noexcept {
+  refusal = mode;
+  refusals = 0;
   successesLeft = successes;
 }
 
 AllocationFailure::~AllocationFailure() {
-  successesLeft = std::numeric_limits<std::size_t>::max();
+  successesLeft = kUnlimited;
+}
+
+std::size_t AllocationFailure::refused() const noexcept {
+  return refusals;
 }
 
 }  // namespace test_support
