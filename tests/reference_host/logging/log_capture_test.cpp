@@ -6,12 +6,15 @@
 #include <boost/log/sources/record_ostream.hpp>
 #include <boost/log/sources/severity_feature.hpp>
 #include <cstdint>
+#include <exception>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "support/allocation_count.hpp"
 #include "tessel/shared/logging.hpp"
 
 namespace reference_host::logging {
@@ -166,6 +169,31 @@ TEST_F(LogCaptureTest, DisabledLoggingCollectsNothing) {
   boost::log::core::get()->set_logging_enabled(false);
   write("lost");
   boost::log::core::get()->set_logging_enabled(true);
+  write("kept");
+  EXPECT_THAT(textsOf(capture), ElementsAre("kept"));
+}
+
+TEST_F(LogCaptureTest, ARecordThatIsOpenedAfterTheLastOneEndedIsDropped) {
+  { const LogCapture capture; }
+  // As in a thread that looked at the level word before the capture ended.
+  levels() = 0x8;
+  testing::internal::CaptureStdout();
+  write("late");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
+TEST_F(LogCaptureTest, OneThatFindsNoMemoryLeavesEverythingAsItWas) {
+  test_support::sweepAllocations(
+      test_support::Refusal::kFromThenOn, [](test_support::LimitedMemory& memory) {
+        SCOPED_TRACE(memory.successes());
+        std::optional<LogCapture> capture;
+        const std::exception_ptr thrown = memory.run([&capture] { capture.emplace(); });
+        EXPECT_EQ(test_support::isOutOfMemory(thrown), memory.ranOut());
+        EXPECT_EQ(levels().load(), capture ? 0x8U : 0U);
+        capture.reset();
+        EXPECT_EQ(levels().load(), 0U);
+      });
+  LogCapture capture;
   write("kept");
   EXPECT_THAT(textsOf(capture), ElementsAre("kept"));
 }
