@@ -13,6 +13,7 @@
 #include "gx/zero.hpp"
 #include "lumocode/contentmodel/gxzero.hpp"
 #include "reference_host/json/parse.hpp"
+#include "support/scale.hpp"
 
 namespace reference_host::exporting {
 namespace {
@@ -294,7 +295,7 @@ TEST(Export, WritesNumbersAndFlagsButNoReferences) {
 }
 
 TEST(Export, NestingHasNoBound) {
-  constexpr std::size_t kLevels = 200000;
+  constexpr std::size_t kLevels = 1'000'000 / test_support::kScale;
   const Model model = Model::create();
   // From the innermost outwards: an element that gets an owner looks at all owners above.
   Box::Impl* outermost = createBox(model);

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <iterator>
 #include <random>
@@ -7,6 +8,9 @@
 #include <utility>
 
 #include "foundation/json.hpp"
+#include "reference_host/json/text_writer.hpp"
+#include "support/allocation_count.hpp"
+#include "support/scale.hpp"
 
 namespace {
 
@@ -14,7 +18,7 @@ using foundation::json::Value;
 using Array = Value::Array;
 using Object = Value::Object;
 
-constexpr std::size_t kDeep = 1'000'000;
+constexpr std::size_t kDeep = 1'000'000 / test_support::kScale;
 
 /// Puts a value into one more container.
 using Wrapper = Value (*)(Value inner);
@@ -61,14 +65,19 @@ struct Shape {
   const char* description;
   Wrapper wrap;
   std::size_t depth;
+  const char* before;      ///< what compact JSON has in front of the inner value
+  const char* after;       ///< and behind it
+  std::size_t lineBreaks;  ///< of one level, pretty-printed
 };
 
 constexpr Shape kShapes[] = {
-    {"arrays", inArray, kDeep},
-    {"objects", inObject, kDeep},
-    {"arrays with siblings on both sides", amongElements, kDeep / 10},
-    {"objects with siblings on both sides", amongMembers, kDeep / 10},
-    {"arrays in objects", inArrayInObject, kDeep / 10},
+    {"arrays", inArray, kDeep, "[", "]", 2},
+    {"objects", inObject, kDeep, R"({"key":)", "}", 2},
+    {"arrays with siblings on both sides", amongElements, kDeep / 10, R"([["before"],)",
+     R"(,{"after":1}])", 8},
+    {"objects with siblings on both sides", amongMembers, kDeep / 10, R"({"a":[1,[]],"b":)",
+     R"(,"c":"after"})", 7},
+    {"arrays in objects", inArrayInObject, kDeep / 2, R"({"key":[)", "]}", 4},
 };
 
 /// The text at the bottom of what `nested` made.
@@ -97,6 +106,48 @@ TEST(DeepValueTest, CopyingComparingAndDestroyingDoNotOverflowTheStack) {
     copy = 1.0;
     EXPECT_EQ(copy, Value(1.0));
     EXPECT_FALSE(moved == value);
+  }
+}
+
+TEST(DeepValueTest, AssigningDoesNotOverflowTheStack) {
+  const Value value = nested(inArrayInObject, kDeep / 2, "innermost");
+  Value target = nested(inArray, kDeep, 1.0);
+  target = value;
+  EXPECT_TRUE(target == value);
+  innermost(target) = value;  // twice as deep
+  EXPECT_FALSE(target == value);
+}
+
+std::string repeated(const std::string& text, std::size_t times) {
+  std::string all;
+  for (std::size_t time = 0; time < times; ++time) all += text;
+  return all;
+}
+
+TEST(DeepValueTest, PrintingDoesNotOverflowTheStack) {
+  for (const Shape& shape : kShapes) {
+    SCOPED_TRACE(shape.description);
+    const Value value = nested(shape.wrap, shape.depth, "innermost");
+    std::string compact;
+    reference_host::json::JsonWriter(compact).json(value);
+    EXPECT_TRUE(compact == repeated(shape.before, shape.depth) + "\"innermost\"" +
+                               repeated(shape.after, shape.depth));
+    const std::string pretty = pretty_print(value);
+    EXPECT_EQ(static_cast<std::size_t>(std::count(pretty.begin(), pretty.end(), '\n')),
+              shape.lineBreaks * shape.depth);
+  }
+}
+
+TEST(DeepValueTest, ACopyThatFindsNoMemoryInTheDepthLeavesNothing) {
+  const Value value = nested(inArrayInObject, kDeep / 2, "innermost");
+  const std::size_t allocations =
+      test_support::allocationsOf([&value] { const Value copy(value); });
+  ASSERT_GT(allocations, kDeep);
+  Value target("unchanged");
+  for (const std::size_t successes : {allocations / 2, allocations - 1}) {
+    test_support::LimitedMemory memory(successes, test_support::Refusal::kFromThenOn);
+    EXPECT_TRUE(test_support::isOutOfMemory(memory.run([&] { target = value; })));
+    EXPECT_EQ(target, Value("unchanged"));
   }
 }
 

@@ -6,7 +6,9 @@
 #include <utility>
 
 #include "foundation/json.hpp"
+#include "reference_host/json/parse.hpp"
 #include "support/allocation_count.hpp"
+#include "support/scale.hpp"
 
 namespace {
 
@@ -35,9 +37,27 @@ Value nested(std::size_t depth) {
 }
 
 TEST(ValueAllocationTest, DestroyingAllocatesNothing) {
-  for (const std::size_t depth : {0U, 1U, 10U, 1000U}) {
+  for (const std::size_t depth :
+       {std::size_t{0}, std::size_t{1}, std::size_t{10}, std::size_t{1000}, std::size_t{1001},
+        1'000'000 / test_support::kScale}) {
     SCOPED_TRACE(depth);
     std::optional<Value> value = nested(depth);
+    EXPECT_EQ(allocationsOf([&value] { value.reset(); }), 0U);
+  }
+}
+
+TEST(ValueAllocationTest, DestroyingTheDeepestThatIsParsedAllocatesNothing) {
+  const auto text = [](const std::string& opening, const std::string& closing) {
+    std::string nested = "[]";
+    for (std::size_t level = 1; level < reference_host::json::kDeepestNesting; ++level) {
+      nested = opening + nested + closing;
+    }
+    return nested;
+  };
+  for (const std::string& nested :
+       {text("[", "]"), text(R"({"a":)", "}"), text(R"(["a",)", R"(,{"b":"c"}])")}) {
+    SCOPED_TRACE(nested.substr(0, 10));
+    std::optional<Value> value = reference_host::json::parse(nested);
     EXPECT_EQ(allocationsOf([&value] { value.reset(); }), 0U);
   }
 }
