@@ -18,6 +18,8 @@ test_support::ControlKind comboBoxKind();
 test_support::ControlKind datePickerKind();
 /// With a default value that is text.
 test_support::ControlKind editFieldKind();
+/// With a default value that is a number.
+test_support::ControlKind numericEditFieldKind();
 test_support::ControlKind fileBrowserKind();
 test_support::ControlKind rangeSliderKind();
 test_support::ControlKind sliderKind();

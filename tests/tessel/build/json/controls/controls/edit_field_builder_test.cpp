@@ -68,6 +68,8 @@ ControlKind editField(const std::string& valueType, Field defaultValue,
           {"defaultValueData", elementClass, {"defaultLinkedVariable", "defaultValue"}}};
 }
 
+}  // namespace
+
 ControlKind numericEditFieldKind() {
   Field defaultValue;
   defaultValue.type = FieldType::kNumber;
@@ -76,8 +78,6 @@ ControlKind numericEditFieldKind() {
   defaultValue.ignoresOtherTypes = true;
   return editField("Double", defaultValue, "DoubleDefaultValueData");
 }
-
-}  // namespace
 
 ControlKind editFieldKind() {
   Field defaultValue;
