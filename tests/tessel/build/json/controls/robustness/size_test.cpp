@@ -1,0 +1,244 @@
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "document/gxzero.hpp"
+#include "foundation/json.hpp"
+#include "gx/zero.hpp"
+#include "reference_host/export/export.hpp"
+#include "reference_host/importer/importer.hpp"
+#include "reference_host/json/parse.hpp"
+#include "reference_host/logging/log_capture.hpp"
+#include "sample_builds.hpp"
+#include "support/allocation_count.hpp"
+#include "support/scale.hpp"
+
+/// Large and deep input: what a step asks of memory grows with the input and no faster. (A step
+/// that looked at everything before it for each item would not come to an end here.)
+namespace tessel::build::json::controls {
+namespace {
+
+using document::gxzero::Node;
+using foundation::json::Value;
+using gx::zero::Model;
+using reference_host::importer::importDocument;
+using reference_host::importer::ImportResult;
+using reference_host::importer::NamedBuilder;
+using test_support::AllocationTally;
+using test_support::kScale;
+using test_support::tallyOf;
+
+constexpr std::size_t kMany = 1'000'000 / kScale;
+constexpr std::size_t kFew = kMany / 100;
+constexpr std::size_t kLongText = 200'000'000 / kScale;
+constexpr std::size_t kDeep = 1'000'000 / kScale;
+
+const SampleBuild& sampleNamed(const std::string& name) {
+  static const std::vector<SampleBuild> samples = successfulSamples();
+  for (const SampleBuild& sample : samples) {
+    if (sample.name == name) return sample;
+  }
+  throw std::invalid_argument(name);
+}
+
+/// A step's memory for few and for many items.
+struct Growth {
+  std::string step;
+  AllocationTally few;
+  AllocationTally many;
+};
+
+/// Holds a hundred times the items to a hundred times the memory. Blocks that double may be almost
+/// as large again as what they hold, for one number of items and not for the other.
+void expectLinear(const Growth& growth) {
+  SCOPED_TRACE(growth.step);
+  constexpr std::size_t kFactor = kMany / kFew;
+  constexpr std::size_t kOnce = 100;  // whatever the number of items
+  EXPECT_LE(growth.many.count, kFactor * (growth.few.count + kOnce));
+  EXPECT_LE(growth.many.bytes, kFactor * 2 * (growth.few.bytes + kOnce * 100));
+}
+
+class SizeTest : public testing::Test {
+ protected:
+  // Makes what the process makes once.
+  SizeTest() { measure(R"({"className":"button","text":"x"})", 1); }
+
+  /// The memory of each step with a document, from its text to the export of what was built.
+  static std::vector<AllocationTally> measure(std::string text, std::size_t built) {
+    std::vector<AllocationTally> tallies;
+    std::optional<Value> document;
+    tallies.push_back(tallyOf([&] { document = reference_host::json::parse(text); }));
+    std::string().swap(text);
+    std::optional<Value> copy;
+    tallies.push_back(tallyOf([&] { copy = *document; }));
+    tallies.push_back(tallyOf([&] { EXPECT_TRUE(*copy == *document); }));
+    copy.reset();
+    tallies.push_back(tallyOf([&] { pretty_print(*document); }));
+    std::vector<NamedBuilder> builders;
+    for (const char* name : {"Button", "ComboBox", "TaskHeader"}) {
+      builders.push_back(sampleNamed(name).builder);
+    }
+    const Model model = Model::create();
+    std::optional<ImportResult> result;
+    tallies.push_back(tallyOf([&] { result = importDocument(builders, model, *document); }));
+    EXPECT_EQ(result->summary.built, built);
+    EXPECT_TRUE(result->errors.empty());
+    document.reset();
+    tallies.push_back(tallyOf([&] {
+      for (const Node& node : result->nodes) reference_host::exporting::toJson(node);
+    }));
+    return tallies;
+  }
+
+  static void expectLinearSteps(const std::vector<AllocationTally>& few,
+                                const std::vector<AllocationTally>& many) {
+    const char* const steps[] = {"parse", "copy", "compare", "print", "import", "export"};
+    for (std::size_t step = 0; step < few.size(); ++step) {
+      expectLinear({steps[step], few[step], many[step]});
+    }
+  }
+};
+
+std::string listOf(std::size_t items, const std::string& item) {
+  std::string text = "[";
+  for (std::size_t index = 0; index < items; ++index) text += (index == 0 ? "" : ",") + item;
+  return text + "]";
+}
+
+/// Members with names of one length, in no order.
+std::string membersOf(std::size_t members) {
+  std::string text = "{";
+  for (std::size_t index = 0; index < members; ++index) {
+    // A multiplier prime to the range visits every number once.
+    const std::size_t number = index * 7'919 % members + 10'000'000;
+    text += (index == 0 ? "\"m" : ",\"m") + std::to_string(number) + "\":1";
+  }
+  return text + "}";
+}
+
+std::string control(const std::string& type, const std::string& data) {
+  return R"({"className":"LumoControlNode","context":{"type":")" + type + R"(","data":)" + data +
+         "}}";
+}
+
+TEST_F(SizeTest, AMillionItemsOfOneComboBox) {
+  const auto document = [](std::size_t items) {
+    return control("comboBox", R"({"items":)" + listOf(items, R"({"label":"one","value":"1"})") +
+                                   R"(,"itemLabels":)" + listOf(items, R"("one")") + "}");
+  };
+  expectLinearSteps(measure(document(kFew), 1), measure(document(kMany), 1));
+}
+
+TEST_F(SizeTest, AMillionChildrenOfOneTaskHeader) {
+  const auto document = [](std::size_t children) {
+    return R"({"className":"LumoAppLineNode","children":)" +
+           listOf(children, R"({"className":"LumoAppIntegratedInlineNode"})") + "}";
+  };
+  expectLinearSteps(measure(document(kFew), 1), measure(document(kMany), 1));
+}
+
+TEST_F(SizeTest, AMillionControlsInOneDocument) {
+  const auto document = [](std::size_t controls) {
+    return listOf(controls, R"({"className":"button"})");
+  };
+  expectLinearSteps(measure(document(kFew), kFew), measure(document(kMany), kMany));
+}
+
+TEST_F(SizeTest, AMillionMembersThatNobodyReads) {
+  const auto document = [](std::size_t members) { return control("button", membersOf(members)); };
+  const std::vector<AllocationTally> few = measure(document(kFew), 1);
+  const std::vector<AllocationTally> many = measure(document(kMany), 1);
+  expectLinearSteps(few, many);
+  // What is not read costs nothing: neither import nor export knows of the members.
+  EXPECT_EQ(few[4].count, many[4].count);
+  EXPECT_EQ(few[5].count, many[5].count);
+}
+
+TEST_F(SizeTest, AMillionMembersOfOneName) {
+  const auto document = [](std::size_t members) {
+    std::string text = R"({"className":"button")";
+    for (std::size_t index = 0; index < members; ++index) text += R"(,"text":"x")";
+    return text + "}";
+  };
+  expectLinearSteps(measure(document(kFew), 1), measure(document(kMany), 1));
+}
+
+TEST_F(SizeTest, ATextOfTwoHundredMegabytes) {
+  const auto document = [](std::size_t length) {
+    return control("button", R"({"text":")" + std::string(length, 'x') + R"("})");
+  };
+  const std::vector<AllocationTally> few = measure(document(kLongText / 100), 1);
+  const std::vector<AllocationTally> many = measure(document(kLongText), 1);
+  expectLinearSteps(few, many);
+}
+
+TEST_F(SizeTest, TheLogOfManyItemsGrowsWithThem) {
+  const SampleBuild& sample = sampleNamed("ComboBox");
+  const auto logged = [&sample](std::size_t items) {
+    const Value json = reference_host::json::parse(control(
+        "comboBox", R"({"items":)" + listOf(items, R"({"label":"one","value":"1"})") + "}"));
+    std::size_t records = 0;
+    const AllocationTally tally = tallyOf([&] {
+      const reference_host::logging::LogCapture capture;
+      const Model model = Model::create();
+      sample.builder.build(model, json);
+      records = capture.records().size();
+    });
+    EXPECT_EQ(records, items + 7);
+    return tally;
+  };
+  expectLinear({"log", logged(kFew / 10), logged(kMany / 10)});
+}
+
+/// A value inside a million arrays.
+Value deep() {
+  Value value("innermost");
+  for (std::size_t level = 0; level < kDeep; ++level) {
+    Value::Array elements;
+    elements.push_back(std::move(value));
+    value = Value(std::move(elements));
+  }
+  return value;
+}
+
+TEST_F(SizeTest, EveryKindTakesAMillionLevelsWhereNobodyLooks) {
+  Value unknown = deep();
+  for (const SampleBuild& sample : successfulSamples()) {
+    SCOPED_TRACE(sample.name);
+    Value json = sample.json;
+    json["unknown"] = std::move(unknown);
+    EXPECT_TRUE(sample.builder.canBuild(json));
+    const Model model = Model::create();
+    EXPECT_EQ(reference_host::exporting::toJson(sample.builder.build(model, json)),
+              sample.expected.node);
+    unknown = std::move(json["unknown"]);
+  }
+  EXPECT_TRUE(unknown == deep());
+}
+
+TEST_F(SizeTest, AMillionLevelsWhereATextIsReadAreTheConversionError) {
+  const SampleBuild& sample = sampleNamed("Button");
+  Value json = sample.json;
+  json["text"] = deep();
+  std::string error;
+  const reference_host::logging::LogCapture capture;  // the whole value is a record
+  try {
+    sample.builder.build(Model::create(), json);
+  } catch (const std::runtime_error& thrown) {
+    error = thrown.what();
+  }
+  EXPECT_EQ(error, "invalid conversion: array to string");
+  ASSERT_GT(capture.records().size(), 1U);
+  EXPECT_TRUE(capture.records()[1].text == pretty_print(json));
+
+  json["className"] = deep();
+  EXPECT_THROW(sample.builder.canBuild(json), std::runtime_error);
+}
+
+}  // namespace
+}  // namespace tessel::build::json::controls
