@@ -1,6 +1,9 @@
 #include "tessel_tool/import_command.hpp"
 
-#include <utility>
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "reference_host/importer/importer.hpp"
 #include "tessel_tool/console.hpp"
@@ -12,12 +15,43 @@ namespace tessel_tool {
 
 namespace {
 
-/// An answer as it goes to the two streams.
-struct WrittenAnswer {
-  std::string result;
+/// What is told on standard error, and how much of the results goes before it.
+struct Complaint {
+  std::size_t after;
   std::string path;
-  std::string parseError;
-  bool failed;
+  std::string reason;
+};
+
+/// The answers to a batch of documents as they go to the two streams.
+struct WrittenAnswers {
+  std::string results;
+  std::vector<Complaint> complaints;
+  std::size_t documents = 0;
+  std::size_t failed = 0;
+
+  void append(const ImportAnswer& answer, const ImportOptions& options) {
+    if (options.json) {
+      appendAsJson(results, answer, options.ndjson);
+    } else {
+      appendAsTree(results, answer);
+    }
+    if (!answer.parseError.empty()) {
+      complaints.push_back({results.size(), answer.path, answer.parseError});
+    }
+    ++documents;
+    if (answer.failed()) ++failed;
+  }
+
+  void write() const {
+    const std::string_view text = results;
+    std::size_t written = 0;
+    for (const Complaint& complaint : complaints) {
+      writeResult(text.substr(written, complaint.after - written));
+      written = complaint.after;
+      complain(complaint.path, complaint.reason);
+    }
+    writeResult(text.substr(written));
+  }
 };
 
 }  // namespace
@@ -33,25 +67,22 @@ ExitStatus runImport(BuilderServices& services, const ImportOptions& options) {
   std::size_t failed = 0;
 
   runInOrder(
-      options.jobs, [&] { return source.next(); },
-      [&](const Document& document) {
-        const ImportAnswer answer = importOne(builders, document, onError, options.log);
-        WrittenAnswer written{{}, answer.path, answer.parseError, answer.failed()};
-        if (options.json) {
-          appendAsJson(written.result, answer, options.ndjson);
-        } else {
-          appendAsTree(written.result, answer);
+      options.jobs, [&] { return source.nextBatch(); },
+      [&](const std::vector<Document>& batch) {
+        WrittenAnswers answers;
+        for (const Document& document : batch) {
+          answers.append(importOne(builders, document, onError, options.log), options);
+          if (answers.failed != 0 && options.failFast) break;
         }
-        return written;
+        return answers;
       },
-      [&](const WrittenAnswer& answer) {
-        ++documents;
-        if (answer.failed) ++failed;
+      [&](const WrittenAnswers& answers) {
+        documents += answers.documents;
+        failed += answers.failed;
         progress.erase();
-        writeResult(answer.result);
-        if (!answer.parseError.empty()) complain(answer.path, answer.parseError);
+        answers.write();
         progress.show(documents, failed);
-        return !(answer.failed && options.failFast);
+        return !(answers.failed != 0 && options.failFast);
       });
   return failed == 0 ? ExitStatus::kSuccess : ExitStatus::kInputFailed;
 }

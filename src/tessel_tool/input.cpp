@@ -15,13 +15,19 @@ namespace tessel_tool {
 namespace {
 
 constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
+constexpr std::size_t kLineBufferSize = 65536;
 
 std::string systemReason() {
   return std::generic_category().message(errno == 0 ? EIO : errno);
 }
 
-bool isWhiteSpace(std::string_view text) {
-  return text.find_first_not_of(" \t\r") == std::string_view::npos;
+/// Whether a line is white space alone.
+bool isBlank(const Document& line) {
+  std::string_view content = line.text;
+  if (line.line == 1 && content.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
+    content.remove_prefix(kByteOrderMark.size());
+  }
+  return content.find_first_not_of(" \t\r") == std::string_view::npos;
 }
 
 }  // namespace
@@ -50,10 +56,45 @@ std::string Input::readAll() {
 }
 
 bool Input::readLine(std::string& line) {
+  line.clear();
+  do {
+    const std::string_view left = buffered();
+    const std::size_t length = left.find('\n');
+    line.append(left.substr(0, length));
+    if (length != std::string_view::npos) {
+      begin_ += length + 1;
+      return true;
+    }
+  } while (refill());
+  return !line.empty();
+}
+
+bool Input::lineIsBuffered() const noexcept {
+  return buffered().find('\n') != std::string_view::npos;
+}
+
+std::string_view Input::buffered() const noexcept {
+  return {buffer_.data() + begin_, end_ - begin_};
+}
+
+/// Waits for one character, and takes what there is behind it without waiting; false at the end.
+bool Input::refill() {
+  buffer_.resize(kLineBufferSize);
+  begin_ = end_ = 0;
   errno = 0;
-  if (std::getline(*stream_, line)) return true;
-  requireNoFailure();
-  return false;
+  char first = 0;
+  if (!stream_->get(first)) {
+    requireNoFailure();
+    return false;
+  }
+  buffer_[end_++] = first;
+  std::streamsize taken = 0;
+  do {
+    taken = stream_->readsome(buffer_.data() + end_,
+                              static_cast<std::streamsize>(buffer_.size() - end_));
+    end_ += static_cast<std::size_t>(taken);
+  } while (taken > 0);
+  return true;
 }
 
 void Input::requireNoFailure() const {
@@ -93,7 +134,9 @@ std::optional<Document> DocumentSource::next() {
         input_.reset();
         return document;
       }
-      if (std::optional<Document> line = nextLine()) return line;
+      while (readLine(document)) {
+        if (!isBlank(document)) return document;
+      }
       input_.reset();
     } catch (const InputError& error) {
       input_.reset();
@@ -105,21 +148,25 @@ std::optional<Document> DocumentSource::next() {
   return std::nullopt;
 }
 
-std::optional<Document> DocumentSource::nextLine() {
-  Document document;
-  while (input_->readLine(document.text)) {
-    ++line_;
-    std::string_view content = document.text;
-    if (line_ == 1 && content.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
-      content.remove_prefix(kByteOrderMark.size());
-    }
-    if (isWhiteSpace(content)) continue;
-    document.path = paths_[nextPath_ - 1];
-    document.name = document.path + ":" + std::to_string(line_);
-    document.line = line_;
-    return document;
+std::optional<std::vector<Document>> DocumentSource::nextBatch() {
+  std::optional<Document> first = next();
+  if (!first) return std::nullopt;
+  std::vector<Document> batch;
+  batch.push_back(std::move(*first));
+  while (input_ && input_->lineIsBuffered()) {
+    Document document;
+    readLine(document);
+    if (!isBlank(document)) batch.push_back(std::move(document));
   }
-  return std::nullopt;
+  return batch;
+}
+
+bool DocumentSource::readLine(Document& document) {
+  if (!input_->readLine(document.text)) return false;
+  document.line = ++line_;
+  document.path = paths_[nextPath_ - 1];
+  document.name = document.path + ":" + std::to_string(line_);
+  return true;
 }
 
 }  // namespace tessel_tool

@@ -33,14 +33,22 @@ class Input {
 
   /// Everything from here to the end. @throws InputError
   std::string readAll();
-  /// The next line, without its line feed; false at the end. @throws InputError
+  /// The next line, without its line feed; false at the end. Waits for no more than the line.
+  /// @throws InputError
   bool readLine(std::string& line);
+  /// Whether the next line has been read already, so that `readLine` neither waits nor fails.
+  bool lineIsBuffered() const noexcept;
 
  private:
+  bool refill();
+  std::string_view buffered() const noexcept;
   void requireNoFailure() const;
 
   std::ifstream file_;
   std::istream* stream_;
+  std::vector<char> buffer_;  // of lines; empty until the first is asked for
+  std::size_t begin_ = 0;     // what is in it and was not given yet
+  std::size_t end_ = 0;
 };
 
 /// One document as it was read, or the reason why it was not.
@@ -58,7 +66,7 @@ struct Document {
 
 /// The documents of several inputs, one after the other: whole inputs, or one for each of their
 /// lines that is not white space alone. An input that cannot be read gives one document that says
-/// so. Only one document is in memory.
+/// so. No more is read ahead than one buffer of lines.
 class DocumentSource {
  public:
   enum class Unit { kWholeInput, kLine };
@@ -68,9 +76,12 @@ class DocumentSource {
 
   /// The next document; nothing at the end.
   std::optional<Document> next();
+  /// The next document and, of lines, those after it that can be had without waiting; nothing at
+  /// the end. All but the first are 64 KiB together at most.
+  std::optional<std::vector<Document>> nextBatch();
 
  private:
-  std::optional<Document> nextLine();
+  bool readLine(Document& document);
 
   std::vector<std::string> paths_;
   std::size_t nextPath_ = 0;

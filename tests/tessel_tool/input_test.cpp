@@ -2,10 +2,12 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "reference_host/json/parse.hpp"
@@ -39,6 +41,17 @@ class InputTest : public testing::Test {
     }
     EXPECT_FALSE(source.next());
     return documents;
+  }
+
+  static std::vector<std::vector<Document>> batches(std::vector<std::string> paths,
+                                                    DocumentSource::Unit unit) {
+    DocumentSource source(std::move(paths), unit);
+    std::vector<std::vector<Document>> found;
+    while (std::optional<std::vector<Document>> batch = source.nextBatch()) {
+      found.push_back(std::move(*batch));
+    }
+    EXPECT_FALSE(source.nextBatch());
+    return found;
   }
 
   static std::string errorOf(const Document& document) {
@@ -119,6 +132,82 @@ TEST_F(InputTest, AByteOrderMarkCountsOnlyAtTheStart) {
 
 TEST_F(InputTest, AMarkBeforeWhiteSpaceMakesNoDocument) {
   EXPECT_THAT(all({file("marked", "\xef\xbb\xbf \n")}, DocumentSource::Unit::kLine), IsEmpty());
+}
+
+TEST_F(InputTest, LinesOfAnyLengthArriveWhole) {
+  // The lengths around those of the buffers on the way: a line may end with one, or be cut by it.
+  for (const std::size_t length :
+       {1U, 8190U, 8191U, 8192U, 65534U, 65535U, 65536U, 65537U, 131071U, 131072U, 1000000U}) {
+    SCOPED_TRACE(length);
+    std::vector<std::string> lines;
+    for (const char letter : {'a', 'b', 'c', 'd', 'e'}) {
+      lines.emplace_back(length, letter);
+      lines.emplace_back(1, letter);
+    }
+    for (const bool lastHasLineFeed : {true, false}) {
+      std::string content;
+      for (const std::string& line : lines) content += line + '\n';
+      if (!lastHasLineFeed) content.pop_back();
+      const std::string path = file("lines", content);
+      std::vector<std::string> texts;
+      for (Document& document : all({path}, DocumentSource::Unit::kLine)) {
+        EXPECT_EQ(document.name, path + ":" + std::to_string(texts.size() + 1));
+        texts.push_back(std::move(document.text));
+      }
+      EXPECT_EQ(texts, lines);
+    }
+  }
+}
+
+TEST_F(InputTest, BatchesHoldAllDocumentsInOrder) {
+  std::string content;
+  for (int number = 1; number <= 5000; ++number) {
+    content += number % 7 == 0 ? " \t\n" : "";
+    content += std::to_string(number) + std::string(static_cast<std::size_t>(number % 50), ' ');
+    content += '\n';
+  }
+  const std::string many = file("many", content);
+  const std::string missing = (folder_ / "missing").string();
+  const std::string few = file("few", "\n1\n2");
+  const std::vector<std::string> paths = {few, many, missing, few};
+  for (const auto unit : {DocumentSource::Unit::kLine, DocumentSource::Unit::kWholeInput}) {
+    const std::vector<Document> expected = all(paths, unit);
+    std::vector<Document> found;
+    for (std::vector<Document>& batch : batches(paths, unit)) {
+      EXPECT_GE(batch.size(), 1U);
+      if (unit == DocumentSource::Unit::kWholeInput) {
+        EXPECT_EQ(batch.size(), 1U);
+      }
+      for (Document& document : batch) found.push_back(std::move(document));
+    }
+    ASSERT_EQ(found.size(), expected.size());
+    for (std::size_t index = 0; index < found.size(); ++index) {
+      EXPECT_EQ(found[index].name, expected[index].name);
+      EXPECT_EQ(found[index].path, expected[index].path);
+      EXPECT_EQ(found[index].text, expected[index].text);
+      EXPECT_EQ(found[index].line, expected[index].line);
+      EXPECT_EQ(found[index].readError, expected[index].readError);
+    }
+  }
+}
+
+TEST_F(InputTest, BatchesAreBoundedInBytes) {
+  constexpr std::size_t kBound = 65536;
+  std::string content;
+  for (int number = 0; number < 20000; ++number) content += "12345678\n";
+  const std::string huge(3 * kBound, '1');
+  content += huge + '\n' + huge + "\n1\n2\n";
+  std::size_t most = 0;
+  for (const std::vector<Document>& batch :
+       batches({file("lines", content)}, DocumentSource::Unit::kLine)) {
+    std::size_t afterTheFirst = 0;
+    for (std::size_t index = 1; index < batch.size(); ++index) {
+      afterTheFirst += batch[index].text.size();
+    }
+    EXPECT_LE(afterTheFirst, kBound);
+    most = std::max(most, batch.size());
+  }
+  EXPECT_GT(most, 100U);
 }
 
 }  // namespace

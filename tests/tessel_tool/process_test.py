@@ -155,6 +155,61 @@ class Process(unittest.TestCase):
                     process.stdin.close()
                     self.assertEqual(process.wait(SECONDS), 0)
 
+    def test_whole_lines_are_answered_while_the_next_is_on_its_way(self):
+        begun, rest = BUTTON[:7].encode(), BUTTON[7:].encode() + b"\n"
+        for jobs in ("1", "4"):
+            with self.subTest(jobs=jobs):
+                with subprocess.Popen([TOOL, "import", "--ndjson", "--format", "json",
+                                       "--jobs", jobs], bufsize=0, stdin=subprocess.PIPE,
+                                      stdout=subprocess.PIPE) as process:
+                    process.stdin.write((BUTTON + "\n").encode() * 3 + begun)
+                    for answers in (3, 1):
+                        for _ in range(answers):
+                            ready, _, _ = select.select([process.stdout], [], [], SECONDS)
+                            self.assertTrue(ready, "no answer")
+                            json.loads(process.stdout.readline())
+                        process.stdin.write(rest + begun)
+                    process.stdin.close()
+                    # What is left of the input is no JSON.
+                    left = process.stdout.read().splitlines()
+                    self.assertEqual([len(json.loads(line)["nodes"]) for line in left], [1, 0])
+                    self.assertEqual(process.wait(SECONDS), 1)
+
+    def test_one_bad_line_stops_nothing_and_is_told_in_its_place(self):
+        lines = [BUTTON] * 3000
+        bad = (0, 1, 700, 2999)
+        for index in bad:
+            lines[index] = "}"
+        given = "\n".join(lines).encode()
+        for jobs in ("1", "4"):
+            with self.subTest(jobs=jobs):
+                done = subprocess.run([TOOL, "import", "--ndjson", "--format", "json", "--jobs",
+                                       jobs], input=given, stdout=subprocess.PIPE,
+                                      stderr=subprocess.STDOUT, timeout=SECONDS, check=False)
+                self.assertEqual(done.returncode, 1)
+                expected = []
+                for index in range(len(lines)):
+                    expected.append(f'{{"document":"-:{index + 1}"')
+                    if index in bad:
+                        expected.append(f"tessel: -: line {index + 1}, column 1: expected a value")
+                found = [line[:line.index(",")] if line.startswith("{") else line
+                         for line in done.stdout.decode().splitlines()]
+                self.assertEqual(found, expected)
+
+    def test_fail_fast_answers_nothing_after_the_first_failed_line(self):
+        for first_failed in (0, 1, 150, 2500):
+            lines = [BUTTON] * 3000
+            lines[first_failed] = lines[first_failed + 1] = "}"
+            given = "\n".join(lines).encode()
+            for jobs in ("1", "4"):
+                with self.subTest(first_failed=first_failed, jobs=jobs):
+                    done = tessel("import", "--ndjson", "--format", "json", "--fail-fast",
+                                  "--jobs", jobs, given=given)
+                    self.assert_failed(done, 1, f"tessel: -: line {first_failed + 1}, column 1: "
+                                                "expected a value\n")
+                    answers = [json.loads(line)["document"] for line in done.stdout.splitlines()]
+                    self.assertEqual(answers, [f"-:{n + 1}" for n in range(first_failed + 1)])
+
     def test_progress_shows_on_a_terminal_only_and_leaves_nothing(self):
         lines = self.file("lines.ndjson", (BUTTON + "\n") * 10)
         for arguments, shown in ((["--ndjson"], True), ([], False)):
