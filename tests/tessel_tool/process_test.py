@@ -13,6 +13,7 @@ import unittest
 TOOL = os.environ["TOOL"]
 BUNDLE = pathlib.Path(os.environ["BUNDLE"])
 ORDINARY_LIBRARY = os.environ["ORDINARY_LIBRARY"]
+OWN_ALLOCATOR = os.environ["OWN_ALLOCATOR"] == "1"
 SECONDS = 120
 
 BUTTON = '{"className":"button"}'
@@ -125,6 +126,14 @@ class Process(unittest.TestCase):
                                                 "there is no such bundle\n")
                 else:
                     self.assertEqual((done.returncode, done.stderr), (0, b""))
+
+    @unittest.skipUnless(OWN_ALLOCATOR, "the tool was built with the system's allocator")
+    def test_the_allocator_is_set_up_and_can_be_told_otherwise(self):
+        for variables, large_pages in (({}, b"1"), ({"MIMALLOC_LARGE_OS_PAGES": "0"}, b"0")):
+            with self.subTest(variables=variables):
+                done = tessel("--version", env={**os.environ, "MIMALLOC_VERBOSE": "1", **variables})
+                self.assertEqual(done.returncode, 0)
+                self.assertIn(b"option 'large_os_pages': " + large_pages + b"\n", done.stderr)
 
     def test_answers_keep_the_order_of_the_input(self):
         documents = []
