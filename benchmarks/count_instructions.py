@@ -2,8 +2,8 @@
 
 usage: count_instructions.py [--update] [--silent PROGRAM] PROGRAM COUNTS COMPILER
 
-PROGRAM is tessel_instructions. COUNTS is a JSON file with a table for each compiler: what one call
-may take, in instructions. Exit status: 0 when nothing grew by more than 5 %, 1 otherwise, 2 for a
+PROGRAM is tessel_instructions, built with COMPILER. COUNTS is a JSON file with a table for each
+compiler: what one call may take, in instructions. Exit status: 0 when nothing grew by more than 5 %, 1 otherwise, 2 for a
 failure. A compiler that the file does not know has nothing to be held against and passes.
 --update writes what was counted into the file. --silent names the program without log calls; the
 builds may take no more than 2 % above its.
@@ -23,6 +23,15 @@ CALLS = 20  # of each action, see instructions_main.cpp
 
 TRIGGER = re.compile(r"^desc: Trigger: Client Request: (.+)$", re.MULTILINE)
 TOTAL = re.compile(r"^(?:summary|totals): (\d+)", re.MULTILINE)
+
+
+def key_of(compiler):
+    """The compiler's name and major version: what counts are kept under."""
+    def ask(option):
+        return subprocess.run([compiler, option], capture_output=True, text=True,
+                              check=True).stdout
+    name = "clang" if "clang" in ask("--version") else "g++"
+    return f"{name} {ask('-dumpversion').strip().split('.')[0]}"
 
 
 def count(program):
@@ -62,7 +71,7 @@ def compare(counts, allowed):
 
 def compare_with_silent(counts, silent):
     """What the log calls cost while diagnostics are off, over all builds."""
-    builds = [name for name in counts if name.startswith("build ")]
+    builds = [name for name in counts if name.startswith("build: ")]
     ratio = sum(counts[name] for name in builds) / sum(silent[name] for name in builds)
     good = ratio <= ALLOWED_FOR_LOGGING
     print(f"builds with diagnostics off / with no log call compiled in: {ratio:.4f} "
@@ -80,23 +89,24 @@ def main():
     options = parser.parse_args()
 
     counts = count(options.program)
+    compiler = key_of(options.compiler)
     good = True
     if options.silent:
         good = compare_with_silent(counts, count(options.silent))
     known = json.loads(options.counts.read_text()) if options.counts.exists() else {}
     if options.update:
-        known[options.compiler] = counts
+        known[compiler] = counts
         options.counts.write_text(json.dumps(known, indent=2, sort_keys=True) + "\n")
-    if options.compiler in known:
-        good = compare(counts, known[options.compiler]) and good
+    if compiler in known:
+        good = compare(counts, known[compiler]) and good
     else:
-        print(f"{options.counts} has no counts for {options.compiler}: nothing to compare with")
+        print(f"{options.counts} has no counts for {compiler}: nothing to compare with")
     return 0 if good else 1
 
 
 if __name__ == "__main__":
     try:
         sys.exit(main())
-    except (OSError, RuntimeError, ValueError) as error:
+    except (OSError, RuntimeError, ValueError, subprocess.CalledProcessError) as error:
         print(f"count_instructions.py: {error}", file=sys.stderr)
         sys.exit(2)

@@ -34,11 +34,11 @@ void count(const std::string& name, const Action& action) {
 void countKind(Kind kind) {
   const auto controls = benchmarks::controlsOf(kind, kControlsOfKind);
   const std::string name = benchmarks::nameOf(kind);
-  count("recognition of a " + name, [&] {
+  count("recognition: " + name, [&] {
     for (const auto& control : controls) benchmarks::recognize(*control->claimed().front().json);
   });
   std::vector<gx::zero::Model> models;
-  count("build of a " + name, [&] {
+  count("build: " + name, [&] {
     for (const auto& control : controls) {
       const auto& object = control->claimed().front();
       models.push_back(gx::zero::Model::create());
@@ -49,7 +49,7 @@ void countKind(Kind kind) {
 
 void countStrangers() {
   const benchmarks::Corpus corpus(benchmarks::DocumentGenerator().strangerLine());
-  count("recognition of what is nothing of ours", [&] {
+  count("recognition: nothing of ours", [&] {
     for (std::size_t round = 0; round < kControlsOfKind; ++round) {
       for (const auto* object : corpus.strangers()) benchmarks::recognize(*object);
     }
