@@ -1,5 +1,10 @@
 /// @file
 /// Sets up the allocator that stands in for the system's wherever this file is linked.
+///
+/// Nearly half of what the import of a usual document takes in a fresh process is the first touch
+/// of its memory, page by page. So the first 32 MiB, which such an import does with, are asked for
+/// in large pages. Beyond them large pages may cost more than they save: that depends on how the
+/// system comes by them. Whoever sets MIMALLOC_LARGE_OS_PAGES decides for all memory instead.
 
 #include <mimalloc.h>
 
@@ -7,15 +12,17 @@ namespace {
 
 using Initializer = void (*)(int, char**, char**);
 
-/// Half of what the import of one document takes in a fresh process is the first touch of its
-/// memory, page by page: let the system give larger pages where it has them. Whoever sets
-/// MIMALLOC_LARGE_OS_PAGES has the last word.
 void askForLargePages(int, char**, char**) {
   mi_option_set_enabled_default(mi_option_large_os_pages, true);
 }
 
-/// The allocator keeps to what it was told at its first allocation, which the initializers of the
-/// shared libraries make, long before `main`: this section is gone through before them.
+/// This section is gone through before the initializers of the shared libraries, and these make the
+/// first allocation, with which the allocator takes its first piece of memory.
 [[gnu::section(".preinit_array"), gnu::used]] const Initializer kBeforeLibraries = askForLargePages;
+
+[[maybe_unused]] const bool kLargePagesAfterwards = [] {
+  mi_option_set_enabled_default(mi_option_large_os_pages, false);
+  return mi_option_is_enabled(mi_option_large_os_pages);
+}();
 
 }  // namespace
