@@ -23,7 +23,7 @@ void appendErrorAsJson(std::string& out, const std::string& message, bool oneLin
 }
 
 /// The document's value; nothing, and the reason, when it cannot be read or parsed.
-std::optional<Value> valueOf(const Document& document, std::string& reason) {
+std::optional<Value> valueOf(Document& document, std::string& reason) {
   reason = document.readError;
   if (!reason.empty()) return std::nullopt;
   try {
@@ -43,7 +43,7 @@ ExitStatus runExplain(BuilderServices& services, const ExplainOptions& options) 
   DocumentSource source(
       files, options.ndjson ? DocumentSource::Unit::kLine : DocumentSource::Unit::kWholeInput);
   ExitStatus status = ExitStatus::kSuccess;
-  while (const std::optional<Document> document = source.next()) {
+  while (std::optional<Document> document = source.next()) {
     std::string out;
     std::string reason;
     const std::optional<Value> value = valueOf(*document, reason);

@@ -50,7 +50,7 @@ void appendError(std::string& out, const ImportError& error) {
 }  // namespace
 
 ImportAnswer importOne(const std::vector<reference_host::importer::NamedBuilder>& builders,
-                       const Document& document, reference_host::importer::OnError onError,
+                       Document& document, reference_host::importer::OnError onError,
                        bool withLog) {
   ImportAnswer answer;
   answer.document = document.name;

@@ -26,8 +26,7 @@ struct ImportAnswer {
 
 /// Imports one document into a model of its own.
 ImportAnswer importOne(const std::vector<reference_host::importer::NamedBuilder>& builders,
-                       const Document& document, reference_host::importer::OnError onError,
-                       bool withLog);
+                       Document& document, reference_host::importer::OnError onError, bool withLog);
 
 /// Appends the answer as a JSON object and a line feed.
 /// @param oneLine one line without white space, else indented.

@@ -68,9 +68,9 @@ ExitStatus runImport(BuilderServices& services, const ImportOptions& options) {
 
   runInOrder(
       options.jobs, [&] { return source.nextBatch(); },
-      [&](const std::vector<Document>& batch) {
+      [&](std::vector<Document>& batch) {
         WrittenAnswers answers;
-        for (const Document& document : batch) {
+        for (Document& document : batch) {
           answers.append(importOne(builders, document, onError, options.log), options);
           if (answers.failed != 0 && options.failFast) break;
         }

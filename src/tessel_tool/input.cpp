@@ -102,13 +102,13 @@ void Input::requireNoFailure() const {
   if (stream_->bad()) throw InputError(systemReason());
 }
 
-foundation::json::Value Document::parse() const {
+foundation::json::Value Document::parse() {
   try {
     // Only the start of an input may have a byte order mark; elsewhere it is a fault of the text.
     if (line > 1 && std::string_view(text).substr(0, kByteOrderMark.size()) == kByteOrderMark) {
       reference_host::json::checkSyntax(text);
     }
-    return reference_host::json::parse(text);
+    return reference_host::json::parseInPlace(std::move(text));
   } catch (const reference_host::json::ParseError& error) {
     if (line == 1) throw;
     throw reference_host::json::ParseError(line + error.line() - 1, error.column(), error.reason());

@@ -59,9 +59,9 @@ struct Document {
   std::size_t line = 1;   ///< where in the input the text begins
   std::string readError;  ///< not empty when the input could not be read
 
-  /// The document's value.
+  /// The document's value; the text is used up.
   /// @throws reference_host::json::ParseError with the line as counted in the input.
-  foundation::json::Value parse() const;
+  foundation::json::Value parse();
 };
 
 /// The documents of several inputs, one after the other: whole inputs, or one for each of their

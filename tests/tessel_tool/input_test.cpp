@@ -54,7 +54,7 @@ class InputTest : public testing::Test {
     return found;
   }
 
-  static std::string errorOf(const Document& document) {
+  static std::string errorOf(Document document) {
     try {
       document.parse();
       return "";

@@ -3,7 +3,6 @@
 #include <simdjson.h>
 
 #include <cstdint>
-#include <cstring>
 #include <new>
 #include <optional>
 #include <utility>
@@ -22,6 +21,10 @@ using simdjson::error_code;
 namespace ondemand = simdjson::ondemand;
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+bool startsWithMark(std::string_view utf8) noexcept {
+  return utf8.substr(0, kByteOrderMark.size()) == kByteOrderMark;
+}
 
 /// The parser library misreads some numbers of 20 significant digits and more (until its version
 /// 3.6.3) and refuses exponents of 20 digits. A shorter text can hold neither.
@@ -193,7 +196,7 @@ error_code ValueReader::open(ondemand::object source, Value& target) {
 ///
 /// The parser library treats a scalar that stands alone in ways of its own, and limits its length;
 /// between brackets it is read like any other.
-error_code readBracketed(const simdjson::padded_string& text, Value& target) {
+error_code readBracketed(simdjson::padded_string_view text, Value& target) {
   ondemand::parser parser;
   ondemand::document document;
   SIMDJSON_TRY(parser.iterate(text).get(document));
@@ -211,12 +214,27 @@ error_code readBracketed(const simdjson::padded_string& text, Value& target) {
   return more || !atEnd ? simdjson::TRAILING_CONTENT : simdjson::SUCCESS;
 }
 
-simdjson::padded_string bracketed(std::string_view text) {
-  simdjson::padded_string copy = paddedRoom(text.size() + 2);
-  copy.data()[0] = '[';
-  if (!text.empty()) std::memcpy(copy.data() + 1, text.data(), text.size());
-  copy.data()[text.size() + 1] = ']';
-  return copy;
+/// How much longer than a text its form is that is read: the brackets, and the padding.
+constexpr std::size_t kSurplus = 2 + simdjson::SIMDJSON_PADDING;
+
+void requireParsableLength(std::string_view utf8) {
+  if (utf8.size() > simdjson::SIMDJSON_MAXSIZE_BYTES - 2) {
+    throw ParseError(1, 1, "text of 4 GiB or more");
+  }
+}
+
+/// Closes the brackets around a text that follows one, adds the padding, and reads it.
+Value parseBracketed(std::string& text) {
+  text += ']';
+  const std::size_t length = text.size();
+  text.append(simdjson::SIMDJSON_PADDING, ' ');
+  Value value;
+  const error_code error =
+      readBracketed(simdjson::padded_string_view(text.data(), length, text.size()), value);
+  if (error == simdjson::SUCCESS) return value;
+  if (error == simdjson::MEMALLOC) throw std::bad_alloc();
+  checkSyntax(std::string_view(text).substr(1, length - 2));
+  throw ParseError(1, 1, simdjson::error_message(error));
 }
 
 }  // namespace
@@ -229,18 +247,20 @@ ParseError::ParseError(std::size_t line, std::size_t column, const std::string& 
       reason_(reason) {}
 
 Value parse(std::string_view utf8) {
-  if (utf8.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
-    utf8.remove_prefix(kByteOrderMark.size());
-  }
-  if (utf8.size() > simdjson::SIMDJSON_MAXSIZE_BYTES - 2) {
-    throw ParseError(1, 1, "text of 4 GiB or more");
-  }
-  Value value;
-  const error_code error = readBracketed(bracketed(utf8), value);
-  if (error == simdjson::SUCCESS) return value;
-  if (error == simdjson::MEMALLOC) throw std::bad_alloc();
-  checkSyntax(utf8);
-  throw ParseError(1, 1, simdjson::error_message(error));
+  if (startsWithMark(utf8)) utf8.remove_prefix(kByteOrderMark.size());
+  requireParsableLength(utf8);
+  std::string text;
+  text.reserve(utf8.size() + kSurplus);
+  text += '[';
+  text += utf8;
+  return parseBracketed(text);
+}
+
+Value parseInPlace(std::string utf8) {
+  requireParsableLength(utf8);
+  utf8.reserve(utf8.size() + kSurplus);
+  utf8.replace(0, startsWithMark(utf8) ? kByteOrderMark.size() : 0, "[");
+  return parseBracketed(utf8);
 }
 
 }  // namespace reference_host::json

@@ -13,6 +13,7 @@ namespace {
 using reference_host::json::checkSyntax;
 using reference_host::json::parse;
 using reference_host::json::ParseError;
+using reference_host::json::parseInPlace;
 using namespace std::string_literals;
 
 struct Row {
@@ -23,19 +24,25 @@ struct Row {
   const char* reason;
 };
 
+template <typename Parse>
+void expectRefusal(const Row& row, const Parse& parseText) {
+  try {
+    parseText();
+    ADD_FAILURE() << "it was accepted";
+  } catch (const ParseError& error) {
+    EXPECT_EQ(error.line(), row.line);
+    EXPECT_EQ(error.column(), row.column);
+    EXPECT_EQ(error.reason(), row.reason);
+    EXPECT_EQ(error.what(), "line " + std::to_string(row.line) + ", column " +
+                                std::to_string(row.column) + ": " + row.reason);
+  }
+}
+
 void expectRefusals(const std::vector<Row>& rows) {
   for (const Row& row : rows) {
     SCOPED_TRACE(row.description);
-    try {
-      parse(row.text);
-      ADD_FAILURE() << "it was accepted";
-    } catch (const ParseError& error) {
-      EXPECT_EQ(error.line(), row.line);
-      EXPECT_EQ(error.column(), row.column);
-      EXPECT_EQ(error.reason(), row.reason);
-      EXPECT_EQ(error.what(), "line " + std::to_string(row.line) + ", column " +
-                                  std::to_string(row.column) + ": " + row.reason);
-    }
+    expectRefusal(row, [&row] { parse(row.text); });
+    expectRefusal(row, [&row] { parseInPlace(row.text); });
   }
 }
 

@@ -19,6 +19,7 @@ using foundation::json::Null;
 using foundation::json::Value;
 using reference_host::json::checkSyntax;
 using reference_host::json::parse;
+using reference_host::json::parseInPlace;
 using Array = Value::Array;
 using Object = Value::Object;
 using namespace std::string_literals;
@@ -33,6 +34,7 @@ void expectValues(const std::vector<Row>& rows) {
   for (const Row& row : rows) {
     SCOPED_TRACE(row.description);
     EXPECT_EQ(parse(row.text), row.value);
+    EXPECT_EQ(parseInPlace(row.text), row.value);
     EXPECT_NO_THROW(checkSyntax(row.text));
   }
 }
@@ -180,6 +182,8 @@ TEST(ParseTest, ZeroKeepsItsSign) {
 TEST(ParseTest, SkipsALeadingByteOrderMark) {
   EXPECT_EQ(parse("\uFEFF{\"a\":1}"), Value(Object{{"a", 1.0}}));
   EXPECT_EQ(parse("\uFEFF 1"), Value(1.0));
+  EXPECT_EQ(parseInPlace("\uFEFF{\"a\":1}"), Value(Object{{"a", 1.0}}));
+  EXPECT_EQ(parseInPlace("\uFEFF 1"), Value(1.0));
 }
 
 std::string nestedText(std::size_t depth) {
