@@ -20,6 +20,7 @@ void askForLargePages(int, char**, char**) {
 /// first allocation, with which the allocator takes its first piece of memory.
 [[gnu::section(".preinit_array"), gnu::used]] const Initializer kBeforeLibraries = askForLargePages;
 
+/// The allocator reads the option again for every further piece: off from here on.
 [[maybe_unused]] const bool kLargePagesAfterwards = [] {
   mi_option_set_enabled_default(mi_option_large_os_pages, false);
   return mi_option_is_enabled(mi_option_large_os_pages);

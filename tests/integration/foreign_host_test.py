@@ -24,7 +24,8 @@ FORWARDING = HERE / "forwarding"
 # The operations without a name of their own, where each is, and how its declarations are told from
 # what is named alike.
 RENAMED = {
-    "foundation/json.hpp": [(r"(?<!std::)\b(get_if)\b", {"get_if"})],
+    "foundation/json.hpp": [(r"(?<!std::)\b(get_if)\b", {"get_if"}),
+                            (r"\b(find_member)\(", {"find_member"})],
     "gx/zero.hpp": [(r"(?<!std::)\b(get_if)\b", {"get_if"}),
                     (r"\b(kind_code|held_element)\(", {"kind_code", "held_element"})],
     "gx/zero/collection.hpp": [(r"\b(admits_once|insert_last|elements_of)\(",

@@ -124,14 +124,15 @@ ValueMeta ModelElement::Impl::reflect(std::size_t) const {
 
 void ModelElement::Impl::requireOwnProperty(const meta::Property& property) const {
   const auto& properties = metaClass().get()->getProperties();
-  const auto isSame = [&property](const meta::Property& own) {
-    return &own == &property ||
-           (own.getName() == property.getName() && own.getType() == property.getType() &&
-            own.getKind() == property.getKind());
+  const auto isSame = [&property](const meta::Property& other) {
+    return &other == &property ||
+           (other.getName() == property.getName() && other.getType() == property.getType() &&
+            other.getKind() == property.getKind());
   };
   const std::size_t index = property.getIndex();
-  if (index >= properties.size() || !isSame(properties[index]))
+  if (index >= properties.size() || !isSame(properties[index])) {
     throw std::invalid_argument("the property is none of the element's class");
+  }
 }
 
 ValueMeta::ValueMeta(meta::Type type, meta::Property::Kind kind, ModelElement element) noexcept

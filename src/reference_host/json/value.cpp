@@ -67,7 +67,8 @@ void dismantle(Value& root) noexcept {
   }
 }
 
-/// How many containers the calling thread is destroying, one inside the other.
+/// How many containers the calling thread is destroying, one inside the other. (Where the library
+/// was loaded while the program runs, the system takes memory for it at a thread's first use.)
 thread_local int containersBeingDestroyed = 0;
 
 }  // namespace

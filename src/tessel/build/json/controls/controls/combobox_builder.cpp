@@ -78,10 +78,10 @@ void ComboboxBuilderImpl::applyComboboxData(const Model& model, ComboboxData dat
   applyDefaultValue(*fields, data);
   framework::applyField(*fields, data, kLinkedVariableKey, &ComboboxData::Impl::setLinkedVariable,
                         "Found the linkedVariable property", "Set the linkedVariable property");
-  if (const Value* items = framework::findMember(*fields, kItemsKey)) {
+  if (const Value* items = foundation::json::find_member(*fields, kItemsKey)) {
     applyItems(model, data, *items);
   }
-  if (const Value* itemLabels = framework::findMember(*fields, kItemLabelsKey)) {
+  if (const Value* itemLabels = foundation::json::find_member(*fields, kItemLabelsKey)) {
     applyItemLabels(model, data, *itemLabels);
   }
 }

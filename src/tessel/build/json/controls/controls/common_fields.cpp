@@ -42,10 +42,10 @@ std::uint64_t toColumn(double value) noexcept {
 }  // namespace
 
 void applyControlPosition(LumoControlPosition position, const Value& json) {
-  if (const Value* start = framework::findMember(json, kStartColumnKey)) {
+  if (const Value* start = foundation::json::find_member(json, kStartColumnKey)) {
     position.get()->setStartColumn(toColumn(framework::readDouble(*start)));
   }
-  if (const Value* end = framework::findMember(json, kEndColumnKey)) {
+  if (const Value* end = foundation::json::find_member(json, kEndColumnKey)) {
     position.get()->setEndColumn(toColumn(framework::readDouble(*end)));
   }
 }

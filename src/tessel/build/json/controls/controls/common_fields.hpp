@@ -23,10 +23,11 @@ void applyControlId(document::gxzero::LumoControlNode node, const foundation::js
 
 /// Sets the execution model and the label from "executionModel" and "text" in "context"."data",
 /// then the code from "text" of the control object itself, with a record before and after each.
+/// @param fields "context"."data", which the caller has found.
 /// @throws std::runtime_error the conversion error, for one that is not text.
-/// @param fields "context"."data"; found from the control object where it is not given.
 void applyControlData(lumocode::contentmodel::gxzero::LumoControlData data,
                       const foundation::json::Value& json, const foundation::json::Value& fields);
+/// The same, with the way to "context"."data" gone here.
 void applyControlData(lumocode::contentmodel::gxzero::LumoControlData data,
                       const foundation::json::Value& json);
 

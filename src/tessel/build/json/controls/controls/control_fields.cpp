@@ -7,10 +7,12 @@
 namespace tessel::build::json::controls {
 
 const foundation::json::Value* findControlFields(const foundation::json::Value& json) {
-  const foundation::json::Value* context = framework::findMember(json, framework::kContextKey);
+  const foundation::json::Value* context =
+      foundation::json::find_member(json, framework::kContextKey);
   if (context == nullptr) return nullptr;
   framework::logDiagnostic("Found the context property");
-  const foundation::json::Value* fields = framework::findMember(*context, framework::kDataKey);
+  const foundation::json::Value* fields =
+      foundation::json::find_member(*context, framework::kDataKey);
   if (fields != nullptr) framework::logDiagnostic("Found the context.data property");
   return fields;
 }

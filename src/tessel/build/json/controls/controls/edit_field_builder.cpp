@@ -70,7 +70,7 @@ void EditFieldBuilderImpl::applyEditFieldData(const Model& model, EditFieldData 
   framework::applyField(*fields, data, kValueTypeKey, &EditFieldData::Impl::setValueType,
                         "Found the valueType property", "Set the valueType property");
 
-  const Value* value = framework::findMember(*fields, kDefaultValueKey);
+  const Value* value = foundation::json::find_member(*fields, kDefaultValueKey);
   if (value == nullptr) return;
   // Meant: named after the element that is made, not after the key.
   framework::logDiagnostic("Found the defaultValueData property");

@@ -27,10 +27,12 @@ struct CompoundRelease {
 constexpr std::uint32_t kEveryLevel = 0xFFFFFFFF;
 const diagnostics_detail::LevelWord kLoggerNotAskedForYet{kEveryLevel};
 
-/// The logger, whose level word is known from now on.
+/// The logger; its level word is known from the first call on.
 Logger& knownLogger() {
   Logger& logger = tessel::shared::logging::getLogger();
-  diagnostics_detail::levelWord.store(&enabled_levels(logger), std::memory_order_release);
+  if (diagnostics_detail::levelWord.load(std::memory_order_relaxed) == &kLoggerNotAskedForYet) {
+    diagnostics_detail::levelWord.store(&enabled_levels(logger), std::memory_order_release);
+  }
   return logger;
 }
 

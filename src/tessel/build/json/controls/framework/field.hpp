@@ -21,7 +21,7 @@ template <typename Element, typename Impl, typename Result, typename Argument>
 void applyField(const foundation::json::Value& fields, const Element& element,
                 const std::string& key, Result (Impl::*setter)(Argument), const char* foundText,
                 const char* setText) {
-  const foundation::json::Value* member = findMember(fields, key);
+  const foundation::json::Value* member = foundation::json::find_member(fields, key);
   if (member == nullptr) return;
   logDiagnostic(foundText);
   (element.get()->*setter)(readAs<std::decay_t<Argument>>(*member));

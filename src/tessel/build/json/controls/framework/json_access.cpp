@@ -42,7 +42,7 @@ const Value& memberOrUndefined(const JsonMembers& members, const std::string& ke
 }
 
 const Value& memberOrUndefined(const Value& value, const std::string& key) {
-  const Value* member = findMember(value, key);
+  const Value* member = foundation::json::find_member(value, key);
   return member == nullptr ? kUndefined : *member;
 }
 

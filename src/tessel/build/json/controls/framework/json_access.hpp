@@ -14,9 +14,8 @@ namespace tessel::build::json::controls::framework {
 using JsonArray = std::vector<foundation::json::Value>;
 using JsonMembers = std::map<std::string, foundation::json::Value>;
 
-/// @throws std::runtime_error "invalid conversion: A to B" with the name of the alternative held
-/// and
-///         the one given.
+/// @throws std::runtime_error "invalid conversion: A to B" with the name of the alternative that is
+///         held and the one given.
 [[noreturn]] void throwInvalidConversion(const foundation::json::Value& held,
                                          const char* requestedName);
 
@@ -46,16 +45,11 @@ inline const JsonArray& readArray(const foundation::json::Value& value) {
   return readStrictly<JsonArray>(value);
 }
 
-/// The member under the key; null when there is none. What is no object has no members.
+/// The member under the key; null when there is none. (Of a value, the host finds a member.)
 inline const foundation::json::Value* findMember(const JsonMembers& members,
                                                  const std::string& key) {
   const auto member = members.find(key);
   return member == members.end() ? nullptr : &member->second;
-}
-inline const foundation::json::Value* findMember(const foundation::json::Value& value,
-                                                 const std::string& key) {
-  const auto* members = foundation::json::get_if<JsonMembers>(value);
-  return members == nullptr ? nullptr : findMember(*members, key);
 }
 
 /// The member under the key, or an Undefined value where there is none.

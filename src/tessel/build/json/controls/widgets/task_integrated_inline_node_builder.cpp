@@ -65,7 +65,7 @@ Node LumoTaskIntegratedInlineNodeBuilderImpl::build(const Model& model, const Va
 
 std::u16string LumoTaskIntegratedInlineNodeBuilderImpl::readStringProperty(const Value& json,
                                                                            const std::string& key) {
-  const Value* member = framework::findMember(json, key);
+  const Value* member = foundation::json::find_member(json, key);
   if (member == nullptr) return {};
   logSetting(key);
   return framework::readAs<std::u16string>(*member);
@@ -73,7 +73,7 @@ std::u16string LumoTaskIntegratedInlineNodeBuilderImpl::readStringProperty(const
 
 unsigned short LumoTaskIntegratedInlineNodeBuilderImpl::readUnsignedShortProperty(
     const Value& json, const std::string& key) {
-  const Value* member = framework::findMember(json, key);
+  const Value* member = foundation::json::find_member(json, key);
   if (member == nullptr) return 0;
   logSetting(key);
   return static_cast<unsigned short>(

@@ -68,7 +68,7 @@ class TESSEL_HOST_API Value {
     return std::get_if<T>(&held_);
   }
 
-  /// Makes this hold a `T` made of the arguments, which must not lie inside it.
+  /// Makes this hold a `T` made of the arguments, which are used up before what it held goes.
   template <typename T, typename... Arguments>
   T& emplace(Arguments&&... arguments) {
     return held_.template emplace<T>(T(std::forward<Arguments>(arguments)...));
@@ -109,6 +109,14 @@ inline Value::Value(Value&& other) noexcept = default;
 template <typename T>
 const T* get_if(const Value& value) noexcept {
   return value.get_if<T>();
+}
+
+/// The member under the key; null when there is none or the value is no object.
+inline const Value* find_member(const Value& value, const std::string& key) {
+  const auto* members = get_if<Value::Object>(value);
+  if (members == nullptr) return nullptr;
+  const auto member = members->find(key);
+  return member == members->end() ? nullptr : &member->second;
 }
 
 /// The name of an alternative as it appears in "invalid conversion: A to B".
