@@ -148,14 +148,19 @@ TEST_F(Append, AnEmptyHandleIsPassedOver) {
 }
 
 TEST_F(Append, AProxyIsInsertedWithoutTestAndWithoutContainer) {
-  const auto items = sequence(kOnceWithOpposite);
-  const ComboboxItem proxy = createProxy();
-  append(*items, proxy);
-  append(*items, proxy);
-  EXPECT_EQ(items->size(), 2U);
-  EXPECT_EQ(committed(), 2U);
-  EXPECT_FALSE(proxy.get()->getOwner());
-  EXPECT_FALSE(contains(*items, proxy));
+  // Asking the element for its container, and looking through the sequence.
+  for (const CollectionTraits& traits : {kOnceWithOpposite, kOnceContaining, kOnceReferring}) {
+    SCOPED_TRACE(testing::Message() << "composite: " << traits.composite);
+    const auto items = sequence(traits);
+    const ComboboxItem proxy = createProxy();
+    const std::size_t before = committed();
+    append(*items, proxy);
+    append(*items, proxy);
+    EXPECT_EQ(items->size(), 2U);
+    EXPECT_EQ(committed(), before + 2);
+    EXPECT_FALSE(proxy.get()->getOwner());
+    EXPECT_FALSE(contains(*items, proxy));
+  }
 }
 
 TEST_F(Append, AnElementOfAnotherModelIsTheModelsOwnError) {
