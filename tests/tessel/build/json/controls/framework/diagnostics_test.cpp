@@ -4,11 +4,15 @@
 
 #include <atomic>
 #include <boost/log/core/core.hpp>
+#include <boost/log/core/record.hpp>
 #include <boost/log/sinks/basic_sink_backend.hpp>
 #include <boost/log/sinks/unlocked_frontend.hpp>
+#include <boost/log/sources/record_ostream.hpp>
 #include <boost/make_shared.hpp>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
+#include <future>
 #include <mutex>
 #include <stdexcept>
 #include <string>
@@ -104,6 +108,38 @@ TEST(Diagnostics, WithTheCoreDisabledNoRecordIsOpened) {
   boost::log::core::get()->set_logging_enabled(true);
   EXPECT_EQ(filter.opened(), 0);
   EXPECT_TRUE(capture.records().empty());
+}
+
+TEST(Diagnostics, WithTheCoreDisabledNobodyWaitsForTheLock) {
+  const LogCapture capture;
+  boost::log::core::get()->set_logging_enabled(false);
+  std::unique_lock<foundation::log::slim_lock> guard(lock(shared::logging::getLogger()));
+  const std::future<void> other =
+      std::async(std::launch::async, [] { logDiagnostic("not written"); });
+  EXPECT_EQ(other.wait_for(std::chrono::seconds(10)), std::future_status::ready);
+  guard.unlock();
+  other.wait();
+  boost::log::core::get()->set_logging_enabled(true);
+}
+
+TEST(Diagnostics, ARecordLeavesItsStreamToTheNext) {
+  using StreamProvider = boost::log::aux::stream_provider<char>;
+  // Boost.Log keeps the streams of a thread: a new thread has none but those of its records.
+  std::thread([] {
+    const LogCapture capture;
+    logDiagnostic("first");
+    const auto allocationsForAStream = [] {
+      auto& logger = shared::logging::getLogger();
+      boost::log::record record = boost::log::core::get()->open_record(attributes(logger));
+      EXPECT_TRUE(record);
+      return test_support::allocationsOf([&record] {
+        StreamProvider::release_compound(StreamProvider::allocate_compound(record));
+      });
+    };
+    const std::size_t afterARecord = allocationsForAStream();
+    const std::size_t withAStreamThere = allocationsForAStream();
+    EXPECT_EQ(afterARecord, withAStreamThere);
+  }).join();
 }
 
 TEST(Diagnostics, ARejectedRecordProducesNoText) {
