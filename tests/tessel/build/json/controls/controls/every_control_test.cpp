@@ -10,6 +10,7 @@
 #include "control_kinds.hpp"
 #include "controls/control_builders.hpp"
 #include "reference_host/export/export.hpp"
+#include "support/allocation_count.hpp"
 #include "support/control_fields.hpp"
 #include "support/json.hpp"
 
@@ -265,6 +266,27 @@ TEST_P(EveryControl, CreatesItsElementsInOrder) {
     classes.push_back(element->metaClass().get()->getQualifiedName());
   }
   EXPECT_EQ(classes, expected);
+}
+
+TEST_P(EveryControl, CreatesItsRecordOnceTheIdIsSet) {
+  // Seen only where memory ends between the two.
+  const std::string id = "an id that takes memory of its own";
+  Value control = fullCase().json();
+  control["controlId"] = Value(id);
+  kind_.builder->build(gx::zero::Model::create(), control);  // makes what is made once
+  std::size_t endedBetween = 0;
+  const auto buildWithin = [&](test_support::LimitedMemory& memory) {
+    SCOPED_TRACE(memory.successes());
+    const gx::zero::Model model = gx::zero::Model::create();
+    memory.run([&] { kind_.builder->build(model, control); });
+    const std::size_t elements = model.get()->getElements().size();
+    const bool hasId = test_support::exportedRoots(model).find(id) != std::string::npos;
+    // The third one, after the node and its position.
+    EXPECT_TRUE(elements < 3 || hasId);
+    if (elements == 2 && hasId) ++endedBetween;
+  };
+  test_support::sweepAllocations(test_support::Refusal::kFromThenOn, buildWithin);
+  EXPECT_GT(endedBetween, 0U);
 }
 
 TEST_P(EveryControl, ReturnsTheOnlyHandle) {
