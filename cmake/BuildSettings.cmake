@@ -13,6 +13,9 @@ if(NOT MSVC)
   add_compile_options(-fno-semantic-interposition)
 endif()
 
+# Without optimisation the parser library checks its users, in memory that it does not check to have.
+add_compile_definitions(SIMDJSON_DEVELOPMENT_CHECKS=0)
+
 add_library(tessel_warnings INTERFACE)
 if(MSVC)
   target_compile_options(tessel_warnings INTERFACE /W4 /permissive- /utf-8
