@@ -4,11 +4,10 @@
 #include <string_view>
 #include <utility>
 
-#include "controls/control_builders.hpp"
 #include "gx/zero.hpp"
 #include "plain_dispatch.hpp"
 #include "reference_host/json/parse.hpp"
-#include "widgets/task_builders.hpp"
+#include "support/all_builders.hpp"
 
 namespace benchmarks {
 
@@ -65,47 +64,14 @@ std::size_t builtOrThrow(const reference_host::importer::ImportResult& result) {
 
 }  // namespace
 
-const std::vector<NamedBuilder::Service>& builderServices() {
-  namespace controls = tessel::build::json::controls;
-  namespace widgets = tessel::build::json::widgets;
-  static const std::vector<NamedBuilder::Service> all = [] {
-    const auto task = std::make_shared<widgets::LumoTaskIntegratedInlineNodeBuilderImpl>();
-    return std::vector<NamedBuilder::Service>{
-        std::make_shared<controls::ButtonBuilderImpl>(),
-        std::make_shared<controls::CheckBoxBuilderImpl>(),
-        std::make_shared<controls::ColorPickerBuilderImpl>(),
-        std::make_shared<controls::ComboboxBuilderImpl>(),
-        std::make_shared<controls::DatePickerBuilderImpl>(),
-        std::make_shared<controls::EditFieldBuilderImpl>(),
-        std::make_shared<controls::FileBrowserBuilderImpl>(),
-        std::make_shared<widgets::LumoTaskHeaderBuilderImpl>(task),
-        task,
-        std::make_shared<controls::RangeSliderNodeBuilderImpl>(),
-        std::make_shared<controls::SliderNodeBuilderImpl>(),
-        std::make_shared<controls::SpinnerNodeBuilderImpl>(),
-        std::make_shared<controls::StateButtonBuilderImpl>()};
-  }();
-  return all;
-}
-
-const std::vector<NamedBuilder>& builders() {
-  static const std::vector<NamedBuilder> all = [] {
-    std::vector<NamedBuilder> named;
-    for (const auto& service : builderServices()) {
-      named.emplace_back("builder " + std::to_string(named.size() + 1), service);
-    }
-    return named;
-  }();
-  return all;
-}
-
 std::size_t importText(const std::string& text) {
   return importValue(reference_host::json::parse(text));
 }
 
 std::size_t importValue(const Value& document) {
   const gx::zero::Model model = gx::zero::Model::create();
-  return builtOrThrow(reference_host::importer::importDocument(builders(), model, document));
+  return builtOrThrow(
+      reference_host::importer::importDocument(test_support::allBuilders(), model, document));
 }
 
 Corpus::Corpus(std::string text)
@@ -119,7 +85,7 @@ void Corpus::sort(const Value& value) {
   }
   const auto* members = value.get_if<Value::Object>();
   if (members == nullptr) return;
-  for (const NamedBuilder& builder : builders()) {
+  for (const NamedBuilder& builder : test_support::allBuilders()) {
     if (!builder.canBuild(value)) continue;
     claimed_.push_back({&builder, &value, plainControl(value)});
     return;

@@ -17,11 +17,6 @@ namespace benchmarks {
 
 using reference_host::importer::NamedBuilder;
 
-/// The thirteen builders, in the order in which a host asks them.
-const std::vector<NamedBuilder>& builders();
-/// The same, without the names.
-const std::vector<NamedBuilder::Service>& builderServices();
-
 /// Imports into a model of its own and destroys everything.
 /// @return the count of nodes built.
 /// @throws std::runtime_error when an object failed.

@@ -5,9 +5,9 @@
 #include <string_view>
 #include <variant>
 
-#include "corpus.hpp"
 #include "framework/diagnostics.hpp"
 #include "framework/json_access.hpp"
+#include "support/all_builders.hpp"
 #include "tessel/build/json/core.hpp"
 
 namespace benchmarks {
@@ -97,10 +97,9 @@ std::size_t recognizeLiterally(const Value& json) {
 
 std::size_t recognize(const Value& json) {
   std::size_t claims = 0;
-  for (const NamedBuilder::Service& service : builderServices()) {
-    if (std::visit([&json](const auto& builder) { return builder->canBuild(json); }, service)) {
-      ++claims;
-    }
+  for (const test_support::BuilderService& each : test_support::allBuilderServices()) {
+    const auto ask = [&json](const auto& builder) { return builder->canBuild(json); };
+    if (std::visit(ask, each.service)) ++claims;
   }
   return claims;
 }

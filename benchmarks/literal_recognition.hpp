@@ -10,7 +10,7 @@
 
 namespace benchmarks {
 
-/// One question for each builder, in the order of `builders()`.
+/// One question for each builder, in the order in which a host asks them.
 /// @return how many say yes.
 std::size_t recognizeLiterally(const foundation::json::Value& json);
 

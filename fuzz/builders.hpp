@@ -1,15 +1,12 @@
 #pragma once
 
 /// @file
-/// The thirteen builders, without a service runtime around them.
+/// The thirteen builders, as the tests have them.
 
-#include <vector>
-
-#include "reference_host/importer/importer.hpp"
+#include "support/all_builders.hpp"
 
 namespace fuzz {
 
-/// All of them, in the manifest's order, under their class names without namespaces.
-const std::vector<reference_host::importer::NamedBuilder>& allBuilders();
+using test_support::allBuilders;
 
 }  // namespace fuzz

@@ -5,17 +5,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "controls/control_builders.hpp"
 #include "foundation/json.hpp"
 #include "gx/zero.hpp"
 #include "reference_host/importer/importer.hpp"
 #include "reference_host/json/parse.hpp"
-#include "widgets/task_builders.hpp"
+#include "support/all_builders.hpp"
 
 namespace benchmarks {
 namespace {
@@ -108,25 +106,9 @@ TEST(DocumentGenerator, KeepsToTheSize) {
 }
 
 TEST(DocumentGenerator, MakesControlsThatBuild) {
-  namespace controls = tessel::build::json::controls;
-  namespace widgets = tessel::build::json::widgets;
-  const auto task = std::make_shared<widgets::LumoTaskIntegratedInlineNodeBuilderImpl>();
-  const std::vector<reference_host::importer::NamedBuilder> builders = {
-      {"button", std::make_shared<controls::ButtonBuilderImpl>()},
-      {"check box", std::make_shared<controls::CheckBoxBuilderImpl>()},
-      {"colour picker", std::make_shared<controls::ColorPickerBuilderImpl>()},
-      {"combo box", std::make_shared<controls::ComboboxBuilderImpl>()},
-      {"date picker", std::make_shared<controls::DatePickerBuilderImpl>()},
-      {"edit field", std::make_shared<controls::EditFieldBuilderImpl>()},
-      {"file browser", std::make_shared<controls::FileBrowserBuilderImpl>()},
-      {"range slider", std::make_shared<controls::RangeSliderNodeBuilderImpl>()},
-      {"slider", std::make_shared<controls::SliderNodeBuilderImpl>()},
-      {"spinner", std::make_shared<controls::SpinnerNodeBuilderImpl>()},
-      {"state button", std::make_shared<controls::StateButtonBuilderImpl>()},
-      {"task", task},
-      {"task header", std::make_shared<widgets::LumoTaskHeaderBuilderImpl>(task)}};
   const auto result = reference_host::importer::importDocument(
-      builders, gx::zero::Model::create(), reference_host::json::parse(generateControls(13 * 200)));
+      test_support::allBuilders(), gx::zero::Model::create(),
+      reference_host::json::parse(generateControls(13 * 200)));
   EXPECT_EQ(result.summary.built, 13U * 200U);
   for (const auto& error : result.errors) {
     ADD_FAILURE() << error.pointer << " " << error.builder << ": " << error.message;

@@ -1,0 +1,24 @@
+#pragma once
+
+/// @file
+/// The thirteen builders, without a service runtime around them.
+
+#include <string>
+#include <vector>
+
+#include "reference_host/importer/importer.hpp"
+
+namespace test_support {
+
+struct BuilderService {
+  std::string name;  ///< of the builder's class, without namespaces
+  reference_host::importer::NamedBuilder::Service service;
+};
+
+/// All of them, in the manifest's order, which is the order in which a host asks them.
+const std::vector<BuilderService>& allBuilderServices();
+
+/// The same, as an import takes them.
+const std::vector<reference_host::importer::NamedBuilder>& allBuilders();
+
+}  // namespace test_support
