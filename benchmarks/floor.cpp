@@ -12,7 +12,7 @@ namespace benchmarks {
 
 namespace {
 
-using document::gxzero::Node;
+using namespace document::gxzero;
 using gx::zero::Model;
 using namespace lumocode::contentmodel::gxzero;
 
@@ -79,22 +79,24 @@ void setFields(const Model&, const RangeSliderData& data, const RangeSlider<std:
   if (control.defaultValue) data.get()->setDefaultValue(utf16(*control.defaultValue));
 }
 
-void setFields(const Model&, const ColorPickerData& data, const ColorPicker<std::string>& control) {
+template <typename Data, typename Impl>
+void setPicker(const Data& data, void (Impl::*setFormat)(const std::u16string&),
+               const PickerFields<std::string>& control) {
   setCommon(*data.get(), control);
-  data.get()->setColorFormat(utf16(*control.format));
+  (data.get()->*setFormat)(utf16(*control.format));
   if (control.defaultValue) data.get()->setDefaultValue(utf16(*control.defaultValue));
+}
+
+void setFields(const Model&, const ColorPickerData& data, const ColorPicker<std::string>& control) {
+  setPicker(data, &ColorPickerData::Impl::setColorFormat, control);
 }
 
 void setFields(const Model&, const DatePickerData& data, const DatePicker<std::string>& control) {
-  setCommon(*data.get(), control);
-  data.get()->setDisplayFormat(utf16(*control.format));
-  if (control.defaultValue) data.get()->setDefaultValue(utf16(*control.defaultValue));
+  setPicker(data, &DatePickerData::Impl::setDisplayFormat, control);
 }
 
 void setFields(const Model&, const FileBrowserData& data, const FileBrowser<std::string>& control) {
-  setCommon(*data.get(), control);
-  data.get()->setBrowserType(utf16(*control.format));
-  if (control.defaultValue) data.get()->setDefaultValue(utf16(*control.defaultValue));
+  setPicker(data, &FileBrowserData::Impl::setBrowserType, control);
 }
 
 /// An append's calls to the host, for an element that is new.
@@ -160,8 +162,7 @@ Node createControl(const Model& model,
                    const Control& control) {
   typename ControlNode::Builder builder(model);
   ControlNode node = (builder.*createNode)(kNilUuid);
-  const auto position =
-      node.get()->createIntoPosition(document::gxzero::LumoControlPosition::Builder(), kNilUuid);
+  const auto position = node.get()->createIntoPosition(LumoControlPosition::Builder(), kNilUuid);
   if (control.startColumn) position.get()->setStartColumn(toColumn(*control.startColumn));
   if (control.endColumn) position.get()->setEndColumn(toColumn(*control.endColumn));
   if (control.id) node.get()->setId(utf16(*control.id));
@@ -170,64 +171,49 @@ Node createControl(const Model& model,
   return Node(std::move(node));
 }
 
-Node create(const Model& model, const Button<std::string>& control) {
-  using document::gxzero::ButtonNode;
-  return createControl(model, &ButtonNode::Builder::createButtonNode,
-                       &ButtonNode::Impl::createIntoButtonData, control);
-}
-Node create(const Model& model, const CheckBox<std::string>& control) {
-  using document::gxzero::CheckBoxNode;
-  return createControl(model, &CheckBoxNode::Builder::createCheckBoxNode,
-                       &CheckBoxNode::Impl::createIntoCheckBoxData, control);
-}
-Node create(const Model& model, const ColorPicker<std::string>& control) {
-  using document::gxzero::ColorPickerNode;
-  return createControl(model, &ColorPickerNode::Builder::createColorPickerNode,
-                       &ColorPickerNode::Impl::createIntoColorPickerData, control);
-}
-Node create(const Model& model, const Combobox<std::string>& control) {
-  using document::gxzero::ComboboxNode;
-  return createControl(model, &ComboboxNode::Builder::createComboboxNode,
-                       &ComboboxNode::Impl::createIntoComboBoxData, control);
-}
-Node create(const Model& model, const DatePicker<std::string>& control) {
-  using document::gxzero::DatePickerNode;
-  return createControl(model, &DatePickerNode::Builder::createDatePickerNode,
-                       &DatePickerNode::Impl::createIntoDatePickerData, control);
-}
-Node create(const Model& model, const EditField<std::string>& control) {
-  using document::gxzero::EditFieldNode;
-  return createControl(model, &EditFieldNode::Builder::createEditFieldNode,
-                       &EditFieldNode::Impl::createIntoEditFieldData, control);
-}
-Node create(const Model& model, const FileBrowser<std::string>& control) {
-  using document::gxzero::FileBrowserNode;
-  return createControl(model, &FileBrowserNode::Builder::createFileBrowserNode,
-                       &FileBrowserNode::Impl::createIntoFileBrowserData, control);
-}
-Node create(const Model& model, const RangeSlider<std::string>& control) {
-  using document::gxzero::RangeSliderNode;
-  return createControl(model, &RangeSliderNode::Builder::createRangeSliderNode,
-                       &RangeSliderNode::Impl::createIntoRangeSliderData, control);
-}
-Node create(const Model& model, const Slider<std::string>& control) {
-  using document::gxzero::SliderNode;
-  return createControl(model, &SliderNode::Builder::createSliderNode,
-                       &SliderNode::Impl::createIntoSliderData, control);
-}
-Node create(const Model& model, const Spinner<std::string>& control) {
-  using document::gxzero::SpinnerNode;
-  return createControl(model, &SpinnerNode::Builder::createSpinnerNode,
-                       &SpinnerNode::Impl::createIntoSpinnerData, control);
-}
-Node create(const Model& model, const StateButton<std::string>& control) {
-  using document::gxzero::StateButtonNode;
-  return createControl(model, &StateButtonNode::Builder::createStateButtonNode,
-                       &StateButtonNode::Impl::createIntoStateButtonData, control);
+/// A kind with the host's factories of its node and its record.
+template <template <typename> typename Control, auto createNode, auto createIntoData>
+struct ControlMaker {
+  Node operator()(const Model& model, const Control<std::string>& control) const {
+    return createControl(model, createNode, createIntoData, control);
+  }
+};
+
+template <typename... Makers>
+struct AnyOf : Makers... {
+  using Makers::operator()...;
+};
+
+using AnyControlMaker =
+    AnyOf<ControlMaker<Button, &ButtonNode::Builder::createButtonNode,
+                       &ButtonNode::Impl::createIntoButtonData>,
+          ControlMaker<CheckBox, &CheckBoxNode::Builder::createCheckBoxNode,
+                       &CheckBoxNode::Impl::createIntoCheckBoxData>,
+          ControlMaker<ColorPicker, &ColorPickerNode::Builder::createColorPickerNode,
+                       &ColorPickerNode::Impl::createIntoColorPickerData>,
+          ControlMaker<Combobox, &ComboboxNode::Builder::createComboboxNode,
+                       &ComboboxNode::Impl::createIntoComboBoxData>,
+          ControlMaker<DatePicker, &DatePickerNode::Builder::createDatePickerNode,
+                       &DatePickerNode::Impl::createIntoDatePickerData>,
+          ControlMaker<EditField, &EditFieldNode::Builder::createEditFieldNode,
+                       &EditFieldNode::Impl::createIntoEditFieldData>,
+          ControlMaker<FileBrowser, &FileBrowserNode::Builder::createFileBrowserNode,
+                       &FileBrowserNode::Impl::createIntoFileBrowserData>,
+          ControlMaker<RangeSlider, &RangeSliderNode::Builder::createRangeSliderNode,
+                       &RangeSliderNode::Impl::createIntoRangeSliderData>,
+          ControlMaker<Slider, &SliderNode::Builder::createSliderNode,
+                       &SliderNode::Impl::createIntoSliderData>,
+          ControlMaker<Spinner, &SpinnerNode::Builder::createSpinnerNode,
+                       &SpinnerNode::Impl::createIntoSpinnerData>,
+          ControlMaker<StateButton, &StateButtonNode::Builder::createStateButtonNode,
+                       &StateButtonNode::Impl::createIntoStateButtonData>>;
+
+template <typename Control>
+Node create(const Model& model, const Control& control) {
+  return AnyControlMaker()(model, control);
 }
 
 Node create(const Model& model, const Task<std::string>& task) {
-  using document::gxzero::LumoAppIntegratedInlineNode;
   LumoAppIntegratedInlineNode node =
       LumoAppIntegratedInlineNode::Builder(model).createLumoAppIntegratedInlineNode(kNilUuid);
   node.get()->setId(utf16(task.instanceId));
@@ -248,7 +234,6 @@ Node create(const Model& model, const Task<std::string>& task) {
 }
 
 Node create(const Model& model, const TaskHeader<std::string>& header) {
-  using document::gxzero::LumoAppLineNode;
   LumoAppLineNode line = LumoAppLineNode::Builder(model).createLumoAppLineNode(kNilUuid);
   const std::string& anchor = *header.anchorId;
   line.get()->setAnchorId(utf16(anchor.compare(0, 2, "M_") == 0 ? anchor : "M_" + anchor));
