@@ -20,10 +20,14 @@ class ValueObject {
  public:
   explicit ValueObject(const Value* value) : value_(value) {}
 
-  bool hasClass(std::string_view name) const {
-    std::optional<std::string> className;
-    read("className", className);
-    return className && *className == name;
+  bool hasClass(std::string_view name) const { return textOf("className") == name; }
+  std::string_view textOf(const char* key) const {
+    const auto* text = value_ == nullptr ? nullptr : (*value_)[key].get_if<std::string>();
+    return text == nullptr ? std::string_view() : *text;
+  }
+  template <typename Control>
+  void readInto(Control& control) const {
+    readControl(*this, control);
   }
   template <typename T>
   void read(const char* key, std::optional<T>& target) const {
@@ -46,13 +50,6 @@ class ValueObject {
  private:
   const Value* value_;
 };
-
-template <std::size_t... Index>
-PlainControl<std::string> emptyControl(Kind kind, std::index_sequence<Index...>) {
-  PlainControl<std::string> control;
-  ((static_cast<std::size_t>(kind) == Index ? void(control.emplace<Index>()) : void()), ...);
-  return control;
-}
 
 std::size_t builtOrThrow(const reference_host::importer::ImportResult& result) {
   if (result.summary.failed != 0) {
@@ -104,16 +101,10 @@ std::vector<std::shared_ptr<const Corpus>> controlsOf(Kind kind, std::size_t cou
 }
 
 PlainControl<std::string> plainControl(const Value& json) {
-  const auto textOf = [](const Value& value) -> std::string_view {
-    const auto* text = value.get_if<std::string>();
-    return text == nullptr ? std::string_view() : *text;
-  };
-  const auto kind =
-      kindOf(textOf(json["className"]), [&] { return textOf(json["context"]["type"]); });
+  const ValueObject object(&json);
+  const auto kind = kindOf(object);
   if (!kind) throw std::invalid_argument("the object is no control");
-  auto control = emptyControl(*kind, std::make_index_sequence<kKindCount>());
-  std::visit([&json](auto& each) { readControl(ValueObject(&json), each); }, control);
-  return control;
+  return readAs<std::string>(*kind, object);
 }
 
 }  // namespace benchmarks

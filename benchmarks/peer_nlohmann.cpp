@@ -1,7 +1,6 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "fl/i18n.hpp"
@@ -20,10 +19,16 @@ class NlohmannObject {
  public:
   explicit NlohmannObject(const Json* json) : json_(json) {}
 
-  bool hasClass(std::string_view name) const {
-    const Json* member = find("className");
-    return member != nullptr && member->is_string() &&
-           member->get_ref<const std::string&>() == name;
+  bool hasClass(std::string_view name) const { return textOf("className") == name; }
+  std::string_view textOf(const char* key) const {
+    const Json* member = find(key);
+    if (member == nullptr || !member->is_string()) return {};
+    return member->get_ref<const std::string&>();
+  }
+  /// By the library's own way to a struct, its `from_json`.
+  template <typename Control>
+  void readInto(Control& control) const {
+    json_->get_to(control);
   }
   template <typename T>
   void read(const char* key, std::optional<T>& target) const {
@@ -47,6 +52,11 @@ class NlohmannObject {
     if (elements == nullptr) return;
     for (const Json& element : *elements) action(NlohmannObject(&element));
   }
+  template <typename Action>
+  void forEachChild(const Action& action) const {
+    if (!json_->is_structured()) return;
+    for (const Json& child : *json_) action(NlohmannObject(&child));
+  }
 
  private:
   const Json* find(const char* key) const {
@@ -66,47 +76,14 @@ void from_json(const Json& json, Struct<std::u16string>& control) {
   readControl(NlohmannObject(&json), control);
 }
 
-namespace {
-
-std::string_view textOf(const Json& object, const char* key) {
-  const auto member = object.find(key);
-  if (member == object.end() || !member->is_string()) return {};
-  return member->get_ref<const std::string&>();
-}
-
-template <std::size_t... Index>
-Control controlFrom(const Json& json, Kind kind, std::index_sequence<Index...>) {
-  Control control;
-  ((static_cast<std::size_t>(kind) == Index ? void(json.get_to(control.emplace<Index>())) : void()),
-   ...);
-  return control;
-}
-
-void collect(const Json& json, std::vector<Control>& controls) {
-  if (json.is_object()) {
-    const auto kind = kindOf(textOf(json, "className"), [&json] {
-      const auto context = json.find("context");
-      return context == json.end() ? std::string_view() : textOf(*context, "type");
-    });
-    if (kind) {
-      controls.push_back(controlFrom(json, *kind, std::make_index_sequence<kKindCount>()));
-      return;
-    }
-  }
-  if (json.is_structured()) {
-    for (const Json& child : json) collect(child, controls);
-  }
-}
-
-}  // namespace
-
 std::size_t nlohmannParse(const std::string& text) {
   return Json::parse(text).size();
 }
 
 std::size_t nlohmannToStructs(const std::string& text) {
+  const Json json = Json::parse(text);
   std::vector<Control> controls;
-  collect(Json::parse(text), controls);
+  collectControls(NlohmannObject(&json), controls);
   return controls.size();
 }
 

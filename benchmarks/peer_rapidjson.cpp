@@ -2,9 +2,11 @@
 #include <rapidjson/memorystream.h>
 #include <rapidjson/reader.h>
 
+#include <cstdint>
+#include <optional>
 #include <stdexcept>
+#include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "fl/i18n.hpp"
@@ -22,49 +24,54 @@ using Control = PlainControl<std::u16string>;
 constexpr unsigned kFlags =
     rapidjson::kParseFullPrecisionFlag | rapidjson::kParseValidateEncodingFlag;
 
-/// Puts what the reader reports straight into its place. Every number becomes a double.
+/// Puts what the reader reports straight into its place, as the host's own parser does. Every
+/// number becomes a double.
 class ValueHandler {
  public:
   explicit ValueHandler(Value& root) : slot_(&root) {}
 
-  bool Null() { return put(Value(foundation::json::Null())); }
-  bool Bool(bool boolean) { return put(Value(boolean)); }
+  bool Null() { return put<foundation::json::Null>(); }
+  bool Bool(bool boolean) { return put<bool>(boolean); }
   bool Int(int number) { return Double(number); }
   bool Uint(unsigned number) { return Double(number); }
   bool Int64(std::int64_t number) { return Double(static_cast<double>(number)); }
   bool Uint64(std::uint64_t number) { return Double(static_cast<double>(number)); }
-  bool Double(double number) { return put(Value(number)); }
+  bool Double(double number) { return put<double>(number); }
   bool RawNumber(const char*, rapidjson::SizeType, bool) { return false; }
   bool String(const char* text, rapidjson::SizeType length, bool) {
-    return put(Value(std::string(text, length)));
+    return put<std::string>(text, length);
   }
-  bool StartObject() { return open(Value(Value::Object())); }
+  bool StartObject() {
+    containers_.push_back({nullptr, &place().emplace<Value::Object>()});
+    return true;
+  }
   bool Key(const char* text, rapidjson::SizeType length, bool) {
-    auto& members = *containers_.back()->get_if<Value::Object>();
-    slot_ = &members[std::string(text, length)];
+    // One look-up, whatever the order of the names; of two members with one name the last holds.
+    auto& members = *containers_.back().members;
+    slot_ = &members.emplace_hint(members.end(), std::string(text, length), Value())->second;
     return true;
   }
   bool EndObject(rapidjson::SizeType) { return close(); }
-  bool StartArray() { return open(Value(Value::Array())); }
+  bool StartArray() {
+    containers_.push_back({&place().emplace<Value::Array>(), nullptr});
+    return true;
+  }
   bool EndArray(rapidjson::SizeType) { return close(); }
 
  private:
+  /// One of the two.
+  struct Container {
+    Value::Array* elements;
+    Value::Object* members;
+  };
+
   Value& place() {
-    if (!containers_.empty()) {
-      if (auto* elements = containers_.back()->get_if<Value::Array>()) {
-        return elements->emplace_back();
-      }
-    }
-    return *slot_;
+    if (containers_.empty() || containers_.back().elements == nullptr) return *slot_;
+    return containers_.back().elements->emplace_back();
   }
-  bool put(Value&& value) {
-    place() = std::move(value);
-    return true;
-  }
-  bool open(Value&& container) {
-    Value& opened = place();
-    opened = std::move(container);
-    containers_.push_back(&opened);
+  template <typename T, typename... Arguments>
+  bool put(Arguments... arguments) {
+    place().emplace<T>(arguments...);
     return true;
   }
   bool close() {
@@ -73,7 +80,7 @@ class ValueHandler {
   }
 
   Value* slot_;  // of the last key, or the root
-  std::vector<Value*> containers_;
+  std::vector<Container> containers_;
 };
 
 class RapidjsonObject {
@@ -108,6 +115,18 @@ class RapidjsonObject {
     if (elements == nullptr) return;
     for (const auto& element : elements->GetArray()) action(RapidjsonObject(&element));
   }
+  template <typename Control>
+  void readInto(Control& control) const {
+    readControl(*this, control);
+  }
+  template <typename Action>
+  void forEachChild(const Action& action) const {
+    if (json_->IsObject()) {
+      for (const auto& member : json_->GetObject()) action(RapidjsonObject(&member.value));
+    } else if (json_->IsArray()) {
+      for (const auto& element : json_->GetArray()) action(RapidjsonObject(&element));
+    }
+  }
 
  private:
   const rapidjson::Value* find(const char* key) const {
@@ -118,30 +137,6 @@ class RapidjsonObject {
 
   const rapidjson::Value* json_;
 };
-
-template <std::size_t... Index>
-Control controlFrom(const RapidjsonObject& object, Kind kind, std::index_sequence<Index...>) {
-  Control control;
-  ((static_cast<std::size_t>(kind) == Index ? void(readControl(object, control.emplace<Index>()))
-                                            : void()),
-   ...);
-  return control;
-}
-
-void collect(const rapidjson::Value& json, std::vector<Control>& controls) {
-  if (json.IsObject()) {
-    const RapidjsonObject object(&json);
-    const auto kind = kindOf(object.textOf("className"),
-                             [&object] { return object.child("context").textOf("type"); });
-    if (kind) {
-      controls.push_back(controlFrom(object, *kind, std::make_index_sequence<kKindCount>()));
-      return;
-    }
-    for (const auto& member : json.GetObject()) collect(member.value, controls);
-  } else if (json.IsArray()) {
-    for (const auto& element : json.GetArray()) collect(element, controls);
-  }
-}
 
 }  // namespace
 
@@ -159,7 +154,7 @@ std::size_t rapidjsonToStructs(const std::string& text) {
   document.Parse<kFlags>(text.data(), text.size());
   if (document.HasParseError()) throw std::runtime_error("RapidJSON refuses it");
   std::vector<Control> controls;
-  collect(document, controls);
+  collectControls(RapidjsonObject(&document), controls);
   return controls.size();
 }
 
