@@ -5,17 +5,16 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
-#include <fstream>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "corpus.hpp"
 #include "document_generator.hpp"
 #include "floor.hpp"
+#include "json_file.hpp"
 #include "literal_recognition.hpp"
 #include "peers.hpp"
 #include "reference_host/json/parse.hpp"
@@ -151,7 +150,7 @@ void print(const std::vector<CountRow>& rows) {
   }
 }
 
-void writeJson(const std::string& path, const std::vector<CountRow>& rows) {
+nlohmann::json toJson(const std::vector<CountRow>& rows) {
   nlohmann::json all = nlohmann::json::array();
   for (const CountRow& row : rows) {
     nlohmann::json json = {{"name", row.name},
@@ -165,9 +164,7 @@ void writeJson(const std::string& path, const std::vector<CountRow>& rows) {
     }
     all.push_back(std::move(json));
   }
-  std::ofstream file(path);
-  file << all.dump(2) << '\n';
-  if (!file.flush()) throw std::runtime_error("cannot write " + path);
+  return all;
 }
 
 }  // namespace
@@ -184,7 +181,7 @@ int main(int argc, char** argv) {
     }
     const std::vector<CountRow> rows = countAll();
     print(rows);
-    if (!json.empty()) writeJson(json, rows);
+    if (!json.empty()) benchmarks::writeJsonFile(json, toJson(rows));
     for (const CountRow& row : rows) {
       if (!row.met()) return 1;
     }

@@ -1,10 +1,10 @@
 #include "report.hpp"
 
 #include <cstdio>
-#include <fstream>
 #include <nlohmann/json.hpp>
-#include <stdexcept>
 #include <thread>
+
+#include "json_file.hpp"
 
 namespace benchmarks {
 
@@ -78,9 +78,7 @@ void writeJson(const std::string& path, const std::vector<GroupResult>& groups) 
                              {"rounds", group.rounds},
                              {"rows", rows}});
   }
-  std::ofstream file(path);
-  file << all.dump(2) << '\n';
-  if (!file.flush()) throw std::runtime_error("cannot write " + path);
+  writeJsonFile(path, all);
 }
 
 }  // namespace benchmarks
