@@ -3,10 +3,12 @@
 usage: count_instructions.py [--update] [--silent PROGRAM] PROGRAM COUNTS COMPILER
 
 PROGRAM is tessel_instructions, built with COMPILER. COUNTS is a JSON file with a table for each
-compiler: what one call may take, in instructions. Exit status: 0 when nothing grew by more than 5 %, 1 otherwise, 2 for a
-failure. A compiler that the file does not know has nothing to be held against and passes.
---update writes what was counted into the file. --silent names the program without log calls; the
-builds may take no more than 2 % above its.
+compiler: the instructions of one build, and of one round of thirteen questions whether a builder
+can build an object. --update writes what was counted into the file. --silent names the program
+without log calls; all builds together may take no more than 2 % above its.
+
+Exit status: 0 when nothing grew by more than 5 %; 1 when something did, or when the file has no
+counts for the compiler; 2 for a failure.
 """
 
 import argparse
@@ -19,7 +21,6 @@ import tempfile
 
 ALLOWED_GROWTH = 1.05
 ALLOWED_FOR_LOGGING = 1.02
-CALLS = 20  # of each action, see instructions_main.cpp
 
 TRIGGER = re.compile(r"^desc: Trigger: Client Request: (.+)$", re.MULTILINE)
 TOTAL = re.compile(r"^(?:summary|totals): (\d+)", re.MULTILINE)
@@ -35,8 +36,8 @@ def key_of(compiler):
 
 
 def count(program):
-    """The instructions of one call, by the action's name."""
-    counts = {}
+    """The instructions of one unit of each action, by the action's name."""
+    totals = {}
     with tempfile.TemporaryDirectory() as folder:
         command = ["valgrind", "--tool=callgrind", "--instr-atstart=no",
                    f"--callgrind-out-file={folder}/out", str(program)]
@@ -47,35 +48,50 @@ def count(program):
             text = part.read_text(encoding="utf-8", errors="replace")
             name, total = TRIGGER.search(text), TOTAL.search(text)
             if name and total:
-                counts[name[1]] = round(int(total[1]) / CALLS)
-    if not counts:
-        raise RuntimeError(f"callgrind counted nothing in {program}")
-    return dict(sorted(counts.items()))
+                totals[name[1]] = int(total[1])
+    units = {}
+    for line in run.stdout.splitlines():
+        number, name = line.split(" ", 1)
+        units[name] = int(number)
+    require_same_actions(totals, f"callgrind's files of {program}", units, "its output")
+    return {name: round(totals[name] / units[name]) for name in sorted(units)}
+
+
+def require_same_actions(some, whose, others, of_others):
+    if not some or some.keys() != others.keys():
+        differing = ", ".join(sorted(some.keys() ^ others.keys())) or "none"
+        raise RuntimeError(f"{whose} and {of_others} should have the same actions, and some; "
+                           f"only in one of the two: {differing}")
 
 
 def compare(counts, allowed):
     """Prints a table; true when nothing grew too much and both have the same actions."""
     good = True
-    print(f"{'instructions of one call':<52}{'now':>9}{'allowed for':>13}{'ratio':>8}")
+    print(f"{'instructions of one':<52}{'now':>9}{'recorded':>10}{'ratio':>8}")
     for name in sorted(counts.keys() | allowed.keys()):
         now, before = counts.get(name), allowed.get(name)
         if now is None or before is None:
-            print(f"{name:<52}{now or '-':>9}{before or '-':>13}  only in one of the two")
+            print(f"{name:<52}{now or '-':>9}{before or '-':>10}  only in one of the two")
             good = False
             continue
         grew = now > before * ALLOWED_GROWTH
         good = good and not grew
-        print(f"{name:<52}{now:>9}{before:>13}{now / before:>8.3f}{'  GREW' if grew else ''}")
+        print(f"{name:<52}{now:>9}{before:>10}{now / before:>8.3f}{'  GREW' if grew else ''}")
     return good
 
 
 def compare_with_silent(counts, silent):
-    """What the log calls cost while diagnostics are off, over all builds."""
+    """What the log calls cost while diagnostics are off: of each kind, and judged over all."""
+    require_same_actions(counts, "the program", silent, "the one without log calls")
     builds = [name for name in counts if name.startswith("build: ")]
-    ratio = sum(counts[name] for name in builds) / sum(silent[name] for name in builds)
-    good = ratio <= ALLOWED_FOR_LOGGING
-    print(f"builds with diagnostics off / with no log call compiled in: {ratio:.4f} "
-          f"(<= {ALLOWED_FOR_LOGGING}) {'met' if good else 'MISSED'}")
+    print(f"{'instructions of one, diagnostics off':<52}{'now':>9}{'no logs':>10}{'ratio':>8}")
+    for name in builds:
+        ratio = counts[name] / silent[name]
+        print(f"{name:<52}{counts[name]:>9}{silent[name]:>10}{ratio:>8.3f}")
+    now, without = (sum(table[name] for name in builds) for table in (counts, silent))
+    good = now / without <= ALLOWED_FOR_LOGGING
+    print(f"{'build: one of each kind':<52}{now:>9}{without:>10}{now / without:>8.4f}"
+          f"  <= {ALLOWED_FOR_LOGGING} {'met' if good else 'MISSED'}\n")
     return good
 
 
@@ -97,11 +113,11 @@ def main():
     if options.update:
         known[compiler] = counts
         options.counts.write_text(json.dumps(known, indent=2, sort_keys=True) + "\n")
-    if compiler in known:
-        good = compare(counts, known[compiler]) and good
-    else:
-        print(f"{options.counts} has no counts for {compiler}: nothing to compare with")
-    return 0 if good else 1
+    if compiler not in known:
+        print(f"{options.counts} has no counts for {compiler}; to record them, run this again "
+              "with --update")
+        return 1
+    return 0 if compare(counts, known[compiler]) and good else 1
 
 
 if __name__ == "__main__":

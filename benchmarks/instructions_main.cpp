@@ -1,16 +1,18 @@
 /// @file
-/// What the counting of instructions runs under callgrind: each measured call once, after
-/// everything that happens on first use alone has happened. Callgrind writes a file for each call,
-/// named after it; outside callgrind the program shows nothing.
+/// What the counting of instructions runs under callgrind: each measured action once, after
+/// everything that happens on first use alone has happened. Callgrind writes a file for each
+/// action, named after it; the program itself writes a line for each to standard output: of how
+/// many units the action consists, a space, its name.
 
 #include <valgrind/callgrind.h>
 
 #include <cstddef>
-#include <memory>
+#include <cstdio>
 #include <string>
 #include <vector>
 
 #include "corpus.hpp"
+#include "document/gxzero.hpp"
 #include "document_generator.hpp"
 #include "gx/zero.hpp"
 #include "literal_recognition.hpp"
@@ -18,42 +20,56 @@
 namespace {
 
 using benchmarks::Kind;
+using foundation::json::Value;
 
 constexpr std::size_t kControlsOfKind = 20;
 
+/// @param action takes which run it is, 0 or 1; the second is counted.
 template <typename Action>
-void count(const std::string& name, const Action& action) {
-  action();
+void count(const std::string& name, std::size_t units, const Action& action) {
+  action(0);
   CALLGRIND_START_INSTRUMENTATION;
   CALLGRIND_ZERO_STATS;
-  action();
+  action(1);
   CALLGRIND_DUMP_STATS_AT(name.c_str());
   CALLGRIND_STOP_INSTRUMENTATION;
+  std::printf("%zu %s\n", units, name.c_str());
+}
+
+void countRecognition(const std::string& what, const std::vector<const Value*>& objects) {
+  count("round of questions: " + what, objects.size(), [&objects](std::size_t) {
+    for (const Value* object : objects) benchmarks::recognize(*object);
+  });
+}
+
+/// Models and the place for the nodes are made beforehand: the count is of builds alone.
+void countBuild(const std::string& what, const std::vector<benchmarks::ClaimedObject>& objects) {
+  const gx::zero::Model models[] = {gx::zero::Model::create(), gx::zero::Model::create()};
+  std::vector<document::gxzero::Node> nodes;
+  nodes.reserve(2 * objects.size());
+  count("build: " + what, objects.size(), [&](std::size_t run) {
+    for (const auto& object : objects) {
+      nodes.push_back(object.builder->build(models[run], *object.json));
+    }
+  });
 }
 
 void countKind(Kind kind) {
+  std::vector<benchmarks::ClaimedObject> claimed;
+  std::vector<const Value*> objects;
   const auto controls = benchmarks::controlsOf(kind, kControlsOfKind);
-  const std::string name = benchmarks::nameOf(kind);
-  count("recognition: " + name, [&] {
-    for (const auto& control : controls) benchmarks::recognize(*control->claimed().front().json);
-  });
-  std::vector<gx::zero::Model> models;
-  count("build: " + name, [&] {
-    for (const auto& control : controls) {
-      const auto& object = control->claimed().front();
-      models.push_back(gx::zero::Model::create());
-      object.builder->build(models.back(), *object.json);
-    }
-  });
+  for (const auto& control : controls) {
+    claimed.push_back(control->claimed().front());
+    objects.push_back(claimed.back().json);
+  }
+  countRecognition(benchmarks::nameOf(kind), objects);
+  countBuild(benchmarks::nameOf(kind), claimed);
 }
 
+/// The line is an element here, so that it is offered like what it holds.
 void countStrangers() {
-  const benchmarks::Corpus corpus(benchmarks::DocumentGenerator().strangerLine());
-  count("recognition: nothing of ours", [&] {
-    for (std::size_t round = 0; round < kControlsOfKind; ++round) {
-      for (const auto* object : corpus.strangers()) benchmarks::recognize(*object);
-    }
-  });
+  const benchmarks::Corpus corpus('[' + benchmarks::DocumentGenerator().strangerLine() + ']');
+  countRecognition("nothing of ours", corpus.strangers());
 }
 
 }  // namespace
