@@ -1,15 +1,19 @@
 """Measures what needs processes of its own, in turns: the tool's allocator, and memory.
 
-usage: measure_processes.py BIN SCRATCH
+usage: measure_processes.py [--json FILE] BIN SCRATCH
 
-BIN holds tessel, tessel_generate, tessel_process and tessel_process_tool. Inputs are made in SCRATCH.
-Exit status: 0 when every goal is met, 1 otherwise, 2 for a failure.
+BIN holds tessel, tessel_generate, tessel_process and tessel_process_tool. Inputs, more than a
+gigabyte, are made in the folder SCRATCH and removed in the end. --json names a file for everything
+that was measured. Exit status: 0 when every goal is met, 1 otherwise, 2 for a failure.
 """
 
+import argparse
+import json
 import pathlib
 import statistics
 import subprocess
 import sys
+import tempfile
 
 ROUNDS = 11
 MEBIBYTE = 1 << 20
@@ -22,30 +26,55 @@ def numbers(*command):
     return [float(number) for number in run.stdout.split()]
 
 
-def report(name, ratio, goal):
-    met = goal is None or ratio <= goal
-    verdict = "" if goal is None else f"<= {goal:.2f} {'met' if met else 'MISSED'}"
-    print(f"{name:<76}{ratio:>8.3f}   {verdict}", flush=True)
-    return met
-
-
-def generate(binaries, scratch, form, size):
-    path = scratch / f"{form}_{size}"
+def generate(binaries, folder, form, size):
+    path = folder / f"{form}_{size}"
     if not path.exists():
         with path.open("wb") as out:
             subprocess.run([binaries / "tessel_generate", form, str(size)], stdout=out, check=True)
     return path
 
 
-def measure_allocators(binaries, document):
-    """The ratios of the tool's allocator to the system's: first import, and later ones."""
-    first, later = [], []
-    for _ in range(ROUNDS):
-        ours = numbers(binaries / "tessel_process_tool", "import", document)
-        theirs = numbers(binaries / "tessel_process", "import", document)
-        first.append(ours[0] / theirs[0])
-        later.append(ours[1] / theirs[1])
-    return statistics.median(first), statistics.median(later)
+class Report:
+    """Prints a line for each ratio, and keeps it with what it was taken from."""
+
+    def __init__(self):
+        self.rows = []
+
+    def add(self, name, ratio, goal, **measured):
+        row = {"name": name, "ratio": ratio, **measured}
+        verdict = ""
+        if goal is not None:
+            row.update(goal={"bound": "<=", "ratio": goal}, met=ratio <= goal)
+            verdict = f"<= {goal:.2f} {'met' if row['met'] else 'MISSED'}"
+        self.rows.append(row)
+        print(f"{name:<76}{ratio:>8.3f}   {verdict}", flush=True)
+
+    def all_met(self):
+        return all(row.get("met", True) for row in self.rows)
+
+
+def measure_allocators(binaries, document, report):
+    """The tool's allocator beside the system's; which of the two comes first changes each round."""
+    ours, theirs = [], []
+    for turn in range(ROUNDS):
+        order = [("tessel_process_tool", ours), ("tessel_process", theirs)]
+        for program, times in order if turn % 2 == 0 else reversed(order):
+            times.append(numbers(binaries / program, "import", document))
+    names = ("first whole import of 1 MB, the tool's allocator / the system's",
+             "each further import in the same process")
+    for which, name in enumerate(names):
+        rounds = [[mine[which], other[which]] for mine, other in zip(ours, theirs)]
+        ratios = [mine / other for mine, other in rounds]
+        report.add(name, statistics.median(ratios), 0.75, lowest=min(ratios), highest=max(ratios),
+                   nanoseconds=rounds)
+
+
+def measure_parse(binaries, folder, report):
+    for size, goal in ((MEBIBYTE, 7.5), (64 * MEBIBYTE, None)):
+        text, peak = numbers(binaries / "tessel_process", "memory",
+                             generate(binaries, folder, "document", size))
+        report.add(f"peak memory of a parse of {size // MEBIBYTE} MB above the text / the text",
+                   peak / text, goal, bytes=[peak, text])
 
 
 def peak_of_filter(binaries, lines, jobs):
@@ -57,32 +86,35 @@ def peak_of_filter(binaries, lines, jobs):
                    "--format", "json", "--jobs", str(jobs), lines)[0]
 
 
-def main():
-    if len(sys.argv) != 3:
-        print(__doc__, file=sys.stderr)
-        return 2
-    binaries, scratch = (pathlib.Path(argument).resolve() for argument in sys.argv[1:])
-    scratch.mkdir(parents=True, exist_ok=True)
-    document = generate(binaries, scratch, "document", MEBIBYTE)
-    good = True
-
-    print(f"processes of their own ({ROUNDS} rounds in turns)")
-    if (binaries / "tessel_process_tool").exists():
-        first, later = measure_allocators(binaries, document)
-        good &= report("first whole import of 1 MB, the tool's allocator / the system's", first, 0.75)
-        good &= report("each further import in the same process", later, None)
-    for size, goal in ((MEBIBYTE, 7.5), (64 * MEBIBYTE, None)):
-        text, peak = numbers(binaries / "tessel_process", "memory",
-                             generate(binaries, scratch, "document", size))
-        good &= report(f"peak memory of a parse of {size // MEBIBYTE} MB above the text / the text",
-                       peak / text, goal)
+def measure_filter(binaries, folder, report):
     for jobs in (1, 2):
-        peaks = [peak_of_filter(binaries, generate(binaries, scratch, "ndjson", size), jobs)
+        peaks = [peak_of_filter(binaries, generate(binaries, folder, "ndjson", size), jobs)
                  for size in LINES]
         name = (f"memory of --ndjson, --jobs {jobs}: 1 GB / 10 MB of input "
                 f"({', '.join(f'{peak:.0f}' for peak in peaks)} kB)")
-        good &= report(name, peaks[-1] / peaks[0], 1.05)
-    return 0 if good else 1
+        report.add(name, peaks[-1] / peaks[0], 1.05, kilobytes=peaks)
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--json", type=pathlib.Path)
+    parser.add_argument("binaries", metavar="BIN", type=pathlib.Path)
+    parser.add_argument("scratch", metavar="SCRATCH", type=pathlib.Path)
+    options = parser.parse_args()
+
+    binaries = options.binaries.resolve()
+    options.scratch.mkdir(parents=True, exist_ok=True)
+    report = Report()
+    print(f"processes of their own ({ROUNDS} rounds in turns)")
+    with tempfile.TemporaryDirectory(dir=options.scratch, prefix="inputs-") as name:
+        folder = pathlib.Path(name).resolve()
+        if (binaries / "tessel_process_tool").exists():
+            measure_allocators(binaries, generate(binaries, folder, "document", MEBIBYTE), report)
+        measure_parse(binaries, folder, report)
+        measure_filter(binaries, folder, report)
+    if options.json:
+        options.json.write_text(json.dumps(report.rows, indent=2) + "\n")
+    return 0 if report.all_met() else 1
 
 
 if __name__ == "__main__":
