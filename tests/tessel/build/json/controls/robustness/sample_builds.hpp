@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// Every kind of builder with objects of its own, for what has to hold whatever the kind: what a
-/// full disk, a full memory or another thread does must not depend on it.
+/// Every kind of builder with objects of its own, for what has to hold whatever the kind: what
+/// a hostile log, a full memory or another thread does must not depend on it.
 
 #include <ostream>
 #include <string>
