@@ -78,10 +78,11 @@ std::string_view Input::buffered() const noexcept {
 }
 
 /// Waits for one character, and takes what there is behind it without waiting; false at the end.
+/// Where the standard library's `readsome` gives nothing, input is slow, not wrong.
 bool Input::refill() {
   buffer_.resize(kLineBufferSize);
   begin_ = end_ = 0;
-  errno = 0;
+  errno = failure_;
   char first = 0;
   if (!stream_->get(first)) {
     requireNoFailure();
@@ -94,6 +95,7 @@ bool Input::refill() {
                               static_cast<std::streamsize>(buffer_.size() - end_));
     end_ += static_cast<std::size_t>(taken);
   } while (taken > 0);
+  if (stream_->bad()) failure_ = errno;
   return true;
 }
 

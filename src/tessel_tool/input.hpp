@@ -49,6 +49,7 @@ class Input {
   std::vector<char> buffer_;  // of lines; empty until the first is asked for
   std::size_t begin_ = 0;     // what is in it and was not given yet
   std::size_t end_ = 0;
+  int failure_ = 0;  // errno of a read that failed behind what is in it
 };
 
 /// One document as it was read, or the reason why it was not.

@@ -3,10 +3,15 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
+#include <ios>
+#include <iostream>
 #include <optional>
+#include <streambuf>
 #include <string>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -107,6 +112,46 @@ TEST_F(InputTest, AnInputThatCannotBeReadIsADocumentThatSaysSo) {
     EXPECT_EQ(documents[2].text, "1");
     EXPECT_EQ(documents[2].readError, "");
   }
+}
+
+/// A document, and behind it a device that fails only where nobody waits for it.
+class FailingBuffer : public std::streambuf {
+ protected:
+  int_type underflow() override {
+    setg(content_.data(), content_.data(), content_.data() + content_.size());
+    return traits_type::to_int_type(content_.front());
+  }
+  std::streamsize showmanyc() override { return 1; }
+  std::streamsize xsgetn(char* place, std::streamsize) override {
+    if (gptr() == egptr()) {
+      errno = ENXIO;
+      throw std::ios_base::failure("the device is gone");
+    }
+    *place = *gptr();
+    gbump(1);
+    return 1;
+  }
+
+ private:
+  std::string content_ = "1\n";
+};
+
+TEST_F(InputTest, AReadThatFailsBehindALineKeepsItsReason) {
+  std::ios::sync_with_stdio(false);  // as the input does, which changes the buffer
+  FailingBuffer buffer;
+  std::streambuf* const before = std::cin.rdbuf(&buffer);
+  DocumentSource source({}, DocumentSource::Unit::kLine);
+  const std::optional<Document> first = source.next();
+  errno = ENOENT;
+  const std::optional<Document> second = source.next();
+  const std::optional<Document> third = source.next();
+  std::cin.rdbuf(before);
+  ASSERT_TRUE(first);
+  EXPECT_EQ(first->text, "1");
+  EXPECT_EQ(first->readError, "");
+  ASSERT_TRUE(second);
+  EXPECT_EQ(second->readError, std::generic_category().message(ENXIO));
+  EXPECT_FALSE(third);
 }
 
 TEST_F(InputTest, PlacesAreCountedInTheInput) {
