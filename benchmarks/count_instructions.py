@@ -5,10 +5,11 @@ usage: count_instructions.py [--update] [--silent PROGRAM] PROGRAM COUNTS COMPIL
 PROGRAM is tessel_instructions, built with COMPILER. COUNTS is a JSON file with a table for each
 compiler: the instructions of one build, and of one round of thirteen questions whether a builder
 can build an object. --update writes what was counted into the file. --silent names the program
-without log calls; all builds together may take no more than 2 % above its.
+without log calls; the goal is that all builds together take no more than 2 % above its.
 
-Exit status: 0 when nothing grew by more than 5 %; 1 when something did, or when the file has no
-counts for the compiler; 2 for a failure.
+Exit status: 0 when nothing grew by more than 5 %; 1 when something did, when log calls take more than
+2.5 % (the two programs' heaps differ, which moves the counts of builds by some tenths), or when the
+file has no counts for the compiler; 2 for a failure.
 """
 
 import argparse
@@ -20,7 +21,8 @@ import sys
 import tempfile
 
 ALLOWED_GROWTH = 1.05
-ALLOWED_FOR_LOGGING = 1.02
+GOAL_FOR_LOGGING = 1.02
+ALLOWED_FOR_LOGGING = 1.025
 
 TRIGGER = re.compile(r"^desc: Trigger: Client Request: (.+)$", re.MULTILINE)
 TOTAL = re.compile(r"^(?:summary|totals): (\d+)", re.MULTILINE)
@@ -89,10 +91,10 @@ def compare_with_silent(counts, silent):
         ratio = counts[name] / silent[name]
         print(f"{name:<52}{counts[name]:>9}{silent[name]:>10}{ratio:>8.3f}")
     now, without = (sum(table[name] for name in builds) for table in (counts, silent))
-    good = now / without <= ALLOWED_FOR_LOGGING
-    print(f"{'build: one of each kind':<52}{now:>9}{without:>10}{now / without:>8.4f}"
-          f"  <= {ALLOWED_FOR_LOGGING} {'met' if good else 'MISSED'}\n")
-    return good
+    ratio = now / without
+    print(f"{'build: one of each kind':<52}{now:>9}{without:>10}{ratio:>8.4f}"
+          f"  <= {GOAL_FOR_LOGGING} {'met' if ratio <= GOAL_FOR_LOGGING else 'MISSED'}\n")
+    return ratio <= ALLOWED_FOR_LOGGING
 
 
 def main():

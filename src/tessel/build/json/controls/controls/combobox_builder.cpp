@@ -20,7 +20,8 @@ using lumocode::contentmodel::gxzero::ComboboxItemLabel;
 
 namespace {
 
-const std::string kLinkedVariableKey = "linkedVariable";
+const framework::Field kLinkedVariable{"linkedVariable", "Found the linkedVariable property",
+                                       "Set the linkedVariable property"};
 const std::string kItemsKey = "items";
 const std::string kItemLabelsKey = "itemLabels";
 const std::string kLabelKey = "label";
@@ -76,8 +77,7 @@ void ComboboxBuilderImpl::applyComboboxData(const Model& model, ComboboxData dat
   if (fields == nullptr) return;
   applyControlData(data, json, *fields);
   applyDefaultValue(*fields, data);
-  framework::applyField(*fields, data, kLinkedVariableKey, &ComboboxData::Impl::setLinkedVariable,
-                        "Found the linkedVariable property", "Set the linkedVariable property");
+  framework::applyField(*fields, data, kLinkedVariable, &ComboboxData::Impl::setLinkedVariable);
   if (const Value* items = foundation::json::find_member(*fields, kItemsKey)) {
     applyItems(model, data, *items);
   }

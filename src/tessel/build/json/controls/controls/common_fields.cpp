@@ -22,9 +22,11 @@ using lumocode::contentmodel::gxzero::LumoControlData;
 const std::string kControlIdKey = "controlId";
 const std::string kStartColumnKey = "startColumn";
 const std::string kEndColumnKey = "endColumn";
-const std::string kExecutionModelKey = "executionModel";
+const framework::Field kExecutionModel{"executionModel", "Found the executionModel property",
+                                       "Set the executionModel property"};
 // The one key means two things: the line's code on the control object, the label in its data.
-const std::string kTextKey = "text";
+const framework::Field kLabel{"text", "Found the label property", "Set the label property"};
+const framework::Field kCode{"text", "Found the code property", "Set the code property"};
 
 /// The platform's conversion of a double, defined for every value: what no 64-bit integer holds
 /// becomes 2^63.
@@ -62,12 +64,9 @@ void applyControlData(LumoControlData data, const Value& json) {
 }
 
 void applyControlData(LumoControlData data, const Value& json, const Value& fields) {
-  framework::applyField(fields, data, kExecutionModelKey, &LumoControlData::Impl::setExecutionModel,
-                        "Found the executionModel property", "Set the executionModel property");
-  framework::applyField(fields, data, kTextKey, &LumoControlData::Impl::setLabel,
-                        "Found the label property", "Set the label property");
-  framework::applyField(json, data, kTextKey, &LumoControlData::Impl::setCode,
-                        "Found the code property", "Set the code property");
+  framework::applyField(fields, data, kExecutionModel, &LumoControlData::Impl::setExecutionModel);
+  framework::applyField(fields, data, kLabel, &LumoControlData::Impl::setLabel);
+  framework::applyField(json, data, kCode, &LumoControlData::Impl::setCode);
 }
 
 }  // namespace tessel::build::json::controls

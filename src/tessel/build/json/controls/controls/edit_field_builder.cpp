@@ -21,7 +21,8 @@ using lumocode::contentmodel::gxzero::StringDefaultValueData;
 
 namespace {
 
-const std::string kValueTypeKey = "valueType";
+const framework::Field kValueType{"valueType", "Found the valueType property",
+                                  "Set the valueType property"};
 
 /// The value type whose default value is a number; with every other one it is text.
 constexpr std::u16string_view kNumericValueType = u"Double";
@@ -67,10 +68,9 @@ void EditFieldBuilderImpl::applyEditFieldData(const Model& model, EditFieldData 
   const Value* fields = findControlFields(json);
   if (fields == nullptr) return;
   applyControlData(data, json, *fields);
-  framework::applyField(*fields, data, kValueTypeKey, &EditFieldData::Impl::setValueType,
-                        "Found the valueType property", "Set the valueType property");
+  framework::applyField(*fields, data, kValueType, &EditFieldData::Impl::setValueType);
 
-  const Value* value = foundation::json::find_member(*fields, kDefaultValueKey);
+  const Value* value = foundation::json::find_member(*fields, kDefaultValue.key);
   if (value == nullptr) return;
   // Meant: named after the element that is made, not after the key.
   framework::logDiagnostic("Found the defaultValueData property");
@@ -79,7 +79,7 @@ void EditFieldBuilderImpl::applyEditFieldData(const Model& model, EditFieldData 
                                        : createTextDefault(model, *value);
   // Required wherever there is a default value, and never read without one.
   element.get()->setDefaultLinkedVariable(framework::readAs<std::u16string>(
-      framework::memberOrUndefined(*fields, kDefaultLinkedVariableKey)));
+      framework::memberOrUndefined(*fields, kDefaultLinkedVariable.key)));
   data.get()->setDefaultValueData(element);
   framework::logDiagnostic("Set the defaultValue property");
 }

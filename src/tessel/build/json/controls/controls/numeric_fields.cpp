@@ -11,17 +11,24 @@ namespace tessel::build::json::controls {
 namespace {
 
 using foundation::json::Value;
+using framework::Field;
 using lumocode::contentmodel::gxzero::NumericControlData;
 using lumocode::contentmodel::gxzero::ScalarControlData;
 using lumocode::contentmodel::gxzero::StringControlData;
 
-const std::string kExecutionOnKey = "executionOn";
-const std::string kMinimumKey = "minimum";
-const std::string kMaximumKey = "maximum";
-const std::string kStepKey = "step";
-const std::string kMinLinkedVariableKey = "minLinkedVariable";
-const std::string kMaxLinkedVariableKey = "maxLinkedVariable";
-const std::string kStepLinkedVariableKey = "stepLinkedVariable";
+const Field kExecutionOn{"executionOn", "Found the executionOn property",
+                         "Set the executionOn property"};
+// The records of the bounds are shorter than their keys.
+const Field kMinimum{"minimum", "Found the min property", "Set the min property"};
+const Field kMaximum{"maximum", "Found the max property", "Set the max property"};
+const Field kStep{"step", "Found the step property", "Set the step property"};
+const Field kMinLinkedVariable{"minLinkedVariable", "Found the minLinkedVariable property",
+                               "Set the minLinkedVariable property"};
+// Meant: this key has no record of its own after the setter; the found-record comes twice.
+const Field kMaxLinkedVariable{"maxLinkedVariable", "Found the maxLinkedVariable property",
+                               "Found the maxLinkedVariable property"};
+const Field kStepLinkedVariable{"stepLinkedVariable", "Found the stepLinkedVariable property",
+                                "Set the stepLinkedVariable property"};
 
 template <typename Record>
 void applyNumericDefault(const Record& data, const Value& json) {
@@ -38,23 +45,14 @@ void applyNumericControlData(NumericControlData data, const Value& json, const V
   using framework::applyField;
 
   applyControlData(data, json, fields);
-  applyField(fields, data, kExecutionOnKey, &Impl::setExecuteOn, "Found the executionOn property",
-             "Set the executionOn property");
-  // The records of the bounds are shorter than their keys.
-  applyField(fields, data, kMinimumKey, &Impl::setMin, "Found the min property",
-             "Set the min property");
-  applyField(fields, data, kMaximumKey, &Impl::setMax, "Found the max property",
-             "Set the max property");
-  applyField(fields, data, kStepKey, &Impl::setStep, "Found the step property",
-             "Set the step property");
+  applyField(fields, data, kExecutionOn, &Impl::setExecuteOn);
+  applyField(fields, data, kMinimum, &Impl::setMin);
+  applyField(fields, data, kMaximum, &Impl::setMax);
+  applyField(fields, data, kStep, &Impl::setStep);
   applyDefaultLinkedVariable(fields, data);
-  applyField(fields, data, kMinLinkedVariableKey, &Impl::setMinimumLinkedVariable,
-             "Found the minLinkedVariable property", "Set the minLinkedVariable property");
-  // Meant: this key has no record of its own after the setter; the found-record comes twice.
-  applyField(fields, data, kMaxLinkedVariableKey, &Impl::setMaximumLinkedVariable,
-             "Found the maxLinkedVariable property", "Found the maxLinkedVariable property");
-  applyField(fields, data, kStepLinkedVariableKey, &Impl::setStepLinkedVariable,
-             "Found the stepLinkedVariable property", "Set the stepLinkedVariable property");
+  applyField(fields, data, kMinLinkedVariable, &Impl::setMinimumLinkedVariable);
+  applyField(fields, data, kMaxLinkedVariable, &Impl::setMaximumLinkedVariable);
+  applyField(fields, data, kStepLinkedVariable, &Impl::setStepLinkedVariable);
 }
 
 void applyScalarDefault(ScalarControlData data, const Value& json) {

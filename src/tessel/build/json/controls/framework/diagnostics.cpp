@@ -48,7 +48,7 @@ template <typename ProduceText>
 void writeRecord(const ProduceText& produceText) noexcept {
   try {
     Logger& logger = knownLogger();
-    if (!diagnostics_detail::mayBeEnabled()) return;
+    if (!mayRecordDiagnostics()) return;
     boost::log::record record = openRecord(logger);
     if (!record) return;
     const std::unique_ptr<StreamProvider::stream_compound, CompoundRelease> compound(

@@ -25,11 +25,6 @@ using LevelWord = std::atomic<std::uint32_t>;
 /// so that the first call goes and asks.
 extern std::atomic<const LevelWord*> levelWord;
 
-inline bool mayBeEnabled() noexcept {
-  return (levelWord.load(std::memory_order_acquire)->load(std::memory_order_relaxed) &
-          kDiagnosticSeverity) != 0;
-}
-
 /// A text that is made once a record is open: a plain reference to what makes it.
 struct TextSource {
   const void* producer;
@@ -41,15 +36,22 @@ void write(const TextSource& source) noexcept;
 
 }  // namespace diagnostics_detail
 
+/// One look at the level word: false while the severity's bit is clear.
+inline bool mayRecordDiagnostics() noexcept {
+  return (diagnostics_detail::levelWord.load(std::memory_order_acquire)
+              ->load(std::memory_order_relaxed) &
+          kDiagnosticSeverity) != 0;
+}
+
 /// Writes one record. With the severity's bit clear, this costs one look at the level word.
 /// Logging never fails its caller: whatever the log throws stays here, and the record is dropped.
 inline void logDiagnostic(std::string_view text) noexcept {
-  if (diagnostics_detail::mayBeEnabled()) diagnostics_detail::write(text);
+  if (mayRecordDiagnostics()) diagnostics_detail::write(text);
 }
 
-/// The same for a literal; its length is asked for only when the record is written.
-inline void logDiagnostic(const char* text) noexcept {
-  if (diagnostics_detail::mayBeEnabled()) diagnostics_detail::write(std::string_view(text));
+/// The same for a text that ends with a null; it is looked at only when the record is written.
+inline void logDiagnostic(const char* const& text) noexcept {
+  if (mayRecordDiagnostics()) diagnostics_detail::write(std::string_view(text));
 }
 
 /// The same for a text that is costly to make: it is produced once a record is open, and never
@@ -58,7 +60,7 @@ inline void logDiagnostic(const char* text) noexcept {
 template <typename ProduceText,
           typename = std::enable_if_t<std::is_invocable_r_v<std::string, const ProduceText&>>>
 void logDiagnostic(const ProduceText& produceText) noexcept {
-  if (!diagnostics_detail::mayBeEnabled()) return;
+  if (!mayRecordDiagnostics()) return;
   diagnostics_detail::write({std::addressof(produceText), [](const void* producer) {
                                return std::string((*static_cast<const ProduceText*>(producer))());
                              }});

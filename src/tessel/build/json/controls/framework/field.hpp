@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// A field: a JSON key, the setter it feeds, and the records around it.
+/// A field: a JSON key, the records around it, and the setter that it feeds.
 
 #include <string>
 #include <type_traits>
@@ -12,20 +12,24 @@
 
 namespace tessel::build::json::controls::framework {
 
-/// Hands the member under the key to the setter, as the type that the setter takes. A missing key
-/// is passed over in silence.
-/// @param foundText the record before the member is read.
-/// @param setText the record after the setter has returned.
+struct Field {
+  std::string key;
+  const char* foundText;  ///< the record before the member is read
+  const char* setText;    ///< the record after the setter has returned
+};
+
+/// Hands the member under the field's key to the setter, as the type that the setter takes. A
+/// missing key is passed over in silence.
 /// @throws std::runtime_error the conversion error, for a member of the wrong type.
 template <typename Element, typename Impl, typename Result, typename Argument>
-void applyField(const foundation::json::Value& fields, const Element& element,
-                const std::string& key, Result (Impl::*setter)(Argument), const char* foundText,
-                const char* setText) {
-  const foundation::json::Value* member = foundation::json::find_member(fields, key);
+void applyField(const foundation::json::Value& fields, const Element& element, const Field& field,
+                Result (Impl::*setter)(Argument)) {
+  const foundation::json::Value* member = foundation::json::find_member(fields, field.key);
   if (member == nullptr) return;
-  logDiagnostic(foundText);
+  const bool recorded = mayRecordDiagnostics();  // one look for both
+  if (recorded) logDiagnostic(field.foundText);
   (element.get()->*setter)(readAs<std::decay_t<Argument>>(*member));
-  logDiagnostic(setText);
+  if (recorded) logDiagnostic(field.setText);
 }
 
 }  // namespace tessel::build::json::controls::framework

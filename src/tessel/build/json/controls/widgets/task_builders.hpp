@@ -32,6 +32,12 @@ class LumoTaskHeaderBuilderImpl final : public NodeBuilder {
   std::shared_ptr<NodeBuilder> lumoAppIntegratedInlineNodeBuilder_;
 };
 
+/// A property of a task: its JSON key, and the record before it is read.
+struct TaskProperty {
+  std::string key;
+  const char* settingText;
+};
+
 /// Builds the node of a task inside its header line. Holds no state.
 class LumoTaskIntegratedInlineNodeBuilderImpl final : public NodeBuilder {
  public:
@@ -40,9 +46,9 @@ class LumoTaskIntegratedInlineNodeBuilderImpl final : public NodeBuilder {
 
  private:
   /// The member as UTF-16, empty when it is missing.
-  static std::u16string readStringProperty(const Value& json, const std::string& key);
+  static std::u16string readStringProperty(const Value& json, const TaskProperty& property);
   /// The member truncated to 32 bits, of which the low 16 are kept; 0 when it is missing.
-  static unsigned short readUnsignedShortProperty(const Value& json, const std::string& key);
+  static unsigned short readUnsignedShortProperty(const Value& json, const TaskProperty& property);
   static lumocode::contentmodel::gxzero::LumoTaskData buildLumoTaskData(
       const Model& model, lumocode::contentmodel::gxzero::LumoTaskData data, const Value& json);
 };

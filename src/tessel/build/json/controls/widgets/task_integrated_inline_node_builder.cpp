@@ -18,23 +18,19 @@ using lumocode::contentmodel::gxzero::LumoTaskData;
 
 namespace {
 
-const std::string kInstanceIdKey = "instanceId";
-const std::string kTaskIdKey = "taskID";
-const std::string kAppIdentifierKey = "appIdentifier";
-const std::string kViewKey = "view";
-const std::string kCollapsedKey = "collapsed";
-const std::string kAppVariablesKey = "appVariables";
-const std::string kAppVariablesUserMapKey = "appVariablesUserMap";
-const std::string kExecutionModelKey = "executionModel";
-const std::string kAppStateKey = "appState";
-const std::string kAutorunKey = "autorun";
-const std::string kTextKey = "text";
-const std::string kNumOfCodeLinesKey = "numOfCodeLines";
-
-/// "Setting the taskID property", and likewise for every key. Comes before the member is read.
-void logSetting(const std::string& key) {
-  framework::logDiagnostic([&key] { return "Setting the " + key + " property"; });
-}
+const TaskProperty kInstanceId{"instanceId", "Setting the instanceId property"};
+const TaskProperty kTaskId{"taskID", "Setting the taskID property"};
+const TaskProperty kAppIdentifier{"appIdentifier", "Setting the appIdentifier property"};
+const TaskProperty kView{"view", "Setting the view property"};
+const TaskProperty kCollapsed{"collapsed", "Setting the collapsed property"};
+const TaskProperty kAppVariables{"appVariables", "Setting the appVariables property"};
+const TaskProperty kAppVariablesUserMap{"appVariablesUserMap",
+                                        "Setting the appVariablesUserMap property"};
+const TaskProperty kExecutionModel{"executionModel", "Setting the executionModel property"};
+const TaskProperty kAppState{"appState", "Setting the appState property"};
+const TaskProperty kAutorun{"autorun", "Setting the autorun property"};
+const TaskProperty kText{"text", "Setting the text property"};
+const TaskProperty kNumOfCodeLines{"numOfCodeLines", "Setting the numOfCodeLines property"};
 
 /// The platform's conversion of a double to 32 bits, defined for every value: what they do not
 /// hold becomes the least of them.
@@ -57,25 +53,25 @@ Node LumoTaskIntegratedInlineNodeBuilderImpl::build(const Model& model, const Va
   framework::logDiagnostic("Starting to build a LumoAppIntegratedNode");
   auto node = framework::createInModel(
       model, &LumoAppIntegratedInlineNode::Builder::createLumoAppIntegratedInlineNode);
-  node.get()->setId(readStringProperty(json, kInstanceIdKey));
+  node.get()->setId(readStringProperty(json, kInstanceId));
   node.get()->setLumoTaskData(buildLumoTaskData(model, LumoTaskData(), json));
   framework::logDiagnostic("Finished building a LumoAppIntegratedNode");
   return Node(std::move(node));
 }
 
-std::u16string LumoTaskIntegratedInlineNodeBuilderImpl::readStringProperty(const Value& json,
-                                                                           const std::string& key) {
-  const Value* member = foundation::json::find_member(json, key);
+std::u16string LumoTaskIntegratedInlineNodeBuilderImpl::readStringProperty(
+    const Value& json, const TaskProperty& property) {
+  const Value* member = foundation::json::find_member(json, property.key);
   if (member == nullptr) return {};
-  logSetting(key);
+  framework::logDiagnostic(property.settingText);
   return framework::readAs<std::u16string>(*member);
 }
 
 unsigned short LumoTaskIntegratedInlineNodeBuilderImpl::readUnsignedShortProperty(
-    const Value& json, const std::string& key) {
-  const Value* member = foundation::json::find_member(json, key);
+    const Value& json, const TaskProperty& property) {
+  const Value* member = foundation::json::find_member(json, property.key);
   if (member == nullptr) return 0;
-  logSetting(key);
+  framework::logDiagnostic(property.settingText);
   return static_cast<unsigned short>(
       static_cast<std::uint32_t>(truncateToInt32(framework::readDouble(*member))) & 0xFFFFU);
 }
@@ -83,17 +79,17 @@ unsigned short LumoTaskIntegratedInlineNodeBuilderImpl::readUnsignedShortPropert
 LumoTaskData LumoTaskIntegratedInlineNodeBuilderImpl::buildLumoTaskData(const Model&,
                                                                         LumoTaskData data,
                                                                         const Value& json) {
-  data.setTaskId(readStringProperty(json, kTaskIdKey));
-  data.setAppIdentifier(readStringProperty(json, kAppIdentifierKey));
-  data.setView(readStringProperty(json, kViewKey));
-  data.setCollapsed(readStringProperty(json, kCollapsedKey));
-  data.setAppVariables(readStringProperty(json, kAppVariablesKey));
-  data.setAppVariablesUserMap(readStringProperty(json, kAppVariablesUserMapKey));
-  data.setExecutionModel(readStringProperty(json, kExecutionModelKey));
-  data.setAppState(readStringProperty(json, kAppStateKey));
-  data.setAutoRun(readStringProperty(json, kAutorunKey));
-  data.setText(readStringProperty(json, kTextKey));
-  data.setNumCodeLines(readUnsignedShortProperty(json, kNumOfCodeLinesKey));
+  data.setTaskId(readStringProperty(json, kTaskId));
+  data.setAppIdentifier(readStringProperty(json, kAppIdentifier));
+  data.setView(readStringProperty(json, kView));
+  data.setCollapsed(readStringProperty(json, kCollapsed));
+  data.setAppVariables(readStringProperty(json, kAppVariables));
+  data.setAppVariablesUserMap(readStringProperty(json, kAppVariablesUserMap));
+  data.setExecutionModel(readStringProperty(json, kExecutionModel));
+  data.setAppState(readStringProperty(json, kAppState));
+  data.setAutoRun(readStringProperty(json, kAutorun));
+  data.setText(readStringProperty(json, kText));
+  data.setNumCodeLines(readUnsignedShortProperty(json, kNumOfCodeLines));
   return data;
 }
 
