@@ -38,12 +38,14 @@ void throwInvalidConversion(const Value& held, const char* requestedName) {
 
 const Value& memberOrUndefined(const JsonMembers& members, const std::string& key) {
   const Value* member = findMember(members, key);
-  return member == nullptr ? kUndefined : *member;
+  if (member != nullptr) return *member;
+  return kUndefined;
 }
 
 const Value& memberOrUndefined(const Value& value, const std::string& key) {
   const Value* member = foundation::json::find_member(value, key);
-  return member == nullptr ? kUndefined : *member;
+  if (member != nullptr) return *member;
+  return kUndefined;
 }
 
 template <>
