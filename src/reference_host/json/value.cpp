@@ -106,6 +106,8 @@ Value::Value(const Value& other) {
   }
 }
 
+Value::Value(Value&& other) noexcept = default;
+
 Value& Value::operator=(const Value& other) {
   if (this != &other) *this = Value(other);
   return *this;

@@ -103,7 +103,6 @@ class TESSEL_HOST_API Value {
 
 inline Value::Value(Array elements) noexcept : held_(std::move(elements)) {}
 inline Value::Value(Object members) noexcept : held_(std::move(members)) {}
-inline Value::Value(Value&& other) noexcept = default;
 
 /// The held alternative if it is exactly `T`, else null. Nothing is converted.
 template <typename T>
