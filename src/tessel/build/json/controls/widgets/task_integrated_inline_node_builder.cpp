@@ -3,7 +3,6 @@
 #include <limits>
 #include <utility>
 
-#include "fl/i18n.hpp"
 #include "framework/diagnostics.hpp"
 #include "framework/element_creation.hpp"
 #include "framework/json_access.hpp"
