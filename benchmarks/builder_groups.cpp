@@ -24,56 +24,82 @@ using document::gxzero::Node;
 using foundation::json::Value;
 using gx::zero::Model;
 
-using ClaimedObjects = std::vector<const ClaimedObject*>;
 using SharedCorpora = std::vector<std::shared_ptr<const Corpus>>;
 
 constexpr std::size_t kMegabyte = std::size_t{1} << 20U;
 
-/// Builds all objects in one model, and destroys it.
-/// @param make from a model and a claimed object to a node.
-template <typename Make>
-void makeAll(const ClaimedObjects& objects, const Make& make) {
-  const Model model = Model::create();
-  std::vector<Node> nodes;
-  nodes.reserve(objects.size());
-  for (const ClaimedObject* object : objects) nodes.push_back(make(model, *object));
-  benchmark::DoNotOptimize(nodes.data());
+/// What a builder is given.
+struct Recognised {
+  const NamedBuilder* builder;
+  const Value* json;
+};
+
+/// What the floor is given.
+using Plain = PlainControl<std::string>;
+
+/// The claimed objects of all corpora, each as what one variant needs of it and nothing else: what
+/// lies between two of them would be fetched along with them.
+template <typename Item>
+std::vector<Item> itemsOf(const SharedCorpora& corpora, Item (*take)(const ClaimedObject&)) {
+  std::vector<Item> items;
+  for (const auto& corpus : corpora) {
+    for (const ClaimedObject& object : corpus->claimed()) items.push_back(take(object));
+  }
+  return items;
 }
 
-Node makeByBuilder(const Model& model, const ClaimedObject& object) {
+Recognised recognisedIn(const ClaimedObject& object) {
+  return {object.builder, object.json};
+}
+
+Plain plainIn(const ClaimedObject& object) {
+  return object.plain;
+}
+
+Node build(const Model& model, const Recognised& object) {
   return object.builder->build(model, *object.json);
 }
 
-Node makeByFloor(const Model& model, const ClaimedObject& object) {
-  return createElements(model, object.plain);
+/// Makes all nodes in one model, and destroys it.
+template <typename Item>
+void makeAll(const std::vector<Item>& items, Node (*make)(const Model&, const Item&)) {
+  const Model model = Model::create();
+  std::vector<Node> nodes;
+  nodes.reserve(items.size());
+  for (const Item& item : items) nodes.push_back(make(model, item));
+  benchmark::DoNotOptimize(nodes.data());
 }
 
-ClaimedObjects claimedIn(const SharedCorpora& corpora) {
-  ClaimedObjects objects;
-  for (const auto& corpus : corpora) {
-    for (const ClaimedObject& object : corpus->claimed()) objects.push_back(&object);
-  }
-  return objects;
+/// @param corpora kept, because the items may refer to them.
+template <typename Item>
+Variant making(std::string name, const SharedCorpora& corpora, std::vector<Item> items,
+               Node (*make)(const Model&, const Item&)) {
+  const std::size_t count = items.size();
+  return {std::move(name), count,
+          [corpora, items = std::move(items), make](int) { makeAll(items, make); }};
+}
+
+Variant buildOf(std::string name, const SharedCorpora& corpora) {
+  return making(std::move(name), corpora, itemsOf(corpora, recognisedIn), build);
+}
+
+Variant floorOf(std::string name, const SharedCorpora& corpora) {
+  return making(std::move(name), corpora, itemsOf(corpora, plainIn), createElements);
 }
 
 /// The floor is none unless it makes the very same elements.
-void requireSameElements(const ClaimedObjects& objects) {
-  for (const ClaimedObject* object : objects) {
-    const Model built = Model::create();
-    const Model made = Model::create();
-    if (reference_host::exporting::toJson(makeByBuilder(built, *object)) !=
-        reference_host::exporting::toJson(makeByFloor(made, *object))) {
-      throw std::runtime_error("the floor makes other elements than the builder of the " +
-                               object->builder->name());
+void requireSameElements(const SharedCorpora& corpora) {
+  for (const auto& corpus : corpora) {
+    for (const ClaimedObject& object : corpus->claimed()) {
+      const Model built = Model::create();
+      const Model made = Model::create();
+      if (reference_host::exporting::toJson(build(built, recognisedIn(object))) !=
+          reference_host::exporting::toJson(createElements(made, object.plain))) {
+        throw std::runtime_error("the floor makes other elements than the builder of the " +
+                                 object.builder->name());
+      }
     }
   }
-}
-
-Variant buildOf(std::string name, const SharedCorpora& corpora,
-                Node (*make)(const Model&, const ClaimedObject&)) {
-  const ClaimedObjects objects = claimedIn(corpora);
-  return {std::move(name), objects.size(),
-          [corpora, objects, make](int) { makeAll(objects, make); }};
 }
 
 using Objects = std::vector<const Value*>;
@@ -108,12 +134,12 @@ Objects textRunsAmong(const Objects& objects) {
 Group buildGroup() {
   const auto corpus = std::make_shared<const Corpus>(generateDocument(kMegabyte));
   const SharedCorpora corpora = {corpus};
-  requireSameElements(claimedIn(corpora));
+  requireSameElements(corpora);
   Group group;
   group.name = "build";
   group.unit = "control";
-  group.variants = {buildOf("build", corpora, makeByBuilder),
-                    buildOf("floor", corpora, makeByFloor),
+  group.variants = {buildOf("build", corpora),
+                    floorOf("floor", corpora),
                     {"walk, recognise, build", corpus->claimed().size(),
                      [corpus](int) { benchmark::DoNotOptimize(importValue(corpus->value())); }}};
   group.rows = {{"build of recognised objects", "floor", 0, 1, Bound::kAtMost, 1.6},
@@ -129,10 +155,10 @@ Group kindsGroup() {
   for (std::size_t index = 0; index < kKindCount; ++index) {
     const Kind kind = static_cast<Kind>(index);
     const SharedCorpora corpora = controlsOf(kind, kControls);
-    requireSameElements(claimedIn(corpora));
+    requireSameElements(corpora);
     const std::string name = nameOf(kind);
-    group.variants.push_back(buildOf("build " + name, corpora, makeByBuilder));
-    group.variants.push_back(buildOf("floor " + name, corpora, makeByFloor));
+    group.variants.push_back(buildOf("build " + name, corpora));
+    group.variants.push_back(floorOf("floor " + name, corpora));
     group.rows.push_back({"build: " + name, "floor", 2 * index, 2 * index + 1});
   }
   group.secondsOfRun = 0.02;
@@ -141,19 +167,20 @@ Group kindsGroup() {
 
 Group bareStructsGroup() {
   const SharedCorpora corpora = controlsOf(Kind::kButton, 2'000);
-  std::vector<const Button<std::string>*> buttons;
-  for (const ClaimedObject* object : claimedIn(corpora)) {
-    buttons.push_back(&std::get<Button<std::string>>(object->plain));
+  std::vector<Button<std::string>> buttons;
+  for (const Plain& plain : itemsOf(corpora, plainIn)) {
+    buttons.push_back(std::get<Button<std::string>>(plain));
   }
   Group group;
   group.name = "bare structs";
   group.unit = "button";
-  group.variants = {buildOf("floor", corpora, makeByFloor),
-                    {"bare structs", buttons.size(), [corpora, buttons](int) {
+  group.variants = {floorOf("floor", corpora),
+                    {"bare structs", buttons.size(), [buttons](int) {
                        std::vector<boost::intrusive_ptr<BareButton>> nodes;
                        nodes.reserve(buttons.size());
-                       for (const auto* button : buttons)
-                         nodes.push_back(createBareButton(*button));
+                       for (const Button<std::string>& button : buttons) {
+                         nodes.push_back(createBareButton(button));
+                       }
                        benchmark::DoNotOptimize(nodes.data());
                      }}};
   group.rows = {{"floor", "three bare counted structs, same texts", 0, 1, Bound::kAtMost, 1.5}};

@@ -9,8 +9,9 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 if(NOT MSVC)
-  # A library calls its own exported functions directly, and may inline them.
-  add_compile_options(-fno-semantic-interposition)
+  # A library calls its own exported functions directly, and may inline them; those of other
+  # libraries it calls without a detour.
+  add_compile_options(-fno-semantic-interposition -fno-plt)
 endif()
 
 # Without optimisation the parser library checks its users, in memory that it does not check to have.

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <stdexcept>
 
 #include "reference_host/i18n/utf16.hpp"
@@ -17,8 +18,14 @@ namespace {
 constexpr UChar32 kReplacement = 0xFFFD;
 
 bool isAscii(std::string_view utf8) noexcept {
-  return std::none_of(utf8.begin(), utf8.end(),
-                      [](char unit) { return (static_cast<unsigned char>(unit) & 0x80U) != 0; });
+  std::uint64_t seen = 0;
+  for (; utf8.size() >= sizeof seen; utf8.remove_prefix(sizeof seen)) {
+    std::uint64_t units = 0;
+    std::memcpy(&units, utf8.data(), sizeof units);
+    seen |= units;
+  }
+  for (const char unit : utf8) seen |= static_cast<unsigned char>(unit);
+  return (seen & 0x8080808080808080U) == 0;
 }
 
 /// The length of the next piece: as long as allowed, without cutting a sequence in two.

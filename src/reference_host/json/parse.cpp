@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <new>
 #include <optional>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -122,8 +123,9 @@ error_code ValueReader::readMember(OpenContainer& container) {
   SIMDJSON_TRY(unescape(field.key(), key));
   // One look-up, whatever the order of the names; of two members with one name the last holds.
   auto& members = *container.members;
-  return read(field.value(),
-              members.emplace_hint(members.end(), std::string(key), Value())->second);
+  const auto member = members.emplace_hint(members.end(), std::piecewise_construct,
+                                           std::forward_as_tuple(key), std::tuple<>());
+  return read(field.value(), member->second);
 }
 
 error_code ValueReader::unescape(ondemand::raw_json_string source, std::string_view& text) {
@@ -179,6 +181,8 @@ error_code ValueReader::open(ondemand::array source, Value& target) {
   OpenContainer container;
   SIMDJSON_TRY(source.begin().get(container.element));
   container.elements = &target.emplace<Value::Array>();
+  // Most arrays are short and few have a single element: one allocation instead of two.
+  if (container.element != ondemand::array_iterator()) container.elements->reserve(2);
   open_.push_back(container);
   return simdjson::SUCCESS;
 }

@@ -13,6 +13,8 @@ namespace {
 using foundation::json::Value;
 
 constexpr std::string_view kGenericControl = "LumoControlNode";
+// A comparison with a text that the compiler knows needs no call.
+constexpr std::string_view kClassName = "className";
 
 /// The object's members, or null with a record.
 const JsonMembers* membersOf(const Value& json) {
@@ -27,7 +29,7 @@ const Value* findClassName(const JsonMembers& members) {
   constexpr int kFirstLooks = 3;
   auto member = members.begin();
   for (int look = 0; look < kFirstLooks && member != members.end(); ++look, ++member) {
-    if (member->first == kClassNameKey) return &member->second;
+    if (member->first == kClassName) return &member->second;
   }
   return findMember(members, kClassNameKey);
 }

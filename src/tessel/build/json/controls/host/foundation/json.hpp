@@ -71,7 +71,11 @@ class TESSEL_HOST_API Value {
   /// Makes this hold a `T` made of the arguments, which are used up before what it held goes.
   template <typename T, typename... Arguments>
   T& emplace(Arguments&&... arguments) {
-    return held_.template emplace<T>(T(std::forward<Arguments>(arguments)...));
+    if constexpr (sizeof...(Arguments) == 0) {
+      return held_.template emplace<T>();
+    } else {
+      return held_.template emplace<T>(T(std::forward<Arguments>(arguments)...));
+    }
   }
 
   /// True when this is an object that has the member; false for every other alternative.
