@@ -65,6 +65,19 @@ TEST(Utf8ToUstringTest, ReplacesEachIllFormedPart) {
   }
 }
 
+// Plain text is told by several units at once.
+TEST(Utf8ToUstringTest, FindsWhatIsNotPlainAtEveryPlace) {
+  for (std::size_t length = 0; length <= 20; ++length) {
+    EXPECT_EQ(utf8_to_ustring(std::string(length, 'x')), std::u16string(length, u'x'));
+    for (std::size_t place = 0; place <= length; ++place) {
+      SCOPED_TRACE(std::to_string(place) + " of " + std::to_string(length));
+      std::string utf8(length, 'x');
+      std::u16string utf16(length, u'x');
+      EXPECT_EQ(utf8_to_ustring(utf8.insert(place, "\xC3\xA9")), utf16.insert(place, u"\u00E9"));
+    }
+  }
+}
+
 struct Utf16Row {
   const char* description;
   std::u16string utf16;

@@ -26,10 +26,11 @@ void applyField(const foundation::json::Value& fields, const Element& element, c
                 Result (Impl::*setter)(Argument)) {
   const foundation::json::Value* member = foundation::json::find_member(fields, field.key);
   if (member == nullptr) return;
-  const bool recorded = mayRecordDiagnostics();  // one look for both
-  if (recorded) logDiagnostic(field.foundText);
-  (element.get()->*setter)(readAs<std::decay_t<Argument>>(*member));
-  if (recorded) logDiagnostic(field.setText);
+  const auto set = [&] { (element.get()->*setter)(readAs<std::decay_t<Argument>>(*member)); };
+  if (!mayRecordDiagnostics()) return set();  // one look for both records
+  logDiagnostic(field.foundText);
+  set();
+  logDiagnostic(field.setText);
 }
 
 }  // namespace tessel::build::json::controls::framework
