@@ -55,6 +55,7 @@ Group growthGroup(const char* name, const char* rowName, const char* heldAgainst
   group.variants = {importOf("large", large), importOf("small", small)};
   group.rows = {{rowName, heldAgainst, 0, 1, Bound::kAtMost, goal}};
   group.rounds = kRoundsOfLargeDocuments;
+  group.untimedRuns = 3;
   return group;
 }
 

@@ -52,12 +52,13 @@ class Stopwatch {
       : wallClock_(group.wallClock),
         units_(static_cast<double>(variant.units)),
         name_(group.name + "/" + variant.name),
-        registered_(benchmark::RegisterBenchmark(name_.c_str(),
-                                                 [run = variant.run](benchmark::State& state) {
-                                                   const int thread = state.thread_index();
-                                                   run(thread);
-                                                   for (auto iteration : state) run(thread);
-                                                 })) {
+        registered_(benchmark::RegisterBenchmark(
+            name_.c_str(),
+            [run = variant.run, untimed = group.untimedRuns](benchmark::State& state) {
+              const int thread = state.thread_index();
+              for (int count = 0; count < untimed; ++count) run(thread);
+              for (auto iteration : state) run(thread);
+            })) {
     registered_->UseRealTime()->Threads(variant.threads)->Iterations(1);
   }
 

@@ -48,6 +48,10 @@ struct Group {
   std::vector<Row> rows;
   std::size_t rounds = 21;
   double secondsOfRun = 0.03;  ///< a run is repeated within its round until it takes so long
+  /// How often a variant runs before it is timed, so that none inherits the caches of its
+  /// neighbour. More than once where so much memory is touched that the system has to come by it
+  /// first.
+  int untimedRuns = 1;
   /// Time on the wall, which variants of several threads need; otherwise the thread's own time on a
   /// processor, so that other programs disturb less.
   bool wallClock = false;
@@ -72,8 +76,8 @@ struct GroupResult {
 
 double median(std::vector<double> values);
 
-/// Runs a group. Before each timed run the heap is brought into one state and the variant runs once
-/// untimed, so that none inherits the heap and the caches of its neighbour. Google Benchmark takes
+/// Runs a group. Before each timed run the heap is brought into one state and the variant runs
+/// untimed. Google Benchmark takes
 /// the time of each run; which runs come when is decided here: its own interleaving spreads the
 /// repetitions of all variants at random over the whole time, so that two of one number need not be
 /// neighbours.
