@@ -188,7 +188,7 @@ Group bareStructsGroup() {
 }
 
 Group recognitionGroup() {
-  const auto corpus = std::make_shared<const Corpus>(generateDocument(kMegabyte / 16));
+  const auto corpus = std::make_shared<const Corpus>(generateDocument(kMegabyte));
   Objects controls;
   for (const ClaimedObject& object : corpus->claimed()) controls.push_back(object.json);
   const Objects& strangers = corpus->strangers();

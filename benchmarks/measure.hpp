@@ -77,10 +77,9 @@ struct GroupResult {
 double median(std::vector<double> values);
 
 /// Runs a group. Before each timed run the heap is brought into one state and the variant runs
-/// untimed. Google Benchmark takes
-/// the time of each run; which runs come when is decided here: its own interleaving spreads the
-/// repetitions of all variants at random over the whole time, so that two of one number need not be
-/// neighbours.
+/// untimed. Google Benchmark takes the time of each run; which runs come when is decided here: its
+/// own interleaving spreads the repetitions of all variants at random over the whole time, so that
+/// two of one number need not be neighbours.
 GroupResult measure(const Group& group, std::size_t rounds);
 
 }  // namespace benchmarks

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <string_view>
 
 #include "fl/i18n.hpp"
@@ -10,18 +9,26 @@ using foundation::json::Value;
 
 namespace {
 
-constexpr std::string_view kClassName = "className";
+constexpr std::string_view kClassNameKey = "className";
+
+/// The member "className"; null when there is none or the value is no object. In the order of the
+/// keys it stands among the first ones of nearly every object, where going along finds it sooner
+/// than a search.
+const Value* findClassName(const Value& json) {
+  const auto* const members = json.get_if<Value::Object>();
+  if (members == nullptr) return nullptr;
+  for (const auto& [key, member] : *members) {
+    if (key == kClassNameKey) return &member;
+    if (key > kClassNameKey) break;
+  }
+  return nullptr;
+}
 
 }  // namespace
 
 bool has_className(const Value& json, std::string className) {
-  const auto* const members = json.get_if<Value::Object>();
-  if (members == nullptr) return false;
-  // In key order it stands among the first members of nearly every object: sooner than a search.
-  const auto member = std::find_if(members->begin(), members->end(),
-                                   [](const auto& each) { return each.first == kClassName; });
-  if (member == members->end()) return false;
-  const auto* const text = member->second.get_if<std::string>();
+  const Value* const member = findClassName(json);
+  const auto* const text = member == nullptr ? nullptr : member->get_if<std::string>();
   return text != nullptr && *text == className;
 }
 

@@ -181,7 +181,7 @@ error_code ValueReader::open(ondemand::array source, Value& target) {
   OpenContainer container;
   SIMDJSON_TRY(source.begin().get(container.element));
   container.elements = &target.emplace<Value::Array>();
-  // Most arrays are short and few have a single element: one allocation instead of two.
+  // A spare value where an array has one element, an allocation less where it has more.
   if (container.element != ondemand::array_iterator()) container.elements->reserve(2);
   open_.push_back(container);
   return simdjson::SUCCESS;

@@ -26,6 +26,10 @@ TEST(HasClassNameTest, ComparesTheWholeText) {
   const ClassNameRow rows[] = {
       {"the class name", Object{{"className", "LumoAppLineNode"}}, true},
       {"among other members", Object{{"a", 1.0}, {"className", "LumoAppLineNode"}}, true},
+      {"after the other members",
+       Object{{"0", 1.0}, {"classNam", 1.0}, {"className", "LumoAppLineNode"}}, true},
+      {"only members before it", Object{{"0", 1.0}, {"classNam", 1.0}}, false},
+      {"only members after it", Object{{"classNameX", "LumoAppLineNode"}, {"x", 1.0}}, false},
       {"another case", Object{{"className", "lumoAppLineNode"}}, false},
       {"a prefix of it", Object{{"className", "LumoAppLine"}}, false},
       {"more than it", Object{{"className", "LumoAppLineNode2"}}, false},

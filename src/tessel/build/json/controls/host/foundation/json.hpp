@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -71,7 +72,7 @@ class TESSEL_HOST_API Value {
   /// Makes this hold a `T` made of the arguments, which are used up before what it held goes.
   template <typename T, typename... Arguments>
   T& emplace(Arguments&&... arguments) {
-    if constexpr (sizeof...(Arguments) == 0) {
+    if constexpr (sizeof...(Arguments) == 0 && std::is_nothrow_default_constructible_v<T>) {
       return held_.template emplace<T>();
     } else {
       return held_.template emplace<T>(T(std::forward<Arguments>(arguments)...));
