@@ -71,6 +71,20 @@ std::size_t importValue(const Value& document) {
       reference_host::importer::importDocument(test_support::allBuilders(), model, document));
 }
 
+std::size_t recognizeAll(const Value& value) {
+  std::size_t claimed = 0;
+  if (const auto* elements = value.get_if<Value::Array>()) {
+    for (const Value& element : *elements) claimed += recognizeAll(element);
+  }
+  const auto* members = value.get_if<Value::Object>();
+  if (members == nullptr) return claimed;
+  for (const NamedBuilder& builder : test_support::allBuilders()) {
+    if (builder.canBuild(value)) return 1;
+  }
+  for (const auto& member : *members) claimed += recognizeAll(member.second);
+  return claimed;
+}
+
 Corpus::Corpus(std::string text)
     : text_(std::move(text)), value_(reference_host::json::parse(text_)) {
   sort(value_);

@@ -23,6 +23,10 @@ using reference_host::importer::NamedBuilder;
 std::size_t importText(const std::string& text);
 std::size_t importValue(const foundation::json::Value& document);
 
+/// Walks and asks as the import does, and builds nothing.
+/// @return the count of objects that a builder claims.
+std::size_t recognizeAll(const foundation::json::Value& value);
+
 /// An object with the builder that claims it, and its content in a plain struct.
 struct ClaimedObject {
   const NamedBuilder* builder;
