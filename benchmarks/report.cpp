@@ -1,5 +1,6 @@
 #include "report.hpp"
 
+#include <array>
 #include <cstdio>
 #include <nlohmann/json.hpp>
 #include <thread>
@@ -53,11 +54,17 @@ void print(const GroupResult& group) {
               group.rounds.size());
   for (const RowResult& result : group.rows) {
     const bool judged = result.row.bound != Bound::kNone;
+    // A ratio of more than two variants has no two times of its own.
+    const auto time = [&group, derived = result.row.ratio != nullptr](std::size_t variant) {
+      std::array<char, 32> text{};
+      std::snprintf(text.data(), text.size(), "%.1f", group.medians[variant]);
+      return derived ? std::string() : std::string(text.data());
+    };
     const std::string goal =
         judged ? boundSign(result.row.bound) + (" " + shortNumber(result.row.goal)) : "";
-    std::printf("  %-44s %-44s %9.1f %9.1f %8s %8s-%-8s %9s %s\n", result.row.name.c_str(),
-                result.row.heldAgainst.c_str(), group.medians[result.row.ours],
-                group.medians[result.row.theirs], shortNumber(result.ratio).c_str(),
+    std::printf("  %-44s %-44s %9s %9s %8s %8s-%-8s %9s %s\n", result.row.name.c_str(),
+                result.row.heldAgainst.c_str(), time(result.row.ours).c_str(),
+                time(result.row.theirs).c_str(), shortNumber(result.ratio).c_str(),
                 shortNumber(result.lowest).c_str(), shortNumber(result.highest).c_str(),
                 goal.c_str(), judged ? (result.met ? "met" : "MISSED") : "");
   }
