@@ -59,6 +59,23 @@ std::size_t builtOrThrow(const reference_host::importer::ImportResult& result) {
   return result.summary.built;
 }
 
+/// Walks and asks as the import does.
+/// @param onClaimed called with the builder and the object that it claims.
+/// @param onStranger called with an object that nobody claims, before the walk goes into it.
+template <typename OnClaimed, typename OnStranger>
+void walk(const Value& value, const OnClaimed& onClaimed, const OnStranger& onStranger) {
+  if (const auto* elements = value.get_if<Value::Array>()) {
+    for (const Value& element : *elements) walk(element, onClaimed, onStranger);
+  }
+  const auto* members = value.get_if<Value::Object>();
+  if (members == nullptr) return;
+  for (const NamedBuilder& builder : test_support::allBuilders()) {
+    if (builder.canBuild(value)) return onClaimed(builder, value);
+  }
+  onStranger(value);
+  for (const auto& member : *members) walk(member.second, onClaimed, onStranger);
+}
+
 }  // namespace
 
 std::size_t importText(const std::string& text) {
@@ -73,36 +90,21 @@ std::size_t importValue(const Value& document) {
 
 std::size_t recognizeAll(const Value& value) {
   std::size_t claimed = 0;
-  if (const auto* elements = value.get_if<Value::Array>()) {
-    for (const Value& element : *elements) claimed += recognizeAll(element);
-  }
-  const auto* members = value.get_if<Value::Object>();
-  if (members == nullptr) return claimed;
-  for (const NamedBuilder& builder : test_support::allBuilders()) {
-    if (builder.canBuild(value)) return 1;
-  }
-  for (const auto& member : *members) claimed += recognizeAll(member.second);
+  walk(
+      value, [&claimed](const NamedBuilder&, const Value&) { ++claimed; }, [](const Value&) {});
   return claimed;
 }
 
 Corpus::Corpus(std::string text)
     : text_(std::move(text)), value_(reference_host::json::parse(text_)) {
-  sort(value_);
-}
-
-void Corpus::sort(const Value& value) {
-  if (const auto* elements = value.get_if<Value::Array>()) {
-    for (const Value& element : *elements) sort(element);
-  }
-  const auto* members = value.get_if<Value::Object>();
-  if (members == nullptr) return;
-  for (const NamedBuilder& builder : test_support::allBuilders()) {
-    if (!builder.canBuild(value)) continue;
-    claimed_.push_back({&builder, &value, plainControl(value)});
-    return;
-  }
-  if (&value != &value_) strangers_.push_back(&value);
-  for (const auto& member : *members) sort(member.second);
+  walk(
+      value_,
+      [this](const NamedBuilder& builder, const Value& object) {
+        claimed_.push_back({&builder, &object, plainControl(object)});
+      },
+      [this](const Value& object) {
+        if (&object != &value_) strangers_.push_back(&object);
+      });
 }
 
 std::vector<std::shared_ptr<const Corpus>> controlsOf(Kind kind, std::size_t count) {

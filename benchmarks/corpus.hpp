@@ -50,9 +50,6 @@ class Corpus {
   }
 
  private:
-  /// Walks as the import does.
-  void sort(const foundation::json::Value& value);
-
   std::string text_;
   foundation::json::Value value_;
   std::vector<ClaimedObject> claimed_;

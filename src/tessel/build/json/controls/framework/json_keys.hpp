@@ -7,7 +7,6 @@
 
 namespace tessel::build::json::controls::framework {
 
-inline const std::string kClassNameKey = "className";
 inline const std::string kContextKey = "context";
 inline const std::string kTypeKey = "type";  ///< in "context": the word of a generic control
 inline const std::string kDataKey = "data";  ///< in "context": the control's own fields

@@ -13,8 +13,9 @@ namespace {
 using foundation::json::Value;
 
 constexpr std::string_view kGenericControl = "LumoControlNode";
-// A comparison with a text that the compiler knows needs no call.
+// Compared with a text that the compiler knows, which needs no call; searched for as the map asks.
 constexpr std::string_view kClassName = "className";
+const std::string kClassNameKey(kClassName);
 
 /// The object's members, or null with a record.
 const JsonMembers* membersOf(const Value& json) {
