@@ -1,7 +1,9 @@
 #include "tessel_tool/input.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdint>
 #include <filesystem>
 #include <iostream>
 #include <system_error>
@@ -16,6 +18,9 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
 constexpr std::size_t kLineBufferSize = 65536;
+// What a batch of files may come to, and what the smallest one counts for.
+constexpr std::size_t kBatchOfFiles = 65536;
+constexpr std::uintmax_t kSmallestFile = 1024;
 
 std::string systemReason() {
   return std::generic_category().message(errno == 0 ? EIO : errno);
@@ -160,7 +165,22 @@ std::optional<std::vector<Document>> DocumentSource::nextBatch() {
     readLine(document);
     if (!isBlank(document)) batch.push_back(std::move(document));
   }
+  if (unit_ == Unit::kWholeInput && batch.front().text.size() < kBatchOfFiles) {
+    std::size_t room = kBatchOfFiles;
+    while (nextFits(room)) batch.push_back(*next());
+  }
   return batch;
+}
+
+/// Whether the next input is a file that fits, and takes it out of the room. Other inputs may have
+/// to be waited for.
+bool DocumentSource::nextFits(std::size_t& room) const {
+  if (nextPath_ == paths_.size() || paths_[nextPath_] == kStandardInput) return false;
+  std::error_code notAFile;
+  const std::uintmax_t size = std::filesystem::file_size(paths_[nextPath_], notAFile);
+  if (notAFile || std::max(size, kSmallestFile) > room) return false;
+  room -= std::max(size, kSmallestFile);
+  return true;
 }
 
 bool DocumentSource::readLine(Document& document) {

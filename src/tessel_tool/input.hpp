@@ -77,12 +77,13 @@ class DocumentSource {
 
   /// The next document; nothing at the end.
   std::optional<Document> next();
-  /// The next document and, of lines, those after it that can be had without waiting; nothing at
-  /// the end. All but the first are 64 KiB together at most.
+  /// The next document and those after it that can be had without waiting: lines, or files;
+  /// nothing at the end. All but the first are 64 KiB together at most.
   std::optional<std::vector<Document>> nextBatch();
 
  private:
   bool readLine(Document& document);
+  bool nextFits(std::size_t& room) const;
 
   std::vector<std::string> paths_;
   std::size_t nextPath_ = 0;

@@ -3,7 +3,7 @@
 /// @file
 /// Work that is done several items at a time, with results in the order of the items.
 
-#include <atomic>
+#include <algorithm>
 #include <condition_variable>
 #include <cstddef>
 #include <exception>
@@ -15,24 +15,30 @@
 
 namespace tessel_tool {
 
-/// Takes items from `next`, works on up to `jobs` of them at a time, and hands the results to
-/// `finish` in the order of the items. `next` and `finish` are called by one thread at a time each,
-/// `next` not again once it gave nothing.
+/// Takes items from `next`, works on several of them at a time, and hands the results to `finish`
+/// in the order of the items. `next` and `finish` are called by one thread at a time each, `next`
+/// not again once it gave nothing.
 /// No more than `jobs` items or results exist at a time, and a result is handed over as soon as
-/// those before it were, without waiting for more items.
+/// those before it were, without waiting for more items. A result whose turn has not come is put
+/// aside, and its thread goes on with the next item.
 ///
 /// Ends when `next` gives nothing, or `finish` says false; what is still being worked on then is
 /// dropped. An exception from any of the three ends it too and is thrown on.
 template <typename Item, typename Result, typename Next, typename Work, typename Finish>
 class OrderedWork {
  public:
-  OrderedWork(Next next, Work work, Finish finish)
-      : next_(std::move(next)), work_(std::move(work)), finish_(std::move(finish)) {}
+  OrderedWork(std::size_t jobs, Next next, Work work, Finish finish)
+      : next_(std::move(next)),
+        work_(std::move(work)),
+        finish_(std::move(finish)),
+        results_(jobs) {}
 
-  void run(std::size_t jobs) {
+  void run(std::size_t threads) {
     std::vector<std::thread> others;
     try {
-      for (std::size_t index = 1; index < jobs; ++index) others.emplace_back([this] { serve(); });
+      for (std::size_t index = 1; index < threads; ++index) {
+        others.emplace_back([this] { serve(); });
+      }
     } catch (...) {
       stop(std::current_exception());
     }
@@ -44,64 +50,82 @@ class OrderedWork {
  private:
   void serve() noexcept {
     try {
-      while (takeWorkAndFinish()) continue;
+      std::size_t number = 0;
+      while (std::optional<Item> item = take(number)) {
+        Result result = work_(*item);
+        item.reset();
+        finishFrom(number, std::move(result));
+      }
     } catch (...) {
       stop(std::current_exception());
     }
   }
 
-  /// Deals with one item; false when there is nothing more to do.
-  bool takeWorkAndFinish() {
-    std::optional<Item> item;
-    std::size_t number = 0;
+  /// The next item, once there is room for it; nothing when there is nothing more to do.
+  std::optional<Item> take(std::size_t& number) {
+    const std::lock_guard<std::mutex> taking(takeMutex_);
     {
-      const std::lock_guard<std::mutex> taking(takeMutex_);
-      if (ended_ || stopped_) return false;
-      ended_ = true;  // unless there is an item: a call that throws is the last one, too
-      item = next_();
-      if (!item) return false;
-      ended_ = false;
-      number = taken_++;
+      std::unique_lock<std::mutex> lock(mutex_);
+      room_.wait(lock, [this] { return stopped_ || taken_ - finished_ < results_.size(); });
+      if (ended_ || stopped_) return std::nullopt;
     }
-    Result result = work_(*item);
-    std::unique_lock<std::mutex> finishing(finishMutex_);
-    turn_.wait(finishing, [&] { return stopped_ || finished_ == number; });
-    if (stopped_) return false;
-    if (!finish_(std::move(result))) stopped_ = true;
-    ++finished_;
-    turn_.notify_all();
-    return !stopped_;
+    ended_ = true;  // unless there is an item: a call that throws is the last one, too
+    std::optional<Item> item = next_();
+    ended_ = !item;
+    if (item) number = taken_++;
+    return item;
+  }
+
+  /// Puts the result aside, and hands over all whose turn has come if it is the first of them.
+  void finishFrom(std::size_t number, Result result) {
+    std::unique_lock<std::mutex> lock(mutex_);
+    results_[number % results_.size()] = std::move(result);
+    if (number != finished_) return;  // whoever finishes the one before it goes on with it
+    while (!stopped_) {
+      std::optional<Result> first =
+          std::exchange(results_[finished_ % results_.size()], std::nullopt);
+      if (!first) return;
+      lock.unlock();
+      const bool goOn = finish_(*std::exchange(first, std::nullopt));
+      lock.lock();
+      ++finished_;
+      if (!goOn) stopped_ = true;
+      room_.notify_one();  // only one thread takes at a time
+    }
   }
 
   void stop(std::exception_ptr failure) noexcept {
-    const std::lock_guard<std::mutex> guard(finishMutex_);
+    const std::lock_guard<std::mutex> lock(mutex_);
     if (!failure_) failure_ = std::move(failure);
     stopped_ = true;
-    turn_.notify_all();
+    room_.notify_one();
   }
 
   Next next_;
   Work work_;
   Finish finish_;
 
-  std::mutex takeMutex_;
+  std::mutex takeMutex_;  // for the two below, and calls of `next`
   std::size_t taken_ = 0;
   bool ended_ = false;
 
-  std::mutex finishMutex_;
-  std::condition_variable turn_;
+  std::mutex mutex_;  // for all below; locked behind the other where both are
+  std::condition_variable room_;
+  std::vector<std::optional<Result>> results_;  // those put aside, by number modulo their count
   std::size_t finished_ = 0;
-  std::atomic<bool> stopped_{false};  // written under the lock above
+  bool stopped_ = false;
   std::exception_ptr failure_;
 };
 
-/// Runs `OrderedWork` on what `next` gives.
+/// Runs `OrderedWork` on what `next` gives, with no more threads than can be of use: one for each
+/// processor, one that waits for an item, and one that waits for a result to be taken.
 template <typename Next, typename Work, typename Finish>
 void runInOrder(std::size_t jobs, Next next, Work work, Finish finish) {
   using Item = typename decltype(next())::value_type;
   using Result = decltype(work(std::declval<Item&>()));
-  OrderedWork<Item, Result, Next, Work, Finish>(std::move(next), std::move(work), std::move(finish))
-      .run(jobs);
+  OrderedWork<Item, Result, Next, Work, Finish>(jobs, std::move(next), std::move(work),
+                                                std::move(finish))
+      .run(std::min<std::size_t>(jobs, std::thread::hardware_concurrency() + 2));
 }
 
 }  // namespace tessel_tool

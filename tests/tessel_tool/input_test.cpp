@@ -1,6 +1,7 @@
 #include "tessel_tool/input.hpp"
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -220,9 +221,6 @@ TEST_F(InputTest, BatchesHoldAllDocumentsInOrder) {
     std::vector<Document> found;
     for (std::vector<Document>& batch : batches(paths, unit)) {
       EXPECT_GE(batch.size(), 1U);
-      if (unit == DocumentSource::Unit::kWholeInput) {
-        EXPECT_EQ(batch.size(), 1U);
-      }
       for (Document& document : batch) found.push_back(std::move(document));
     }
     ASSERT_EQ(found.size(), expected.size());
@@ -253,6 +251,40 @@ TEST_F(InputTest, BatchesAreBoundedInBytes) {
     most = std::max(most, batch.size());
   }
   EXPECT_GT(most, 100U);
+}
+
+TEST_F(InputTest, SmallFilesComeTogetherAndNothingIsWaitedFor) {
+  constexpr std::size_t kBound = 65536;
+  const std::string empty = file("empty", "");
+  const std::string small = file("small", "1");
+  const std::string half = file("half", std::string(kBound / 2, ' '));
+  const std::string large = file("large", std::string(kBound, ' '));
+  const std::string missing = (folder_ / "missing").string();
+  const std::string pipe = (folder_ / "pipe").string();
+  ASSERT_EQ(mkfifo(pipe.c_str(), S_IRUSR | S_IWUSR), 0);
+  struct Row {
+    const char* description;
+    std::vector<std::string> paths;
+    std::vector<std::size_t> sizes;
+  };
+  const Row rows[] = {
+      {"small ones", {small, empty, small}, {3}},
+      {"many", std::vector<std::string>(200, small), {65, 65, 65, 5}},
+      {"what is together at the bound", {small, half, half, half, half}, {3, 2}},
+      {"a large one before, between and behind", {large, small, large, large, small}, {1, 2, 1, 1}},
+      {"one that cannot be read", {small, missing, small}, {1, 2}},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.description);
+    std::vector<std::size_t> sizes;
+    for (const auto& batch : batches(row.paths, DocumentSource::Unit::kWholeInput)) {
+      sizes.push_back(batch.size());
+    }
+    EXPECT_EQ(sizes, row.sizes);
+  }
+  // Nobody ever writes to the pipe.
+  DocumentSource source({small, pipe}, DocumentSource::Unit::kWholeInput);
+  EXPECT_EQ(source.nextBatch()->size(), 1U);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <mutex>
 #include <numeric>
 #include <optional>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -103,6 +104,49 @@ TEST(OrderedWork, WorksOnAsManyItemsAsThereAreJobs) {
       },
       [](int) { return true; });
   EXPECT_TRUE(met);
+}
+
+TEST(OrderedWork, AResultThatHasToWaitHoldsNoThread) {
+  // Two threads work, and the first item takes until the last has been worked on.
+  constexpr int kItems = 5;
+  std::mutex mutex;
+  std::condition_variable worked;
+  bool lastWorked = false;
+  bool inTime = false;
+  std::vector<int> results;
+  const auto work = [&](int number) {
+    std::unique_lock<std::mutex> lock(mutex);
+    if (number == kItems - 1) lastWorked = true;
+    worked.notify_all();
+    if (number == 0) {
+      inTime = worked.wait_for(lock, std::chrono::seconds(60), [&] { return lastWorked; });
+    }
+    return number;
+  };
+  const auto finish = [&](int number) {
+    results.push_back(number);
+    return true;
+  };
+  OrderedWork<int, int, Numbers, decltype(work), decltype(finish)>(kItems, Numbers(kItems), work,
+                                                                   finish)
+      .run(2);
+  EXPECT_TRUE(inTime);
+  EXPECT_EQ(results, upTo(kItems));
+}
+
+TEST(OrderedWork, MoreJobsThanProcessorsAreNotMoreThreads) {
+  std::mutex mutex;
+  std::set<std::thread::id> threads;
+  runInOrder(
+      256, Numbers(2000),
+      [&](int number) {
+        std::this_thread::sleep_for(std::chrono::microseconds(100));
+        const std::lock_guard<std::mutex> lock(mutex);
+        threads.insert(std::this_thread::get_id());
+        return number;
+      },
+      [](int) { return true; });
+  EXPECT_LE(threads.size(), std::thread::hardware_concurrency() + 2);
 }
 
 TEST(OrderedWork, AResultIsFinishedWithoutWaitingForMoreItems) {
