@@ -1,17 +1,11 @@
 #include "tessel_tool/console.hpp"
 
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <new>
 #include <system_error>
 
-#if defined(_WIN32)
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
-
+#include "tessel_tool/platform.hpp"
 #include "tessel_tool/text_form.hpp"
 
 namespace tessel_tool {
@@ -20,14 +14,6 @@ namespace {
 
 constexpr std::chrono::milliseconds kProgressInterval(100);
 
-bool isTerminal(std::FILE* stream) noexcept {
-#if defined(_WIN32)
-  return _isatty(_fileno(stream)) != 0;
-#else
-  return isatty(fileno(stream)) != 0;
-#endif
-}
-
 void writeToStandardError(std::string_view text) noexcept {
   // Nobody could be told about a failure here.
   static_cast<void>(std::fwrite(text.data(), 1, text.size(), stderr));
@@ -35,12 +21,6 @@ void writeToStandardError(std::string_view text) noexcept {
 }
 
 }  // namespace
-
-void reportBrokenPipesAsErrors() noexcept {
-#if defined(SIGPIPE)
-  std::signal(SIGPIPE, SIG_IGN);
-#endif
-}
 
 void writeResult(std::string_view text) {
   errno = 0;
@@ -68,7 +48,7 @@ void complain(std::string_view subject, std::string_view reason) noexcept {
 }
 
 ProgressLine::ProgressLine(bool wanted)
-    : enabled_(wanted && isTerminal(stderr)), nextShow_(Clock::now() + kProgressInterval) {}
+    : enabled_(wanted && canEraseLine(stderr)), nextShow_(Clock::now() + kProgressInterval) {}
 
 ProgressLine::~ProgressLine() {
   erase();

@@ -18,9 +18,6 @@ class OutputError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Makes a write to a pipe that nobody reads an error instead of the end of the process.
-void reportBrokenPipesAsErrors() noexcept;
-
 /// Writes a result to standard output and sees to it that it arrives.
 /// @throws OutputError
 void writeResult(std::string_view text);
@@ -32,7 +29,7 @@ void complain(std::string_view message) noexcept;
 void complain(std::string_view subject, std::string_view reason) noexcept;
 
 /// The line on a terminal that says how far a long import has come. Where standard error is no
-/// terminal it shows nothing.
+/// terminal, or one whose lines cannot be erased, it shows nothing.
 class ProgressLine {
  public:
   /// @param wanted whether to show anything at all.

@@ -1,5 +1,6 @@
 #include "tessel_tool/explain_command.hpp"
 
+#include <cstddef>
 #include <optional>
 #include <vector>
 
@@ -8,6 +9,7 @@
 #include "tessel_tool/console.hpp"
 #include "tessel_tool/explanation.hpp"
 #include "tessel_tool/input.hpp"
+#include "tessel_tool/stop.hpp"
 
 namespace tessel_tool {
 
@@ -43,6 +45,8 @@ ExitStatus runExplain(BuilderServices& services, const ExplainOptions& options) 
   DocumentSource source(
       files, options.ndjson ? DocumentSource::Unit::kLine : DocumentSource::Unit::kWholeInput);
   ExitStatus status = ExitStatus::kSuccess;
+  std::size_t answered = 0;
+  stopBetweenAnswers();
   while (std::optional<Document> document = source.next()) {
     std::string out;
     std::string reason;
@@ -55,11 +59,13 @@ ExitStatus runExplain(BuilderServices& services, const ExplainOptions& options) 
     } else if (options.json) {
       appendErrorAsJson(out, reason, options.ndjson);
     }
+    AnswerInProgress answer;
     writeResult(out);
     if (!value) {
       complain(document->path, reason);
       status = ExitStatus::kInputFailed;
     }
+    answer.complete(++answered, document->name);
   }
   return status;
 }

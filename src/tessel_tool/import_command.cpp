@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "reference_host/importer/importer.hpp"
@@ -10,6 +11,7 @@
 #include "tessel_tool/import_answer.hpp"
 #include "tessel_tool/input.hpp"
 #include "tessel_tool/ordered_work.hpp"
+#include "tessel_tool/stop.hpp"
 
 namespace tessel_tool {
 
@@ -28,6 +30,7 @@ struct WrittenAnswers {
   std::vector<Complaint> complaints;
   std::size_t documents = 0;
   std::size_t failed = 0;
+  std::string last;  // the name of the last document
 
   void append(const ImportAnswer& answer, const ImportOptions& options) {
     if (options.json) {
@@ -65,6 +68,7 @@ ExitStatus runImport(BuilderServices& services, const ImportOptions& options) {
   ProgressLine progress(options.ndjson);
   std::size_t documents = 0;
   std::size_t failed = 0;
+  stopBetweenAnswers();
 
   runInOrder(
       options.jobs, [&] { return source.nextBatch(); },
@@ -72,6 +76,7 @@ ExitStatus runImport(BuilderServices& services, const ImportOptions& options) {
         WrittenAnswers answers;
         for (Document& document : batch) {
           answers.append(importOne(builders, document, onError, options.log), options);
+          answers.last = std::move(document.name);
           if (answers.failed != 0 && options.failFast) break;
         }
         return answers;
@@ -79,9 +84,11 @@ ExitStatus runImport(BuilderServices& services, const ImportOptions& options) {
       [&](const WrittenAnswers& answers) {
         documents += answers.documents;
         failed += answers.failed;
+        AnswerInProgress inProgress;
         progress.erase();
         answers.write();
         progress.show(documents, failed);
+        inProgress.complete(documents, answers.last);
         return !(answers.failed != 0 && options.failFast);
       });
   return failed == 0 ? ExitStatus::kSuccess : ExitStatus::kInputFailed;

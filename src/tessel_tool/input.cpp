@@ -4,6 +4,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdint>
+#include <cstdio>
 #include <filesystem>
 #include <iostream>
 #include <system_error>
@@ -11,6 +12,8 @@
 
 #include "reference_host/json/parse.hpp"
 #include "reference_host/json/syntax_check.hpp"
+#include "tessel_tool/console.hpp"
+#include "tessel_tool/platform.hpp"
 
 namespace tessel_tool {
 
@@ -125,6 +128,10 @@ foundation::json::Value Document::parse() {
 DocumentSource::DocumentSource(std::vector<std::string> paths, Unit unit)
     : paths_(std::move(paths)), unit_(unit) {
   if (paths_.empty()) paths_.emplace_back(kStandardInput);
+  if (std::count(paths_.begin(), paths_.end(), kStandardInput) != 0 && isTerminal(stdin)) {
+    complain(std::string("waiting for JSON on standard input; ") + kEndOfInputKey +
+             " at the start of a line ends it");
+  }
 }
 
 std::optional<Document> DocumentSource::next() {

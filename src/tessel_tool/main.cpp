@@ -15,6 +15,7 @@
 #include "tessel_tool/explain_command.hpp"
 #include "tessel_tool/import_command.hpp"
 #include "tessel_tool/input.hpp"
+#include "tessel_tool/platform.hpp"
 
 namespace tessel_tool {
 

@@ -1,12 +1,18 @@
 """The tool as a process: its streams, its files, and bundles that are none."""
 
+import contextlib
+import fcntl
 import json
 import os
 import pathlib
 import pty
+import re
 import select
+import signal
+import struct
 import subprocess
 import tempfile
+import termios
 import time
 import unittest
 
@@ -25,7 +31,43 @@ def tessel(*arguments, given=b"", **options):
                           timeout=SECONDS, check=False, **options)
 
 
-class Process(unittest.TestCase):
+@contextlib.contextmanager
+def running(*arguments, **options):
+    """The tool with its streams in pipes; it does not outlive the block."""
+    streams = {name: subprocess.PIPE for name in ("stdin", "stdout", "stderr")}
+    with subprocess.Popen([TOOL, *arguments], bufsize=0, **{**streams, **options}) as process:
+        try:
+            yield process
+        finally:
+            process.kill()
+
+
+def wait_until(condition):
+    end = time.monotonic() + SECONDS
+    while not condition():
+        if time.monotonic() > end:
+            raise AssertionError("what was waited for did not happen")
+        time.sleep(0.005)
+
+
+def bytes_in(pipe):
+    return struct.unpack("i", fcntl.ioctl(pipe, termios.FIONREAD, b"\0" * 4))[0]
+
+
+def read_all(descriptor):
+    """What a terminal shows until nobody writes to it."""
+    seen = b""
+    while True:
+        try:
+            part = os.read(descriptor, 65536)
+        except OSError:
+            part = b""
+        if not part:
+            return seen
+        seen += part
+
+
+class ProcessTest(unittest.TestCase):
     def setUp(self):
         temporary = tempfile.TemporaryDirectory()
         self.addCleanup(temporary.cleanup)
@@ -36,6 +78,16 @@ class Process(unittest.TestCase):
         path.write_text(content, encoding="utf-8")
         return str(path)
 
+    def terminal(self):
+        try:
+            leader, follower = pty.openpty()
+        except OSError as error:
+            self.skipTest(f"no terminal can be made here: {error}")
+        self.addCleanup(os.close, leader)
+        return leader, follower
+
+
+class Process(ProcessTest):
     def assert_failed(self, done, status, message):
         self.assertEqual((done.returncode, done.stderr.decode()), (status, message))
 
@@ -221,29 +273,22 @@ class Process(unittest.TestCase):
 
     def test_progress_shows_on_a_terminal_only_and_leaves_nothing(self):
         lines = self.file("lines.ndjson", (BUTTON + "\n") * 10)
-        for arguments, shown in ((["--ndjson"], True), ([], False)):
-            with self.subTest(arguments=arguments):
-                try:
-                    leader, follower = pty.openpty()
-                except OSError as error:
-                    self.skipTest(f"no terminal can be made here: {error}")
-                with subprocess.Popen([TOOL, "import", *arguments], stdin=subprocess.PIPE,
-                                      stdout=subprocess.DEVNULL, stderr=follower) as process:
+        for arguments, kind, shown in ((["--ndjson"], "xterm", True), ([], "xterm", False),
+                                       (["--ndjson"], "dumb", False),
+                                       (["--ndjson"], None, False)):
+            with self.subTest(arguments=arguments, kind=kind):
+                leader, follower = self.terminal()
+                variables = {name: value for name, value in os.environ.items() if name != "TERM"}
+                if kind:
+                    variables["TERM"] = kind
+                with running("import", *arguments, stdout=subprocess.DEVNULL, stderr=follower,
+                             env=variables) as process:
                     os.close(follower)
                     time.sleep(0.5)  # longer than the line waits before it shows
                     process.stdin.write((BUTTON + "\n").encode())
                     process.stdin.close()
-                    seen = b""
-                    while True:
-                        try:
-                            part = os.read(leader, 65536)
-                        except OSError:
-                            break
-                        if not part:
-                            break
-                        seen += part
+                    seen = read_all(leader)
                     self.assertEqual(process.wait(SECONDS), 0)
-                os.close(leader)
                 if shown:
                     self.assertRegex(seen, rb"^(\r\x1b\[K\d+ documents, 0 failed(\r\x1b\[K)?)*$")
                     self.assertTrue(seen == b"" or seen.endswith(b"\r\x1b[K"))
@@ -251,6 +296,156 @@ class Process(unittest.TestCase):
                 else:
                     self.assertEqual(seen, b"")
         self.assertEqual(tessel("import", "--ndjson", lines, stdout=subprocess.DEVNULL).stderr, b"")
+
+    def test_a_terminal_as_input_is_said_to_be_waited_for(self):
+        file = self.file("document.json", BUTTON)
+        for arguments, waits in ((["import"], True), (["import", file, "-"], True),
+                                 (["import", "--ndjson"], True), (["explain"], True),
+                                 (["import", file], False)):
+            with self.subTest(arguments=arguments):
+                leader, follower = self.terminal()
+                with running(*arguments, stdin=follower) as process:
+                    os.close(follower)
+                    if waits:
+                        self.assertEqual(process.stderr.readline(),
+                                         b"tessel: waiting for JSON on standard input; Ctrl-D at "
+                                         b"the start of a line ends it\n")
+                        os.write(leader, BUTTON.encode() + b"\n\x04")
+                    self.assertIn(b"ButtonNode", process.stdout.read())
+                    self.assertEqual(process.stderr.read(), b"")
+                    self.assertEqual(process.wait(SECONDS), 0)
+
+
+SIGNALS = (signal.SIGINT, signal.SIGTERM)
+STOPPED_IMPORTS = [(["import", "--ndjson", "--format", "json", "--jobs", jobs], number)
+                   for jobs in ("1", "2") for number in SIGNALS]
+STOPPED_COMMANDS = [(["explain", "--ndjson", "--format", "json"], number)
+                    for number in SIGNALS] + STOPPED_IMPORTS
+
+
+class Stop(ProcessTest):
+    """What SIGINT and SIGTERM do."""
+
+    LINE = (BUTTON + "\n").encode()
+
+    def assert_stopped(self, process, number, answered, last=None):
+        message = f"tessel: stopped; documents answered: {answered}"
+        message += f", the last one {last}\n" if last else "\n"
+        self.assertEqual(process.stderr.read().decode(), message)
+        self.assertEqual(process.wait(SECONDS), -number)
+
+    def test_before_the_first_answer(self):
+        for command, number in STOPPED_COMMANDS:
+            with self.subTest(command=command, signal=number), running(*command) as process:
+                process.stdin.write(self.LINE[:5])
+                wait_until(lambda: bytes_in(process.stdin) == 0)
+                process.send_signal(number)
+                self.assertEqual(process.stdout.read(), b"")
+                self.assert_stopped(process, number, 0)
+
+    def test_while_it_waits_for_a_line(self):
+        for command, number in STOPPED_COMMANDS:
+            with self.subTest(command=command, signal=number), running(*command) as process:
+                for _ in range(2):
+                    process.stdin.write(self.LINE)
+                    json.loads(process.stdout.readline())
+                process.stdin.write(self.LINE[:5])
+                process.send_signal(number)
+                self.assertEqual(process.stdout.read(), b"")
+                self.assert_stopped(process, number, 2, "-:2")
+
+    def test_while_it_waits_for_somebody_to_open_a_pipe(self):
+        file, pipe = self.file("document.json", BUTTON), str(self.folder / "pipe")
+        os.mkfifo(pipe)
+        for number in SIGNALS:
+            for jobs in ("1", "2"):
+                with self.subTest(signal=number, jobs=jobs):
+                    with running("import", "--format", "json", "--jobs", jobs, file,
+                                 pipe) as process:
+                        answer = b""
+                        while not answer.endswith(b"\n}\n"):
+                            answer += os.read(process.stdout.fileno(), 65536)
+                        process.send_signal(number)
+                        self.assertEqual(process.stdout.read(), b"")
+                        self.assert_stopped(process, number, 1, file)
+
+    def test_while_lines_come_and_go_without_end(self):
+        for command, number in STOPPED_COMMANDS:
+            with self.subTest(command=command, signal=number), \
+                 subprocess.Popen(["yes", BUTTON], stdout=subprocess.PIPE) as lines:
+                with running(*command, stdin=lines.stdout) as process:
+                    lines.stdout.close()
+                    seen = process.stdout.read(1)
+                    while seen.count(b"\n") < 500:
+                        seen += process.stdout.read(65536)
+                    process.send_signal(number)
+                    while part := process.stdout.read(65536):
+                        seen += part
+                    self.assertTrue(seen.endswith(b"}\n"), seen[-100:])
+                    answered = seen.count(b"\n")
+                    self.assert_stopped(process, number, answered,
+                                        f"-:{answered}")
+                lines.kill()
+
+    @contextlib.contextmanager
+    def blocked_in_a_write(self, command):
+        """The tool, with an answer that is far longer than what a pipe takes."""
+        reading, writing = os.pipe()
+        with running(*command, stdout=writing) as process, os.fdopen(reading, "rb") as results:
+            process.stdin.write(("[" + ",".join([BUTTON] * 3000) + "]\n").encode())
+            wait_until(lambda: not select.select([], [writing], [], 0)[1])
+            os.close(writing)
+            yield process, results
+
+    def test_an_answer_that_is_being_written_is_finished(self):
+        for command, number in STOPPED_IMPORTS:
+            with self.subTest(command=command, signal=number), \
+                 self.blocked_in_a_write(command) as (process, results):
+                process.send_signal(number)
+                self.assertEqual(json.loads(results.read())["summary"]["built"], 3000)
+                self.assert_stopped(process, number, 1, "-:1")
+
+    @unittest.skipUnless(os.path.exists("/proc/self/status"), "nothing tells that it is blocked")
+    def test_an_answer_is_finished_of_which_nothing_could_be_written_yet(self):
+        for number in SIGNALS:
+            with self.subTest(signal=number):
+                reading, writing = os.pipe()
+                before = 0
+                while select.select([], [writing], [], 0)[1]:
+                    before += os.write(writing, b" " * select.PIPE_BUF)
+                with running("import", "--ndjson", "--format", "json",
+                             stdout=writing) as process, os.fdopen(reading, "rb") as results:
+                    os.close(writing)
+                    process.stdin.write(self.LINE)
+                    wait_until(lambda: bytes_in(process.stdin) == 0)
+                    status = pathlib.Path(f"/proc/{process.pid}/status")
+                    wait_until(lambda: "State:\tS" in status.read_text(encoding="utf-8"))
+                    process.send_signal(number)
+                    wait_until(lambda: re.search(r"ShdPnd:\s0+\n",
+                                                 status.read_text(encoding="utf-8")))
+                    self.assertEqual(json.loads(results.read()[before:])["summary"]["built"], 1)
+                    self.assert_stopped(process, number, 1, "-:1")
+
+    def test_a_second_signal_ends_it_at_once(self):
+        for command, number in STOPPED_IMPORTS:
+            with self.subTest(command=command, signal=number), \
+                 self.blocked_in_a_write(command) as (process, _):
+                # Two that come at the same time are one.
+                wait_until(lambda: process.send_signal(number) or process.poll() is not None)
+                self.assertEqual(process.returncode, -number)
+                self.assertEqual(process.stderr.read(), b"")
+
+    def test_what_is_ignored_at_the_start_stays_ignored(self):
+        for number in SIGNALS:
+            with self.subTest(signal=number):
+                with running("import", "--ndjson", "--format", "json",
+                             preexec_fn=lambda: signal.signal(number, signal.SIG_IGN)) as process:
+                    for _ in range(2):
+                        process.stdin.write(self.LINE)
+                        json.loads(process.stdout.readline())
+                        process.send_signal(number)
+                    process.stdin.close()
+                    self.assertEqual(process.wait(SECONDS), 0)
 
 
 if __name__ == "__main__":

@@ -1,0 +1,82 @@
+#include "tessel_tool/stop.hpp"
+
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <new>
+#include <string>
+#include <thread>
+
+#include "tessel_tool/platform.hpp"
+#include "tessel_tool/text_form.hpp"
+
+namespace tessel_tool {
+
+namespace {
+
+enum class State { kBetweenAnswers, kInAnswer, kStopped };
+
+// A handler may use them only if they need no lock.
+static_assert(std::atomic<State>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
+std::atomic<State> state{State::kBetweenAnswers};
+std::atomic<int> stopSignal{0};
+
+/// What is said at the end. It changes only while an answer is in progress, when no handler reads
+/// it.
+std::string& lastLine() {
+  static auto* const line = new std::string;  // a signal may come while the process ends
+  return *line;
+}
+
+void setLastLine(std::size_t documents, std::string_view last) {
+  std::string line = canEraseLine(stderr) ? "\r\x1b[K" : "";  // the progress may be there
+  line += "tessel: stopped; documents answered: " + std::to_string(documents);
+  if (!last.empty()) line += ", the last one " + onOneLine(last);
+  lastLine() = line + '\n';
+}
+
+[[noreturn]] void sayHowFarAndEnd() noexcept {
+  writeFromHandler(lastLine());
+  endBySignal(stopSignal);
+}
+
+void handleStop(int signal) {
+  stopSignal = signal;
+  switch (state.exchange(State::kStopped)) {
+    case State::kBetweenAnswers:
+      sayHowFarAndEnd();
+    case State::kInAnswer:
+      return;  // whoever writes it ends the process
+    case State::kStopped:
+      endBySignal(signal);
+  }
+}
+
+}  // namespace
+
+void stopBetweenAnswers() {
+  setLastLine(0, "");
+  setStopHandler(handleStop);
+}
+
+AnswerInProgress::AnswerInProgress() noexcept {
+  State before = State::kBetweenAnswers;
+  if (state.compare_exchange_strong(before, State::kInAnswer)) return;
+  // A handler on another thread is about to end the process.
+  while (true) std::this_thread::sleep_for(std::chrono::hours(1));
+}
+
+AnswerInProgress::~AnswerInProgress() {
+  State before = State::kInAnswer;
+  if (!state.compare_exchange_strong(before, State::kBetweenAnswers)) sayHowFarAndEnd();
+}
+
+void AnswerInProgress::complete(std::size_t documents, std::string_view last) noexcept {
+  try {
+    setLastLine(documents, last);
+  } catch (const std::bad_alloc&) {
+    lastLine() = "tessel: stopped\n";  // shorter than what it held, so that it takes no memory
+  }
+}
+
+}  // namespace tessel_tool

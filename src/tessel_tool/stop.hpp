@@ -1,0 +1,31 @@
+#pragma once
+
+/// @file
+/// What happens when somebody stops the tool (SIGINT, SIGTERM): whole answers only, a line on
+/// standard error that says how far it came, and the end that the signal means.
+
+#include <cstddef>
+#include <string_view>
+
+namespace tessel_tool {
+
+/// From here on a signal ends the process at once where no answer is being written, and else behind
+/// that answer; what was not begun is left. A second signal ends the process wherever it is.
+void stopBetweenAnswers();
+
+/// While it lives, answers are being written; no two live at a time.
+class AnswerInProgress {
+ public:
+  AnswerInProgress() noexcept;
+  /// Ends the process if a signal came meanwhile.
+  ~AnswerInProgress();
+  AnswerInProgress(const AnswerInProgress&) = delete;
+  AnswerInProgress& operator=(const AnswerInProgress&) = delete;
+
+  /// The answers are written.
+  /// @param documents how many have been answered until now.
+  /// @param last the name of the last one.
+  void complete(std::size_t documents, std::string_view last) noexcept;
+};
+
+}  // namespace tessel_tool
