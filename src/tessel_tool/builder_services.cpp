@@ -13,6 +13,7 @@
 #include <chrono>
 #include <exception>
 #include <mutex>
+#include <new>
 #include <sstream>
 #include <utility>
 
@@ -48,6 +49,10 @@ struct PublishedBuilder {
   std::string interface;
   ServiceReferenceU reference;
 };
+
+const char* reasonOf(const std::exception& error) {
+  return dynamic_cast<const std::bad_alloc*>(&error) != nullptr ? kOutOfMemory : error.what();
+}
 
 std::string propertyText(const ServiceReferenceU& reference, const std::string& key) {
   const Any value = reference.GetProperty(key);
@@ -203,7 +208,7 @@ BuilderServices::BuilderServices(const std::filesystem::path& bundle) : path_(bu
     runtime_ = std::make_unique<Runtime>(path_.string());
     runtime_->start();
   } catch (const std::exception& error) {
-    throw BundleError(path_, error.what());
+    throw BundleError(path_, reasonOf(error));
   }
   throwIfFailed();
 }
@@ -221,7 +226,7 @@ const std::vector<NamedBuilder>& BuilderServices::builders() {
         service = runtime_->get<tessel::build::json::code::CodeElementBuilder>(published);
       }
     } catch (const std::exception& error) {
-      throw BundleError(path_, published.componentName + ": " + error.what());
+      throw BundleError(path_, published.componentName + ": " + reasonOf(error));
     }
     if (!std::visit([](const auto& builder) { return builder != nullptr; }, service)) {
       const std::string errors = runtime_->takeErrors();
@@ -278,7 +283,7 @@ void BuilderServices::close() {
   try {
     runtime_->stop();
   } catch (const std::exception& error) {
-    throw BundleError(path_, error.what());
+    throw BundleError(path_, reasonOf(error));
   }
   throwIfFailed();
 }

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <initializer_list>
 #include <new>
 #include <system_error>
 
@@ -20,6 +21,25 @@ void writeToStandardError(std::string_view text) noexcept {
   static_cast<void>(std::fflush(stderr));
 }
 
+/// Writes "tessel: " and the parts as one line.
+void writeLine(std::initializer_list<std::string_view> parts) noexcept {
+  try {
+    std::string message;
+    for (const std::string_view part : parts) message += part;
+    writeToStandardError("tessel: " + onOneLine(message) + '\n');
+  } catch (const std::bad_alloc&) {
+    // Without memory it is told all the same, only less well quoted.
+    writeToStandardError("tessel: ");
+    for (const std::string_view part : parts) {
+      for (const char character : part) {
+        const bool control = static_cast<unsigned char>(character) < 0x20 || character == '\x7f';
+        writeToStandardError(control ? "?" : std::string_view(&character, 1));
+      }
+    }
+    writeToStandardError("\n");
+  }
+}
+
 }  // namespace
 
 void writeResult(std::string_view text) {
@@ -30,21 +50,11 @@ void writeResult(std::string_view text) {
 }
 
 void complain(std::string_view message) noexcept {
-  try {
-    std::string line("tessel: ");
-    writeToStandardError(line.append(onOneLine(message)).append("\n"));
-  } catch (const std::bad_alloc&) {
-    writeToStandardError("tessel: out of memory\n");
-  }
+  writeLine({message});
 }
 
 void complain(std::string_view subject, std::string_view reason) noexcept {
-  try {
-    std::string message(subject);
-    complain(message.append(": ").append(reason));
-  } catch (const std::bad_alloc&) {
-    complain("out of memory");
-  }
+  writeLine({subject, ": ", reason});
 }
 
 ProgressLine::ProgressLine(bool wanted)

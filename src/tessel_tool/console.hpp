@@ -18,6 +18,9 @@ class OutputError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// What is told where memory does not suffice. Short enough to be put in any string without memory.
+inline constexpr const char* kOutOfMemory = "out of memory";
+
 /// Writes a result to standard output and sees to it that it arrives.
 /// @throws OutputError
 void writeResult(std::string_view text);

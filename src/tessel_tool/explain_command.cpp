@@ -1,7 +1,9 @@
 #include "tessel_tool/explain_command.hpp"
 
 #include <cstddef>
+#include <new>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "reference_host/json/parse.hpp"
@@ -15,7 +17,7 @@ namespace tessel_tool {
 
 namespace {
 
-using foundation::json::Value;
+using NamedBuilders = std::vector<reference_host::importer::NamedBuilder>;
 using reference_host::json::JsonWriter;
 
 void appendErrorAsJson(std::string& out, const std::string& message, bool oneLine) {
@@ -24,16 +26,28 @@ void appendErrorAsJson(std::string& out, const std::string& message, bool oneLin
   out += '\n';
 }
 
-/// The document's value; nothing, and the reason, when it cannot be read or parsed.
-std::optional<Value> valueOf(Document& document, std::string& reason) {
-  reason = document.readError;
-  if (!reason.empty()) return std::nullopt;
-  try {
-    return document.parse();
-  } catch (const reference_host::json::ParseError& error) {
-    reason = error.what();
-    return std::nullopt;
+void appendExplanation(std::string& out, Document& document, const NamedBuilders& builders,
+                       const ExplainOptions& options) {
+  const foundation::json::Value value = document.parse();
+  const Explanation explanation = explain(builders, value);
+  if (options.json) {
+    appendAsJson(out, explanation, options.ndjson);
+  } else {
+    if (options.ndjson) out += document.name + '\n';
+    appendAsText(out, explanation, value);
   }
+}
+
+/// @return why there is no explanation; empty if there is one.
+std::string tryToExplain(std::string& out, Document& document, const NamedBuilders& builders,
+                         const ExplainOptions& options) try {
+  if (document.readError.empty()) appendExplanation(out, document, builders, options);
+  return document.readError;
+} catch (const reference_host::json::ParseError& error) {
+  return error.what();
+} catch (const std::bad_alloc&) {
+  std::string().swap(out);
+  return kOutOfMemory;
 }
 
 }  // namespace
@@ -49,20 +63,12 @@ ExitStatus runExplain(BuilderServices& services, const ExplainOptions& options) 
   stopBetweenAnswers();
   while (std::optional<Document> document = source.next()) {
     std::string out;
-    std::string reason;
-    const std::optional<Value> value = valueOf(*document, reason);
-    if (value && options.json) {
-      appendAsJson(out, explain(builders, *value), options.ndjson);
-    } else if (value) {
-      if (options.ndjson) out += document->name + '\n';
-      appendAsText(out, explain(builders, *value), *value);
-    } else if (options.json) {
-      appendErrorAsJson(out, reason, options.ndjson);
-    }
+    const std::string reason = tryToExplain(out, *document, builders, options);
+    if (!reason.empty() && options.json) appendErrorAsJson(out, reason, options.ndjson);
     AnswerInProgress answer;
     writeResult(out);
-    if (!value) {
-      complain(document->path, reason);
+    if (!reason.empty()) {
+      complain(reason == kOutOfMemory ? document->name : document->path, reason);
       status = ExitStatus::kInputFailed;
     }
     answer.complete(++answered, document->name);

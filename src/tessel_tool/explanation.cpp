@@ -1,6 +1,7 @@
 #include "tessel_tool/explanation.hpp"
 
 #include <exception>
+#include <new>
 #include <utility>
 
 #include "reference_host/export/export.hpp"
@@ -25,6 +26,8 @@ BuilderAnswer ask(const NamedBuilder& builder, const Value& value) {
   answer.builder = builder.name();
   try {
     answer.canBuild = builder.canBuild(value);
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (...) {
     answer.error = messageOf(std::current_exception());
   }
@@ -38,6 +41,8 @@ BuildOutcome buildWith(const NamedBuilder& builder, const Value& value) {
   outcome.model = gx::zero::Model::create();
   try {
     outcome.node = builder.build(outcome.model, value);
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (...) {
     outcome.error = messageOf(std::current_exception());
   }

@@ -1,25 +1,31 @@
 #include "tessel_tool/import_answer.hpp"
 
+#include <new>
+#include <utility>
+
 #include "reference_host/export/export.hpp"
 #include "reference_host/json/parse.hpp"
 #include "reference_host/json/text_writer.hpp"
 #include "reference_host/logging/log_capture.hpp"
+#include "tessel_tool/console.hpp"
 #include "tessel_tool/text_form.hpp"
 
 namespace tessel_tool {
 
 namespace {
 
+using NamedBuilders = std::vector<reference_host::importer::NamedBuilder>;
 using reference_host::importer::ImportError;
+using reference_host::importer::OnError;
 using reference_host::importer::Step;
 using reference_host::importer::Summary;
 using reference_host::json::JsonWriter;
 using reference_host::logging::LogCapture;
 
-void writeParseError(JsonWriter& writer, const std::string& message) {
+void writeFailure(JsonWriter& writer, const ImportAnswer& answer) {
   writer.beginObject();
-  writer.key("pointer").value("").key("builder").null().key("step").value("parse");
-  writer.key("message").value(message);
+  writer.key("pointer").value("").key("builder").null().key("step").value(answer.failedStep);
+  writer.key("message").value(answer.failure);
   writer.endObject();
 }
 
@@ -47,26 +53,40 @@ void appendError(std::string& out, const ImportError& error) {
   out += onOneLine(error.message) + '\n';
 }
 
-}  // namespace
-
-ImportAnswer importOne(const std::vector<reference_host::importer::NamedBuilder>& builders,
-                       Document& document, reference_host::importer::OnError onError,
-                       bool withLog) {
-  ImportAnswer answer;
-  answer.document = document.name;
-  answer.path = document.path;
-  answer.parseError = document.readError;
+void importInto(ImportAnswer& answer, Document& document, const NamedBuilders& builders,
+                OnError onError) {
   std::optional<LogCapture> capture;
-  if (withLog) capture.emplace();
-  if (document.readError.empty()) {
-    try {
-      const foundation::json::Value value = document.parse();
-      answer.result = importDocument(builders, gx::zero::Model::create(), value, onError);
-    } catch (const reference_host::json::ParseError& error) {
-      answer.parseError = error.what();
-    }
+  if (answer.log) capture.emplace();
+  try {
+    const foundation::json::Value value = document.parse();
+    answer.failedStep = stepName(Step::kBuild);
+    answer.result = importDocument(builders, gx::zero::Model::create(), value, onError);
+  } catch (const reference_host::json::ParseError& error) {
+    answer.failure = error.what();
   }
   if (capture) answer.log = capture->takeTexts();
+}
+
+}  // namespace
+
+void ImportAnswer::runOutOfMemory() noexcept {
+  result = {};
+  failure = kOutOfMemory;
+  if (log) log.emplace();
+}
+
+ImportAnswer importOne(const NamedBuilders& builders, Document& document, OnError onError,
+                       bool withLog) {
+  ImportAnswer answer;
+  answer.document = std::move(document.name);
+  answer.failure = std::move(document.readError);
+  if (withLog) answer.log.emplace();
+  try {
+    if (answer.failure.empty()) importInto(answer, document, builders, onError);
+  } catch (const std::bad_alloc&) {
+    answer.runOutOfMemory();
+  }
+  answer.path = std::move(document.path);
   return answer;
 }
 
@@ -78,7 +98,7 @@ void appendAsJson(std::string& out, const ImportAnswer& answer, bool oneLine) {
   for (const auto& node : answer.result.nodes) reference_host::exporting::writeJson(writer, node);
   writer.endArray();
   writer.key("errors").beginArray();
-  if (!answer.parseError.empty()) writeParseError(writer, answer.parseError);
+  if (!answer.failure.empty()) writeFailure(writer, answer);
   for (const ImportError& error : answer.result.errors) writeError(writer, error);
   writer.endArray();
   writer.key("summary");
@@ -93,7 +113,7 @@ void appendAsJson(std::string& out, const ImportAnswer& answer, bool oneLine) {
 }
 
 void appendAsTree(std::string& out, const ImportAnswer& answer) {
-  if (!answer.parseError.empty()) return;
+  if (!answer.failure.empty()) return;
   out += onOneLine(answer.document) + '\n';
   for (const auto& node : answer.result.nodes) {
     reference_host::exporting::appendTree(out, node, 1);

@@ -15,16 +15,20 @@ namespace tessel_tool {
 
 /// What became of one document.
 struct ImportAnswer {
-  std::string document;    ///< its name
-  std::string path;        ///< the input that it comes from
-  std::string parseError;  ///< not empty when the document could not be read or parsed
+  std::string document;              ///< its name
+  std::string path;                  ///< the input that it comes from
+  std::string failure;               ///< not empty when the document has failed as a whole
+  const char* failedStep = "parse";  ///< the step of that: reading counts as parsing
   reference_host::importer::ImportResult result;
   std::optional<std::vector<std::string>> log;  ///< the records, if they were asked for
 
-  bool failed() const { return !parseError.empty() || !result.errors.empty(); }
+  bool failed() const { return !failure.empty() || !result.errors.empty(); }
+
+  /// Drops what there is: memory did not suffice for the document. Takes none itself.
+  void runOutOfMemory() noexcept;
 };
 
-/// Imports one document into a model of its own.
+/// Imports one document, whose names and text are used up, into a model of its own.
 ImportAnswer importOne(const std::vector<reference_host::importer::NamedBuilder>& builders,
                        Document& document, reference_host::importer::OnError onError, bool withLog);
 
@@ -32,8 +36,8 @@ ImportAnswer importOne(const std::vector<reference_host::importer::NamedBuilder>
 /// @param oneLine one line without white space, else indented.
 void appendAsJson(std::string& out, const ImportAnswer& answer, bool oneLine);
 
-/// Appends the answer as indented text: nodes, errors, records and counts. A document that could
-/// not be parsed has none of them and is left out.
+/// Appends the answer as indented text: nodes, errors, records and counts. A document that has
+/// failed as a whole has none of them and is left out.
 void appendAsTree(std::string& out, const ImportAnswer& answer);
 
 }  // namespace tessel_tool

@@ -1,6 +1,7 @@
 #include "tessel_tool/import_command.hpp"
 
 #include <cstddef>
+#include <new>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -20,9 +21,18 @@ namespace {
 /// What is told on standard error, and how much of the results goes before it.
 struct Complaint {
   std::size_t after;
-  std::string path;
+  std::string answer;  ///< the result that it is about, which comes first
+  std::string subject;
   std::string reason;
 };
+
+void append(std::string& out, const ImportAnswer& answer, const ImportOptions& options) {
+  if (options.json) {
+    appendAsJson(out, answer, options.ndjson);
+  } else {
+    appendAsTree(out, answer);
+  }
+}
 
 /// The answers to a batch of documents as they go to the two streams.
 struct WrittenAnswers {
@@ -32,17 +42,25 @@ struct WrittenAnswers {
   std::size_t failed = 0;
   std::string last;  // the name of the last document
 
-  void append(const ImportAnswer& answer, const ImportOptions& options) {
-    if (options.json) {
-      appendAsJson(results, answer, options.ndjson);
-    } else {
-      appendAsTree(results, answer);
-    }
-    if (!answer.parseError.empty()) {
-      complaints.push_back({results.size(), answer.path, answer.parseError});
+  void add(ImportAnswer answer, const ImportOptions& options) {
+    const std::size_t before = results.size();
+    if (answer.failure.empty()) {
+      try {
+        append(results, answer, options);
+      } catch (const std::bad_alloc&) {
+        results.resize(before);
+        answer.runOutOfMemory();
+      }
     }
     ++documents;
     if (answer.failed()) ++failed;
+    last = answer.document;
+    if (answer.failure.empty()) return;
+    // Put by itself, because there may be no memory for longer results.
+    std::string text;
+    append(text, answer, options);
+    std::string& subject = answer.failure == kOutOfMemory ? answer.document : answer.path;
+    complaints.push_back({before, std::move(text), std::move(subject), std::move(answer.failure)});
   }
 
   void write() const {
@@ -50,8 +68,9 @@ struct WrittenAnswers {
     std::size_t written = 0;
     for (const Complaint& complaint : complaints) {
       writeResult(text.substr(written, complaint.after - written));
+      writeResult(complaint.answer);
       written = complaint.after;
-      complain(complaint.path, complaint.reason);
+      complain(complaint.subject, complaint.reason);
     }
     writeResult(text.substr(written));
   }
@@ -75,8 +94,7 @@ ExitStatus runImport(BuilderServices& services, const ImportOptions& options) {
       [&](std::vector<Document>& batch) {
         WrittenAnswers answers;
         for (Document& document : batch) {
-          answers.append(importOne(builders, document, onError, options.log), options);
-          answers.last = std::move(document.name);
+          answers.add(importOne(builders, document, onError, options.log), options);
           if (answers.failed != 0 && options.failFast) break;
         }
         return answers;

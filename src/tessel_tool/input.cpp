@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <iostream>
+#include <new>
 #include <system_error>
 #include <utility>
 
@@ -31,6 +32,7 @@ std::string systemReason() {
 
 /// Whether a line is white space alone.
 bool isBlank(const Document& line) {
+  if (!line.readError.empty()) return false;
   std::string_view content = line.text;
   if (line.line == 1 && content.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
     content.remove_prefix(kByteOrderMark.size());
@@ -65,16 +67,27 @@ std::string Input::readAll() {
 
 bool Input::readLine(std::string& line) {
   line.clear();
+  const bool ended = takeLine([&line](std::string_view part) { line += part; });
+  return ended || !line.empty();
+}
+
+void Input::skipLine() {
+  takeLine([](std::string_view) {});
+}
+
+/// Takes a line part by part; false if the input ends before the line does.
+template <typename Take>
+bool Input::takeLine(const Take& take) {
   do {
     const std::string_view left = buffered();
     const std::size_t length = left.find('\n');
-    line.append(left.substr(0, length));
+    take(left.substr(0, length));
     if (length != std::string_view::npos) {
       begin_ += length + 1;
       return true;
     }
   } while (refill());
-  return !line.empty();
+  return false;
 }
 
 bool Input::lineIsBuffered() const noexcept {
@@ -139,7 +152,8 @@ std::optional<Document> DocumentSource::next() {
     Document document;
     try {
       if (!input_) {
-        document.path = document.name = paths_[nextPath_++];
+        document.path = document.name = paths_[nextPath_];
+        ++nextPath_;
         input_.emplace(document.path);
         line_ = 0;
       }
@@ -157,24 +171,38 @@ std::optional<Document> DocumentSource::next() {
       document.path = document.name = paths_[nextPath_ - 1];
       document.readError = error.what();
       return document;
+    } catch (const std::bad_alloc&) {
+      input_.reset();
+      if (document.name.empty() || document.path.empty()) throw;
+      document.readError = kOutOfMemory;
+      return document;
     }
   }
   return std::nullopt;
 }
 
 std::optional<std::vector<Document>> DocumentSource::nextBatch() {
+  std::vector<Document> batch;
+  batch.reserve(1);  // there is a place for what is read before it is read
   std::optional<Document> first = next();
   if (!first) return std::nullopt;
-  std::vector<Document> batch;
   batch.push_back(std::move(*first));
-  while (input_ && input_->lineIsBuffered()) {
-    Document document;
-    readLine(document);
-    if (!isBlank(document)) batch.push_back(std::move(document));
-  }
-  if (unit_ == Unit::kWholeInput && batch.front().text.size() < kBatchOfFiles) {
-    std::size_t room = kBatchOfFiles;
-    while (nextFits(room)) batch.push_back(*next());
+  try {
+    while (input_ && input_->lineIsBuffered()) {
+      if (batch.size() == batch.capacity()) batch.reserve(2 * batch.size());
+      Document document;
+      readLine(document);
+      if (!isBlank(document)) batch.push_back(std::move(document));
+    }
+    if (unit_ == Unit::kWholeInput && batch.front().text.size() < kBatchOfFiles) {
+      std::size_t room = kBatchOfFiles;
+      while (nextFits(room)) {
+        if (batch.size() == batch.capacity()) batch.reserve(2 * batch.size());
+        batch.push_back(*next());
+      }
+    }
+  } catch (const std::bad_alloc&) {
+    // Nothing has been lost; the next document begins a batch.
   }
   return batch;
 }
@@ -191,10 +219,18 @@ bool DocumentSource::nextFits(std::size_t& room) const {
 }
 
 bool DocumentSource::readLine(Document& document) {
-  if (!input_->readLine(document.text)) return false;
-  document.line = ++line_;
+  // Named first: a line that there is no memory for has to be named.
+  document.line = line_ + 1;
   document.path = paths_[nextPath_ - 1];
-  document.name = document.path + ":" + std::to_string(line_);
+  document.name = document.path + ":" + std::to_string(document.line);
+  try {
+    if (!input_->readLine(document.text)) return false;
+  } catch (const std::bad_alloc&) {
+    std::string().swap(document.text);
+    input_->skipLine();
+    document.readError = kOutOfMemory;
+  }
+  ++line_;
   return true;
 }
 

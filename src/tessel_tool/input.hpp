@@ -36,10 +36,14 @@ class Input {
   /// The next line, without its line feed; false at the end. Waits for no more than the line.
   /// @throws InputError
   bool readLine(std::string& line);
+  /// Passes over what there is left of a line that `readLine` had no memory for. @throws InputError
+  void skipLine();
   /// Whether the next line has been read already, so that `readLine` neither waits nor fails.
   bool lineIsBuffered() const noexcept;
 
  private:
+  template <typename Take>
+  bool takeLine(const Take& take);
   bool refill();
   std::string_view buffered() const noexcept;
   void requireNoFailure() const;
@@ -67,7 +71,8 @@ struct Document {
 
 /// The documents of several inputs, one after the other: whole inputs, or one for each of their
 /// lines that is not white space alone. An input that cannot be read gives one document that says
-/// so. No more is read ahead than one buffer of lines.
+/// so, and so does an input or a line that there is no memory for. No more is read ahead than one
+/// buffer of lines.
 class DocumentSource {
  public:
   enum class Unit { kWholeInput, kLine };
@@ -78,7 +83,8 @@ class DocumentSource {
   /// The next document; nothing at the end.
   std::optional<Document> next();
   /// The next document and those after it that can be had without waiting: lines, or files;
-  /// nothing at the end. All but the first are 64 KiB together at most.
+  /// nothing at the end. All but the first are 64 KiB together at most. Where memory runs out
+  /// the batch ends.
   std::optional<std::vector<Document>> nextBatch();
 
  private:

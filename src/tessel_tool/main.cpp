@@ -139,7 +139,7 @@ int main(int argc, char** argv) {
   } catch (const tessel_tool::OutputError& error) {
     tessel_tool::complain("standard output", error.what());
   } catch (const std::bad_alloc&) {
-    tessel_tool::complain("out of memory");
+    tessel_tool::complain(tessel_tool::kOutOfMemory);
   } catch (const std::exception& error) {
     tessel_tool::complain("unexpected error", error.what());
   } catch (...) {

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <exception>
 #include <mutex>
+#include <new>
 #include <optional>
 #include <thread>
 #include <utility>
@@ -23,7 +24,8 @@ namespace tessel_tool {
 /// aside, and its thread goes on with the next item.
 ///
 /// Ends when `next` gives nothing, or `finish` says false; what is still being worked on then is
-/// dropped. An exception from any of the three ends it too and is thrown on.
+/// dropped. An exception from any of the three ends it too and is thrown on. Where the system has
+/// no more threads, or no memory for them, fewer items than `jobs` are worked on at a time.
 template <typename Item, typename Result, typename Next, typename Work, typename Finish>
 class OrderedWork {
  public:
@@ -37,10 +39,12 @@ class OrderedWork {
     std::vector<std::thread> others;
     try {
       for (std::size_t index = 1; index < threads; ++index) {
-        others.emplace_back([this] { serve(); });
+        others.emplace_back([this] {
+          if (canAllocate()) serve();
+        });
       }
-    } catch (...) {
-      stop(std::current_exception());
+    } catch (const std::exception&) {
+      // No more threads can be had: those that there are do the work.
     }
     serve();
     for (std::thread& thread : others) thread.join();
@@ -48,6 +52,14 @@ class OrderedWork {
   }
 
  private:
+  /// Whether the calling thread gets memory. An allocator may take a large piece for each thread;
+  /// one that gets none would make its items fail, and leaves them to the others.
+  static bool canAllocate() noexcept {
+    void* const memory = ::operator new(1, std::nothrow);
+    ::operator delete(memory);
+    return memory != nullptr;
+  }
+
   void serve() noexcept {
     try {
       std::size_t number = 0;

@@ -1,5 +1,6 @@
 #include "reference_host/importer/importer.hpp"
 
+#include <new>
 #include <utility>
 
 #include "reference_host/importer/document_walk.hpp"
@@ -34,6 +35,8 @@ class Import {
       bool claims = false;
       try {
         claims = builder.canBuild(object);
+      } catch (const std::bad_alloc&) {
+        throw;
       } catch (...) {
         if (firstThrower != nullptr) continue;
         firstThrower = &builder;
@@ -56,6 +59,8 @@ class Import {
     Node node;
     try {
       node = builder.build(model_, object);
+    } catch (const std::bad_alloc&) {
+      throw;
     } catch (...) {
       fail(builder, Step::kBuild, messageOf(std::current_exception()));
       return;

@@ -77,8 +77,10 @@ TESSEL_HOST_API std::string messageOf(const std::exception_ptr& exception);
 /// and the walk does not go into it either. Every other object's members are walked. A builder that
 /// returns an empty node has failed.
 ///
-/// Works at any nesting depth. Exceptions of builders become errors, whatever they are.
+/// Works at any nesting depth. Exceptions of builders become errors, whatever they are, except that
+/// memory ran out: that is no fault of an object's.
 /// @param onError whether the walk ends with the first error.
+/// @throws std::bad_alloc wherever memory ran out.
 TESSEL_HOST_API ImportResult importDocument(const std::vector<NamedBuilder>& builders,
                                             const gx::zero::Model& model,
                                             const foundation::json::Value& document,

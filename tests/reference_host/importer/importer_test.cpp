@@ -5,6 +5,7 @@
 #include <boost/uuid/nil_generator.hpp>
 #include <functional>
 #include <memory>
+#include <new>
 #include <ostream>
 #include <stdexcept>
 #include <string>
@@ -49,7 +50,8 @@ struct NotAnException {};
 
 /// Does what the object's members under the builder's own key say: "yes" claims and builds, a node
 /// with the object's "id"; "throws", "throws int" and "fails", "fails int", "empty" are the ways to
-/// go wrong in the two steps. Says no to an object without the key.
+/// go wrong in the two steps, "has no memory to tell" and "has no memory" those that are nobody's
+/// fault. Says no to an object without the key.
 template <typename Interface>
 class ScriptedBuilder final : public Interface {
  public:
@@ -61,6 +63,7 @@ class ScriptedBuilder final : public Interface {
     const std::string command = commandIn(json);
     if (command == "throws") throw std::runtime_error(key_ + " cannot tell");
     if (command == "throws int") throw 7;
+    if (command == "has no memory to tell") throw std::bad_alloc();
     return !command.empty();
   }
 
@@ -68,6 +71,7 @@ class ScriptedBuilder final : public Interface {
     const std::string command = commandIn(json);
     if (command == "fails") throw std::runtime_error(key_ + " cannot build");
     if (command == "fails int") throw NotAnException();
+    if (command == "has no memory") throw std::bad_alloc();
     if (command == "empty") return Node();
     ButtonNode node = ButtonNode::Builder(model).createButtonNode(boost::uuids::nil_uuid());
     if (const auto* id = json["id"].get_if<std::string>()) {
@@ -208,6 +212,13 @@ TEST_F(ImporterTest, StopsAtTheFirstErrorIfAsked) {
   EXPECT_EQ(result.errors,
             (std::vector<ImportError>{{"/1", "builder a", Step::kBuild, "a cannot build"}}));
   EXPECT_EQ(result.summary, (Summary{2, 2, 1, 1}));
+}
+
+TEST_F(ImporterTest, EndsWhereMemoryDoes) {
+  for (const char* const document :
+       {R"([{}, {"a": "has no memory to tell", "b": "yes"}])", R"([{}, {"b": "has no memory"}])"}) {
+    EXPECT_THROW(import(json(document)), std::bad_alloc) << document;
+  }
 }
 
 TEST_F(ImporterTest, WithoutBuildersEverythingIsWalked) {

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <exception>
-#include <new>
 #include <optional>
 #include <string>
 #include <utility>
@@ -82,22 +81,22 @@ class ImportOutOfMemory : public testing::TestWithParam<bool> {
 INSTANTIATE_TEST_SUITE_P(Diagnostics, ImportOutOfMemory, testing::Bool(),
                          [](const auto& logs) { return logs.param ? "On" : "Off"; });
 
-TEST_P(ImportOutOfMemory, ReportsWhatFailedOrLeaves) {
+TEST_P(ImportOutOfMemory, IsDoneOrLeaves) {
   ASSERT_EQ(builders_.size(), 13U);
   ASSERT_EQ(expected_.size(), 5U);
   std::optional<reference_host::logging::LogCapture> capture;
   if (GetParam()) capture.emplace();
   const Value before = document_;
-  const auto expectAll = [this] {
-    const Model model = Model::create();
-    const ImportResult result = importDocument(builders_, model, document_);
+  const auto expectAllIn = [this](const ImportResult& result) {
     EXPECT_EQ(fatesIn(result, expected_.size()), expected_);
+  };
+  const auto expectAll = [&] {
+    const Model model = Model::create();
+    expectAllIn(importDocument(builders_, model, document_));
   };
   expectAll();
 
-  const std::string outOfMemory = std::bad_alloc().what();
   std::size_t left = 0;
-  std::size_t reported = 0;
   for (const Refusal refusal : {Refusal::kFromThenOn, Refusal::kOnce}) {
     sweepAllocations(refusal, [&](LimitedMemory& memory) {
       SCOPED_TRACE(memory.successes());
@@ -107,23 +106,8 @@ TEST_P(ImportOutOfMemory, ReportsWhatFailedOrLeaves) {
           memory.run([&] { result.emplace(importDocument(builders_, model, document_)); });
       EXPECT_EQ(result.has_value(), thrown == nullptr);
       if (result) {
-        const std::vector<Fate> fates = fatesIn(*result, expected_.size());
-        ASSERT_EQ(fates.size(), expected_.size());
-        std::size_t failed = 0;
-        for (std::size_t index = 0; index < fates.size(); ++index) {
-          if (fates[index] == expected_[index]) continue;
-          EXPECT_EQ(fates[index], outOfMemory);
-          ++failed;
-        }
-        if (refusal == Refusal::kOnce) {
-          EXPECT_LE(failed, 1U);
-        }
-        EXPECT_EQ(result->nodes.size() + result->errors.size(), expected_.size());
-        EXPECT_EQ(result->summary.objects, expected_.size());
-        EXPECT_EQ(result->summary.built, result->nodes.size());
-        EXPECT_EQ(result->summary.failed, result->errors.size());
+        expectAllIn(*result);
         EXPECT_EQ(model.get()->getHeldElementCount(), result->nodes.size());
-        reported += failed;
       } else {
         EXPECT_TRUE(test_support::isOutOfMemory(thrown));
         ++left;
@@ -135,9 +119,7 @@ TEST_P(ImportOutOfMemory, ReportsWhatFailedOrLeaves) {
       if (capture) capture->takeTexts();
     });
   }
-  // Both ways out were taken.
-  EXPECT_GT(left, 0U);
-  EXPECT_GT(reported, 0U);
+  EXPECT_GT(left, 100U);
 }
 
 }  // namespace

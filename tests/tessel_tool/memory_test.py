@@ -1,0 +1,141 @@
+"""The tool as a process that gets less and less memory: it says so, and goes on."""
+
+import json
+import os
+import pathlib
+import resource
+import subprocess
+import tempfile
+import unittest
+
+TOOL = os.environ["TOOL"]
+SECONDS = 120
+MIB = 1 << 20
+CANNOT_BE_LOADED = 127  # the program or a library of it, by the system's own word
+
+BUTTON = '{"className":"button","text":"a line of code"}'
+CONTROLS = 50000
+
+
+def run(mebibytes, arguments, given=b""):
+    """Runs the tool with so much address space."""
+    limit = mebibytes * MIB
+    return subprocess.run(
+        [TOOL, *arguments], input=given, capture_output=True, timeout=SECONDS, check=False,
+        preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (limit, limit)))
+
+
+class Memory(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        temporary = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(temporary.cleanup)
+        folder = pathlib.Path(temporary.name)
+        large = "[" + ",".join([BUTTON] * CONTROLS) + "]"
+        cls.small, cls.large, cls.lines = (str(folder / name)
+                                           for name in ("small.json", "large.json", "lines.ndjson"))
+        pathlib.Path(cls.small).write_text(BUTTON, encoding="utf-8")
+        pathlib.Path(cls.large).write_text(large, encoding="utf-8")
+        pathlib.Path(cls.lines).write_text(f"{BUTTON}\n{large}\n{BUTTON}\n", encoding="utf-8")
+        # What the program itself needs, and what it answers with less.
+        cls.starts = []
+        cls.least = 16
+        while not cls.starts or cls.starts[-1].returncode != 0:
+            cls.least += 2
+            cls.starts.append(run(cls.least, ["import", cls.small]))
+
+    def sweep(self, arguments, given=b""):
+        """Runs with more and more memory until there is no word of any lack of it."""
+        done = None
+        more = 0
+        while done is None or b"out of memory" in done.stderr:
+            done = run(self.least + more, arguments, given)
+            with self.subTest(arguments=arguments, mebibytes=self.least + more):
+                yield done
+            more += 4 + more // 6
+
+    def test_a_program_that_cannot_start_says_so(self):
+        for done in self.starts[:-1]:
+            self.assertIn(done.returncode, (1, 2, CANNOT_BE_LOADED), done.stderr)
+            if done.returncode != CANNOT_BE_LOADED:
+                self.assertRegex(done.stderr, rb"^tessel: .+\n$")
+        self.assertIn(1, [done.returncode for done in self.starts])
+
+    def check_answers(self, done, names, failing, steps):
+        """Checks the answers as JSON: all there, and those that failed by name and step."""
+        answers = []
+        text = done.stdout.decode()
+        while text:
+            answer, end = json.JSONDecoder().raw_decode(text)
+            answers.append(answer)
+            text = text[end:].lstrip()
+        self.assertEqual([answer["document"] for answer in answers], names)
+        told = b""
+        for answer in answers:
+            if not answer["errors"]:
+                self.assertGreater(len(answer["nodes"]), 0)
+                continue
+            self.assertIn(answer["document"], failing)
+            steps.add(answer["errors"][0]["step"])
+            self.assertEqual(answer["nodes"], [])
+            self.assertEqual(answer["errors"], [{"pointer": "", "builder": None,
+                                                 "step": answer["errors"][0]["step"],
+                                                 "message": "out of memory"}])
+            told += f"tessel: {answer['document']}: out of memory\n".encode()
+        self.assertEqual((done.returncode, done.stderr), (1 if told else 0, told))
+
+    def test_a_document_without_memory_fails_and_the_next_is_imported(self):
+        line = self.lines + ":{}"
+        cases = [
+            (["--jobs", "1", self.large, self.small], [self.large, self.small], [self.large]),
+            (["--log", self.large, self.small], [self.large, self.small], [self.large]),
+            (["--jobs", "2", self.large, self.small, self.large],
+             [self.large, self.small, self.large], [self.large]),
+            (["--ndjson", self.lines], [line.format(number) for number in (1, 2, 3)],
+             [line.format(2)]),
+            ([], ["-"], ["-"]),
+        ]
+        given = pathlib.Path(self.large).read_bytes()
+        all_steps = set()
+        for arguments, names, failing in cases:
+            steps = set()
+            for done in self.sweep(["import", "--format", "json", *arguments], given):
+                self.check_answers(done, names, failing, steps)
+            self.assertIn("parse", steps, arguments)
+            all_steps |= steps
+        self.assertEqual(all_steps, {"parse", "build"})
+
+    def test_a_tree_names_the_document_too(self):
+        message = f"tessel: {self.large}: out of memory\n".encode()
+        told = 0
+        for done in self.sweep(["import", self.large, self.small]):
+            self.assertIn((done.returncode, done.stderr), ((1, message), (0, b"")))
+            told += done.returncode
+            self.assertEqual(done.stdout.startswith(self.large.encode()), done.returncode == 0)
+            self.assertIn(self.small.encode() + b"\n  ButtonNode\n", done.stdout)
+        self.assertGreater(told, 1)
+
+    def test_so_does_an_explanation(self):
+        message = f"tessel: {self.lines}:2: out of memory\n".encode()
+        told = 0
+        for done in self.sweep(["explain", "--ndjson", "--format", "json", self.lines]):
+            self.assertIn((done.returncode, done.stderr), ((1, message), (0, b"")))
+            told += done.returncode
+            answers = [json.loads(line) for line in done.stdout.splitlines()]
+            self.assertEqual([answer.get("claimedBy", "nobody") is not None for answer in answers],
+                             [True, done.returncode == 1, True])
+            if done.returncode == 1:
+                self.assertEqual(answers[1], {"error": "out of memory"})
+        self.assertGreater(told, 0)
+
+    def test_jobs_that_there_is_no_memory_for_are_left_to_the_others(self):
+        given = (BUTTON + "\n").encode() * 5000
+        for more in (0, 10, 40, 100):
+            with self.subTest(more=more):
+                done = run(self.least + more, ["import", "--ndjson", "--jobs", "256"], given)
+                self.assertEqual((done.returncode, done.stderr), (0, b""))
+                self.assertEqual(done.stdout.count(b" 1 built"), 5000)
+
+
+if __name__ == "__main__":
+    unittest.main()
