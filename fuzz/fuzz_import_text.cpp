@@ -3,9 +3,9 @@
 /// parsed again.
 ///
 /// Holds the code to this: a text is refused with `ParseError` alone, at a place that it has, and
-/// exactly if the syntax check refuses it too; what is parsed, written and parsed again is equal;
-/// import and export never throw, and what they give does not depend on the diagnostics; no handle
-/// is left behind.
+/// exactly if the syntax check refuses it too; duplicate members are found as they are counted;
+/// what is parsed, written and parsed again is equal; import and export never throw, and what they
+/// give does not depend on the diagnostics; no handle is left behind.
 
 #include <algorithm>
 #include <optional>
@@ -18,6 +18,7 @@
 #include "reference_host/importer/importer.hpp"
 #include "reference_host/json/parse.hpp"
 #include "reference_host/json/syntax_check.hpp"
+#include "reference_host/json/text_places.hpp"
 #include "reference_host/json/text_writer.hpp"
 #include "reference_host/logging/log_capture.hpp"
 
@@ -45,8 +46,11 @@ std::string faultOf(std::string_view text) {
 std::optional<Value> parsed(std::string_view text) {
   const std::string fault = faultOf(text);
   try {
-    Value value = reference_host::json::parse(text);
+    reference_host::json::ParseReport report;
+    Value value = reference_host::json::parse(text, report);
     requireEqual(fault, "", "what is parsed has no fault");
+    require(reference_host::json::findDuplicates(report.text).size() == report.duplicateMembers,
+            "every duplicate member that is counted is found");
     return value;
   } catch (const ParseError& error) {
     requireEqual(error.what(), fault, "a refusal is the syntax check's");

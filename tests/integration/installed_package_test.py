@@ -21,7 +21,8 @@ BUNDLE = PREFIX / "lib" / os.environ["BUNDLE_NAME"]
 
 # Of the reference host, a program may include these; every other header is the library's own.
 REFERENCE_HOST_HEADERS = ["export/export.hpp", "importer/importer.hpp", "json/parse.hpp",
-                          "json/text_writer.hpp", "logging/log_capture.hpp"]
+                          "json/text_places.hpp", "json/text_writer.hpp",
+                          "logging/log_capture.hpp"]
 
 
 class InstalledPackage(unittest.TestCase):

@@ -31,9 +31,9 @@ TESSEL_HOST_API std::string toJson(const gx::zero::ModelElement& element);
 ///       position: LumoControlPosition
 ///         startColumn: 4
 ///
-/// Class names go without their namespace, texts in quotes with JSON's escapes. An element of which
-/// nothing was set says so behind its class name, the elements of a sequence have their index in
-/// front. The indentation stops growing at `kDeepestIndent` levels.
+/// Class names go without their namespace, texts as `json::appendVisible` quotes them. An
+/// element of which nothing was set says so behind its class name, the elements of a sequence have
+/// their index in front. The indentation stops growing at `kDeepestIndent` levels.
 /// @param level how many levels the element itself is indented.
 /// @pre the element is not empty.
 TESSEL_HOST_API void appendTree(std::string& out, const gx::zero::ModelElement& element,

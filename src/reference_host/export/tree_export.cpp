@@ -53,7 +53,7 @@ class TreeVisitor final : public ElementVisitor {
     --level_;
   }
   void text(std::string_view utf8) override {
-    json::appendText(out_, utf8);
+    json::appendVisible(out_, utf8, json::Quotes::kAround);
     out_ += '\n';
   }
   void number(double number) override { scalar(number); }

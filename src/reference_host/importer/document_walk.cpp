@@ -2,25 +2,11 @@
 
 #include <utility>
 
+#include "reference_host/json/pointer.hpp"
+
 namespace reference_host::importer {
 
-namespace {
-
-/// Appends one reference token of a JSON pointer.
-void appendToken(std::string& pointer, const std::string& name) {
-  pointer += '/';
-  for (const char character : name) {
-    if (character == '~') {
-      pointer += "~0";
-    } else if (character == '/') {
-      pointer += "~1";
-    } else {
-      pointer += character;
-    }
-  }
-}
-
-}  // namespace
+using json::appendToken;
 
 const foundation::json::Value* DocumentWalk::nextObject() {
   const Value* value = nullptr;

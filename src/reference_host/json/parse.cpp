@@ -61,6 +61,8 @@ class ValueReader {
 
   error_code readAll(ondemand::value source, Value& target);
 
+  std::size_t duplicateMembers() const noexcept { return duplicateMembers_; }
+
  private:
   /// A container that is being read: exactly one of the two targets is set.
   struct OpenContainer {
@@ -84,6 +86,7 @@ class ValueReader {
   // checked (seen in its version 3.0.1).
   simdjson::padded_string unescaped_;
   std::vector<OpenContainer> open_;
+  std::size_t duplicateMembers_ = 0;
 };
 
 error_code ValueReader::readAll(ondemand::value source, Value& target) {
@@ -123,8 +126,10 @@ error_code ValueReader::readMember(OpenContainer& container) {
   SIMDJSON_TRY(unescape(field.key(), key));
   // One look-up, whatever the order of the names; of two members with one name the last holds.
   auto& members = *container.members;
+  const std::size_t sizeBefore = members.size();
   const auto member = members.emplace_hint(members.end(), std::piecewise_construct,
                                            std::forward_as_tuple(key), std::tuple<>());
+  if (members.size() == sizeBefore) ++duplicateMembers_;
   return read(field.value(), member->second);
 }
 
@@ -200,7 +205,8 @@ error_code ValueReader::open(ondemand::object source, Value& target) {
 ///
 /// The parser library treats a scalar that stands alone in ways of its own, and limits its length;
 /// between brackets it is read like any other.
-error_code readBracketed(simdjson::padded_string_view text, Value& target) {
+error_code readBracketed(simdjson::padded_string_view text, Value& target,
+                         std::size_t& duplicateMembers) {
   ondemand::parser parser;
   ondemand::document document;
   SIMDJSON_TRY(parser.iterate(text).get(document));
@@ -211,7 +217,9 @@ error_code readBracketed(simdjson::padded_string_view text, Value& target) {
   if (!(element != ondemand::array_iterator())) return simdjson::EMPTY;
   ondemand::value source;
   SIMDJSON_TRY((*element).get(source));
-  SIMDJSON_TRY(ValueReader(parser, text.size()).readAll(source, target));
+  ValueReader reader(parser, text.size());
+  SIMDJSON_TRY(reader.readAll(source, target));
+  duplicateMembers = reader.duplicateMembers();
   ++element;
   const bool more = element != ondemand::array_iterator();
   const bool atEnd = document.current_location().error() == simdjson::OUT_OF_BOUNDS;
@@ -228,13 +236,13 @@ void requireParsableLength(std::string_view utf8) {
 }
 
 /// Closes the brackets around a text that follows one, adds the padding, and reads it.
-Value parseBracketed(std::string& text) {
+Value parseBracketed(std::string& text, std::size_t& duplicateMembers) {
   text += ']';
   const std::size_t length = text.size();
   text.append(simdjson::SIMDJSON_PADDING, ' ');
   Value value;
-  const error_code error =
-      readBracketed(simdjson::padded_string_view(text.data(), length, text.size()), value);
+  const error_code error = readBracketed(
+      simdjson::padded_string_view(text.data(), length, text.size()), value, duplicateMembers);
   if (error == simdjson::SUCCESS) return value;
   if (error == simdjson::MEMALLOC) throw std::bad_alloc();
   checkSyntax(std::string_view(text).substr(1, length - 2));
@@ -251,20 +259,34 @@ ParseError::ParseError(std::size_t line, std::size_t column, const std::string& 
       reason_(reason) {}
 
 Value parse(std::string_view utf8) {
+  ParseReport report;
+  return parse(utf8, report);
+}
+
+Value parse(std::string_view utf8, ParseReport& report) {
+  report = {};
   if (startsWithMark(utf8)) utf8.remove_prefix(kByteOrderMark.size());
+  report.text = utf8;
   requireParsableLength(utf8);
   std::string text;
   text.reserve(utf8.size() + kSurplus);
   text += '[';
   text += utf8;
-  return parseBracketed(text);
+  return parseBracketed(text, report.duplicateMembers);
 }
 
 Value parseInPlace(std::string utf8) {
+  ParseReport report;
+  return parseInPlace(utf8, report);
+}
+
+Value parseInPlace(std::string& utf8, ParseReport& report) {
+  report = {};
   requireParsableLength(utf8);
   utf8.reserve(utf8.size() + kSurplus);
   utf8.replace(0, startsWithMark(utf8) ? kByteOrderMark.size() : 0, "[");
-  return parseBracketed(utf8);
+  report.text = std::string_view(utf8).substr(1);
+  return parseBracketed(utf8, report.duplicateMembers);
 }
 
 }  // namespace reference_host::json

@@ -34,11 +34,22 @@ class TESSEL_HOST_API ParseError : public std::runtime_error {
   std::string reason_;
 };
 
+/// What a parse tells besides the value.
+struct ParseReport {
+  /// How many members do not hold because a later one of the same object has the same name. Where
+  /// they stand is told by `findDuplicates`, which goes over the text once more.
+  std::size_t duplicateMembers = 0;
+  /// The text without its byte order mark, for whoever looks for places in it. It lies in the text
+  /// or the string that was given and lasts as long as that is left alone.
+  std::string_view text;
+};
+
 /// The value that a text of exactly one JSON value stands for.
 ///
 /// Every number becomes a `double`, the nearest one, an integer of any length included; a number
-/// too small for a double is 0 and keeps its sign. Of two members with one name the last holds. A
-/// leading byte order mark is skipped. Nothing outside the text is read, so it needs no padding.
+/// too small for a double is 0 and keeps its sign. Of two members with one name the last holds:
+/// that is no error, and counted in a report. A leading byte order mark is skipped. Nothing outside
+/// the text is read, so it needs no padding.
 ///
 /// The error names the first fault of the text. A container or a string that is not closed is
 /// reported where it opens, a number where it starts, an escape at its backslash.
@@ -47,9 +58,14 @@ class TESSEL_HOST_API ParseError : public std::runtime_error {
 ///   surrogate, a number too large for a double, nesting deeper than `kDeepestNesting`, and a text
 ///   of 4 GiB or more.
 TESSEL_HOST_API foundation::json::Value parse(std::string_view utf8);
+/// @param report is overwritten.
+TESSEL_HOST_API foundation::json::Value parse(std::string_view utf8, ParseReport& report);
 
 /// The same for a text that is given up. It is read where it lies, which saves the memory of a
 /// second one if the string has room for some 70 bytes more.
 TESSEL_HOST_API foundation::json::Value parseInPlace(std::string utf8);
+/// @param utf8 what it holds afterwards is not specified, but for the part that `report.text` is.
+/// @param report is overwritten.
+TESSEL_HOST_API foundation::json::Value parseInPlace(std::string& utf8, ParseReport& report);
 
 }  // namespace reference_host::json

@@ -1,13 +1,17 @@
 #include "reference_host/json/syntax_check.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
+#include <cstdint>
+#include <cstdio>
 #include <limits>
 #include <string>
 #include <vector>
 
 #include "reference_host/json/number.hpp"
 #include "reference_host/json/parse.hpp"
+#include "reference_host/json/text_places.hpp"
 #include "reference_host/json/utf8.hpp"
 
 namespace reference_host::json {
@@ -23,9 +27,6 @@ bool isDigit(char c) {
 bool isLetter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
-bool isContinuation(char c) {
-  return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
-}
 bool isAscii(char c) {
   return static_cast<unsigned char>(c) < 0x80U;
 }
@@ -35,6 +36,16 @@ bool isControl(char c) {
 
 bool isHexadecimal(char c) {
   return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+
+/// A character for a message: itself where it surely shows, else its code point.
+std::string describe(std::int32_t codePoint) {
+  if (codePoint > 0x20 && codePoint < 0x7F) return {'\'', static_cast<char>(codePoint), '\''};
+  if (codePoint == 0xFEFF) return "a byte order mark (U+FEFF)";
+  if (codePoint == 0) return "a NUL (U+0000)";
+  std::array<char, 16> digits{};
+  std::snprintf(digits.data(), digits.size(), "U+%04X", static_cast<unsigned>(codePoint));
+  return digits.data();
 }
 
 /// True when a well-formed number is so large that no double holds it.
@@ -55,9 +66,9 @@ class SyntaxChecker {
   void checkText();
 
  private:
-  [[noreturn]] void refuse(std::size_t place, const char* reason) const;
+  [[noreturn]] void refuse(std::size_t offset, const std::string& reason) const;
   /// Refuses the current character, or the text's end.
-  [[noreturn]] void refuseNext(const char* reason) const;
+  [[noreturn]] void refuseNext(const std::string& reason) const;
   [[noreturn]] void refuseEnd() const;
 
   bool atEnd() const { return position_ == text_.size(); }
@@ -85,17 +96,12 @@ class SyntaxChecker {
   std::vector<std::size_t> open_;
 };
 
-void SyntaxChecker::refuse(std::size_t place, const char* reason) const {
-  const std::string_view before = text_.substr(0, place);
-  const auto lines = std::count(before.begin(), before.end(), '\n');
-  const std::size_t lineStart = before.rfind('\n') + 1;
-  const auto columns = std::count_if(before.begin() + static_cast<std::ptrdiff_t>(lineStart),
-                                     before.end(), [](char c) { return !isContinuation(c); });
-  throw ParseError(static_cast<std::size_t>(lines) + 1, static_cast<std::size_t>(columns) + 1,
-                   reason);
+void SyntaxChecker::refuse(std::size_t offset, const std::string& reason) const {
+  const TextPlace place = placeAt(text_, offset);
+  throw ParseError(place.line, place.column, reason);
 }
 
-void SyntaxChecker::refuseNext(const char* reason) const {
+void SyntaxChecker::refuseNext(const std::string& reason) const {
   if (atEnd()) refuseEnd();
   const bool wellFormed = firstUtf8Step(text_.substr(position_)).wellFormed;
   refuse(position_, wellFormed ? reason : "invalid UTF-8");
@@ -131,7 +137,8 @@ bool SyntaxChecker::passValueStart() {
   } else if (first == '.') {
     refuse(position_, "number without digits before its decimal point");
   } else {
-    refuseNext("expected a value");
+    const Utf8Step step = firstUtf8Step(text_.substr(position_));
+    refuseNext("expected a value, found " + describe(step.codePoint));
   }
   return true;
 }

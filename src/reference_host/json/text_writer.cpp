@@ -1,11 +1,15 @@
 #include "reference_host/json/text_writer.hpp"
 
+#include <unicode/uchar.h>
+#include <unicode/utf16.h>
+
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <vector>
 
+#include "reference_host/json/pointer.hpp"
 #include "reference_host/json/utf8.hpp"
 
 namespace reference_host::json {
@@ -33,8 +37,10 @@ void appendFinite(std::string& out, Number number) {
   }
 }
 
-void appendEscaped(std::string& out, char character) {
-  switch (character) {
+constexpr std::string_view kHexadecimal = "0123456789abcdef";
+
+void appendEscape(std::string& out, char16_t unit) {
+  switch (unit) {
     case '"':
       out += "\\\"";
       return;
@@ -57,17 +63,93 @@ void appendEscaped(std::string& out, char character) {
       out += "\\r";
       return;
     default:
-      constexpr std::string_view kHexadecimal = "0123456789abcdef";
-      const auto code = static_cast<unsigned char>(character);
-      out += "\\u00";
-      out += kHexadecimal[code >> 4U];
-      out += kHexadecimal[code & 0xFU];
+      out += "\\u";
+      for (const unsigned shift : {12U, 8U, 4U, 0U}) {
+        out += kHexadecimal[(static_cast<unsigned>(unit) >> shift) & 0xFU];
+      }
   }
+}
+
+void appendCodePointEscape(std::string& out, std::int32_t codePoint) {
+  if (codePoint > 0xFFFF) {
+    appendEscape(out, static_cast<char16_t>(U16_LEAD(codePoint)));
+    appendEscape(out, static_cast<char16_t>(U16_TRAIL(codePoint)));
+  } else {
+    appendEscape(out, static_cast<char16_t>(codePoint));
+  }
+}
+
+void appendByteEscape(std::string& out, char byte) {
+  const auto code = static_cast<unsigned char>(byte);
+  out += "\\x";
+  out += kHexadecimal[code >> 4U];
+  out += kHexadecimal[code & 0xFU];
 }
 
 bool isPlain(char character) {
   const auto code = static_cast<unsigned char>(character);
-  return code >= 0x20 && code < 0x80 && character != '"' && character != '\\';
+  return code >= 0x20 && code < 0x7F && character != '"' && character != '\\';
+}
+
+/// Appends the plain characters at the start of a text and takes them off it. False when nothing is
+/// left of it.
+bool movePlain(std::string& out, std::string_view& text) {
+  const auto end = std::find_if_not(text.begin(), text.end(), isPlain);
+  const auto length = static_cast<std::size_t>(end - text.begin());
+  out += text.substr(0, length);
+  text.remove_prefix(length);
+  return !text.empty();
+}
+
+/// Appends a text with the code points that are asked for, and the bytes that make none, as
+/// escapes.
+template <typename IsEscaped>
+void appendShown(std::string& out, std::string_view utf8, IsEscaped isEscaped) {
+  while (movePlain(out, utf8)) {
+    const Utf8Step step = firstUtf8Step(utf8);
+    const std::string_view character = utf8.substr(0, step.length);
+    if (!step.wellFormed) {
+      for (const char byte : character) appendByteEscape(out, byte);
+    } else if (isEscaped(step.codePoint)) {
+      appendCodePointEscape(out, step.codePoint);
+    } else {
+      out += character;
+    }
+    utf8.remove_prefix(step.length);
+  }
+}
+
+/// Control characters, line separators, and what changes the direction of the text behind it.
+bool isUnsafeToShow(std::int32_t codePoint) {
+  return codePoint < 0x20 || (codePoint >= 0x7F && codePoint <= 0x9F) ||
+         (codePoint >= 0x2028 && codePoint <= 0x202E) ||
+         (codePoint >= 0x2066 && codePoint <= 0x2069);
+}
+
+bool showsNothing(std::int32_t codePoint) {
+  return isUnsafeToShow(codePoint) || u_hasBinaryProperty(codePoint, UCHAR_WHITE_SPACE) != 0 ||
+         u_hasBinaryProperty(codePoint, UCHAR_DEFAULT_IGNORABLE_CODE_POINT) != 0;
+}
+
+bool isHexadecimal(char character) {
+  return (character >= '0' && character <= '9') || (character >= 'a' && character <= 'f') ||
+         (character >= 'A' && character <= 'F');
+}
+
+/// Whether a text starts like the escape of a byte.
+bool startsWithByteEscape(std::string_view text) {
+  return text.size() >= 4 && text.substr(0, 2) == "\\x" && isHexadecimal(text[2]) &&
+         isHexadecimal(text[3]);
+}
+
+/// Whether nothing is to be seen of a text, or it is empty.
+bool isBlank(std::string_view token) {
+  while (!token.empty()) {
+    const Utf8Step step = firstUtf8Step(token);
+    if (!step.wellFormed || !showsNothing(step.codePoint)) return false;
+    token.remove_prefix(step.length);
+  }
+  return true;
 }
 
 /// A container that is being written: exactly one of the two pointers is set.
@@ -82,23 +164,60 @@ struct OpenContainer {
 
 void appendText(std::string& out, std::string_view utf8) {
   out += '"';
-  while (!utf8.empty()) {
-    const auto plainEnd = std::find_if_not(utf8.begin(), utf8.end(), isPlain);
-    const auto plainLength = static_cast<std::size_t>(plainEnd - utf8.begin());
-    out += utf8.substr(0, plainLength);
-    utf8.remove_prefix(plainLength);
-    if (utf8.empty()) break;
-    std::size_t length = 1;
-    if (static_cast<unsigned char>(utf8.front()) < 0x80) {
-      appendEscaped(out, utf8.front());
+  while (movePlain(out, utf8)) {
+    const Utf8Step step = firstUtf8Step(utf8);
+    if (!step.wellFormed) {
+      out += kReplacement;
+    } else if (step.codePoint >= 0x7F) {
+      out += utf8.substr(0, step.length);
     } else {
-      const Utf8Step step = firstUtf8Step(utf8);
-      length = step.length;
-      out += step.wellFormed ? utf8.substr(0, length) : kReplacement;
+      appendEscape(out, static_cast<char16_t>(step.codePoint));
     }
-    utf8.remove_prefix(length);
+    utf8.remove_prefix(step.length);
   }
   out += '"';
+}
+
+void appendVisible(std::string& out, std::string_view utf8, Quotes quotes) {
+  const bool quoted = quotes == Quotes::kAround;
+  if (quoted) out += '"';
+  appendShown(out, utf8, [quoted](std::int32_t codePoint) {
+    return isUnsafeToShow(codePoint) || (quoted && (codePoint == '"' || codePoint == '\\'));
+  });
+  if (quoted) out += '"';
+}
+
+void appendVisiblePointer(std::string& out, std::string_view pointer) {
+  const std::vector<std::string_view> tokens = tokensOf(pointer);
+  if (std::none_of(tokens.begin(), tokens.end(), isBlank)) {
+    appendVisible(out, pointer);
+    return;
+  }
+  out += '"';
+  for (const std::string_view token : tokens) {
+    const bool blank = isBlank(token);
+    out += '/';
+    appendShown(out, token, [blank](std::int32_t codePoint) {
+      return blank ? codePoint != ' '
+                   : isUnsafeToShow(codePoint) || codePoint == '"' || codePoint == '\\';
+    });
+  }
+  out += '"';
+}
+
+std::string withBytesEscaped(std::string_view bytes) {
+  std::string utf8;
+  while (movePlain(utf8, bytes)) {
+    const Utf8Step step = firstUtf8Step(bytes);
+    const std::string_view character = bytes.substr(0, step.length);
+    if (step.wellFormed && !startsWithByteEscape(bytes)) {
+      utf8 += character;
+    } else {
+      for (const char byte : character) appendByteEscape(utf8, byte);
+    }
+    bytes.remove_prefix(step.length);
+  }
+  return utf8;
 }
 
 void appendNumber(std::string& out, double number) {

@@ -1,9 +1,10 @@
 #pragma once
 
 /// @file
-/// Writing JSON text: the scalars, and a streaming writer for whole documents.
+/// Writing JSON text: the scalars, and a streaming writer for whole documents; and writing texts
+/// for people, with JSON's escapes.
 ///
-/// The output is valid JSON in UTF-8 whatever goes in: in texts and member names each maximal
+/// The JSON output is valid JSON in UTF-8 whatever goes in: in texts and member names each maximal
 /// ill-formed part of UTF-8 becomes one U+FFFD, and numbers that are not finite become `null`.
 
 #include <cstddef>
@@ -20,6 +21,27 @@ namespace reference_host::json {
 /// Appends a text in double quotes. Only what JSON requires is escaped: the quote, the backslash
 /// and the control characters below U+0020 (`\b`, `\t`, `\n`, `\f`, `\r`, else `\u00XX`).
 TESSEL_HOST_API void appendText(std::string& out, std::string_view utf8);
+
+enum class Quotes { kNone, kAround };
+
+/// Appends a text for people to read, with escapes for what would act on a terminal instead of
+/// showing: control characters (U+0000 to U+001F, U+007F to U+009F), line separators (U+2028,
+/// U+2029) and overrides of the direction (U+202A to U+202E, U+2066 to U+2069). The escapes are
+/// JSON's. A byte that is no part of well-formed UTF-8 is written as `\xHH`.
+/// @param quotes whether to put double quotes around it; the quote and the backslash are escaped
+///   then, too.
+TESSEL_HOST_API void appendVisible(std::string& out, std::string_view utf8,
+                                   Quotes quotes = Quotes::kNone);
+
+/// Appends a JSON pointer (RFC 6901) for people to read, as `appendVisible` does. One with a
+/// reference token of which nothing is to be seen is put in double quotes, and all characters of
+/// that token but the space are escaped, so that an empty token and blank ones can be told apart.
+TESSEL_HOST_API void appendVisiblePointer(std::string& out, std::string_view pointer);
+
+/// Any bytes as well-formed UTF-8, from which they can be had back by putting a byte for each
+/// `\xHH`. UTF-8 stays as it is, except that the backslash of such a sequence that is there already
+/// is written as `\x5c`. Different bytes give different texts.
+TESSEL_HOST_API std::string withBytesEscaped(std::string_view bytes);
 
 /// Appends a number in the shortest form that reads back the same: `3`, `0.1`, `1e+300`, `-0`.
 TESSEL_HOST_API void appendNumber(std::string& out, double number);

@@ -16,6 +16,7 @@ namespace reference_host::json {
 struct Utf8Step {
   std::size_t length;  ///< in bytes, at least 1
   bool wellFormed;
+  std::int32_t codePoint;  ///< negative where it is ill-formed
 };
 
 /// @pre the text is not empty.
@@ -26,7 +27,7 @@ inline Utf8Step firstUtf8Step(std::string_view text) noexcept {
   std::int32_t length = 0;
   UChar32 codePoint = 0;
   U8_NEXT(bytes, length, size, codePoint);
-  return {static_cast<std::size_t>(length), codePoint >= 0};
+  return {static_cast<std::size_t>(length), codePoint >= 0, codePoint};
 }
 
 }  // namespace reference_host::json

@@ -5,13 +5,18 @@
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
+#include <map>
 #include <random>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "foundation/json.hpp"
 #include "reference_host/json/parse.hpp"
+#include "reference_host/json/pointer.hpp"
 #include "reference_host/json/syntax_check.hpp"
+#include "reference_host/json/text_places.hpp"
 #include "reference_host/json/text_writer.hpp"
 
 namespace {
@@ -90,13 +95,66 @@ TEST(ParsePropertyTest, WhatIsPrintedParsesBackToAnEqualValue) {
   }
 }
 
+using Pointers = std::vector<std::pair<std::string, const Value*>>;
+
+/// Every value of a document with its pointer.
+void collectPointers(const Value& value, const std::string& pointer, Pointers& found) {
+  found.emplace_back(pointer, &value);
+  const auto below = [&](std::string_view name, const Value& child) {
+    std::string token = pointer;
+    reference_host::json::appendToken(token, name);
+    collectPointers(child, token, found);
+  };
+  if (const auto* members = value.get_if<Value::Object>()) {
+    for (const auto& [name, member] : *members) below(name, member);
+  } else if (const auto* elements = value.get_if<Value::Array>()) {
+    std::size_t index = 0;
+    for (const Value& element : *elements) below(std::to_string(index++), element);
+  }
+}
+
+TEST(ParsePropertyTest, EveryValueIsFoundWhereItStands) {
+  Random random(20261122);
+  for (int round = 0; round < 1'000; ++round) {
+    const Value value = randomValue(random, 4);
+    Pointers pointers;
+    collectPointers(value, "", pointers);
+    std::vector<std::string> asked;
+    for (const auto& [pointer, there] : pointers) asked.push_back(pointer);
+    const std::string text = pretty_print(value);
+    // Where each place is in the text, counted anew.
+    std::map<std::pair<std::size_t, std::size_t>, std::size_t> offsets;
+    std::pair<std::size_t, std::size_t> place{1, 1};
+    for (std::size_t offset = 0; offset != text.size(); ++offset) {
+      if ((static_cast<unsigned char>(text[offset]) & 0xC0U) == 0x80U) continue;
+      offsets.emplace(place, offset);
+      place = text[offset] == '\n' ? std::pair(place.first + 1, std::size_t{1})
+                                   : std::pair(place.first, place.second + 1);
+    }
+    offsets.emplace(place, text.size());
+
+    const auto places = reference_host::json::findValues(text, asked);
+    for (std::size_t index = 0; index != asked.size(); ++index) {
+      const auto& [begin, end] = places[index].value;
+      ASSERT_EQ(places[index].missingTokens, 0U) << asked[index];
+      const std::size_t first = offsets.at({begin.line, begin.column});
+      const std::size_t last = offsets.at({end.line, end.column});
+      ASSERT_TRUE(parse(text.substr(first, last - first)) == *pointers[index].second)
+          << asked[index] << " in " << text;
+    }
+  }
+}
+
 /// Two independent readers have to agree: the one that builds values and the one that finds
-/// faults. A refusal that names no known fault shows as a throw of the first without the second.
+/// faults. Those that count duplicates and that find them have to agree, too. A refusal that names
+/// no known fault shows as a throw of the first without the second.
 void expectAgreement(const std::string& text) {
   if (text.rfind("\uFEFF", 0) == 0) return;  // only a parse skips it
   std::string refusal;
   try {
-    parse(text);
+    reference_host::json::ParseReport report;
+    parse(text, report);
+    ASSERT_EQ(report.duplicateMembers, reference_host::json::findDuplicates(text).size()) << text;
   } catch (const ParseError& error) {
     refusal = error.what();
   }

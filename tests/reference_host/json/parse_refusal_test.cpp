@@ -21,7 +21,7 @@ struct Row {
   std::string text;
   std::size_t line;
   std::size_t column;
-  const char* reason;
+  std::string reason;
 };
 
 template <typename Parse>
@@ -47,7 +47,7 @@ void expectRefusals(const std::vector<Row>& rows) {
 }
 
 constexpr const char* kNoValue = "no value in the text";
-constexpr const char* kExpectedValue = "expected a value";
+constexpr const char* kByteOrderMark = "a byte order mark (U+FEFF)";
 constexpr const char* kAfterEnd = "content after the end of the value";
 constexpr const char* kUnclosedArray = "unclosed array";
 constexpr const char* kUnclosedObject = "unclosed object";
@@ -71,6 +71,10 @@ constexpr const char* kNoExponent = "number without digits in its exponent";
 constexpr const char* kTooLarge = "number too large for a double";
 constexpr const char* kTooDeep = "nested deeper than 1000 levels";
 
+std::string noValue(const std::string& found) {
+  return "expected a value, found " + found;
+}
+
 TEST(ParseRefusalTest, TextsWithoutExactlyOneValue) {
   expectRefusals({
       {"no text", "", 1, 1, kNoValue},
@@ -78,7 +82,7 @@ TEST(ParseRefusalTest, TextsWithoutExactlyOneValue) {
       {"lines of space", " \n\t\r\n  ", 3, 3, kNoValue},
       {"a byte order mark alone", "\uFEFF", 1, 1, kNoValue},
       {"a byte order mark and space", "\uFEFF ", 1, 2, kNoValue},
-      {"two byte order marks", "\uFEFF\uFEFF1", 1, 1, kExpectedValue},
+      {"two byte order marks", "\uFEFF\uFEFF1", 1, 1, noValue(kByteOrderMark)},
       {"a part of a byte order mark", "\xEF\xBB{}", 1, 1, kUtf8},
       {"two numbers", "1 2", 1, 3, kAfterEnd},
       {"two numbers with a comma", "1,2", 1, 2, kAfterEnd},
@@ -101,18 +105,23 @@ TEST(ParseRefusalTest, TextsWithoutExactlyOneValue) {
       {"a control character after the value", "[]\x1A", 1, 3, kAfterEnd},
       {"a letter after a string", R"(""x)", 1, 3, kAfterEnd},
       {"a byte order mark after the value", "1\uFEFF", 1, 2, kAfterEnd},
-      {"a closing bracket alone", "]", 1, 1, kExpectedValue},
-      {"a closing brace alone", "}", 1, 1, kExpectedValue},
-      {"brackets the wrong way round", "][", 1, 1, kExpectedValue},
-      {"a comma alone", ",", 1, 1, kExpectedValue},
-      {"a colon alone", ":", 1, 1, kExpectedValue},
-      {"a comment alone", "/* x */", 1, 1, kExpectedValue},
-      {"a NUL alone", "\0"s, 1, 1, kExpectedValue},
+      {"a closing bracket alone", "]", 1, 1, noValue("']'")},
+      {"a closing brace alone", "}", 1, 1, noValue("'}'")},
+      {"brackets the wrong way round", "][", 1, 1, noValue("']'")},
+      {"a comma alone", ",", 1, 1, noValue("','")},
+      {"a colon alone", ":", 1, 1, noValue("':'")},
+      {"a comment alone", "/* x */", 1, 1, noValue("'/'")},
+      {"a NUL alone", "\0"s, 1, 1, noValue("a NUL (U+0000)")},
       {"a no-break space",
        "\u00A0"
        "1",
-       1, 1, kExpectedValue},
-      {"a form feed before the value", "\f1", 1, 1, kExpectedValue},
+       1, 1, noValue("U+00A0")},
+      {"a byte order mark before an element", "[1,\uFEFF2]", 1, 4, noValue(kByteOrderMark)},
+      {"a byte order mark as a member", "{\"a\":\uFEFF}", 1, 6, noValue(kByteOrderMark)},
+      {"delete", "[\x7F]", 1, 2, noValue("U+007F")},
+      {"the last that shows", "[~]", 1, 2, noValue("'~'")},
+      {"beyond the plane", "[\U0001F600]", 1, 2, noValue("U+1F600")},
+      {"a form feed before the value", "\f1", 1, 1, noValue("U+000C")},
   });
 }
 
@@ -126,11 +135,11 @@ TEST(ParseRefusalTest, Arrays) {
       {"the outer one not closed", "[1,\n [2]", 1, 1, kUnclosedArray},
       {"many not closed", std::string(500, '['), 1, 500, kUnclosedArray},
       {"closed by a brace", "[1}", 1, 3, kArrayComma},
-      {"empty, closed by a brace", "[}", 1, 2, kExpectedValue},
-      {"a comma after the last element", "[1,]", 1, 4, kExpectedValue},
-      {"a comma before the first element", "[,1]", 1, 2, kExpectedValue},
-      {"a comma alone", "[,]", 1, 2, kExpectedValue},
-      {"two commas", "[1,,2]", 1, 4, kExpectedValue},
+      {"empty, closed by a brace", "[}", 1, 2, noValue("'}'")},
+      {"a comma after the last element", "[1,]", 1, 4, noValue("']'")},
+      {"a comma before the first element", "[,1]", 1, 2, noValue("','")},
+      {"a comma alone", "[,]", 1, 2, noValue("','")},
+      {"two commas", "[1,,2]", 1, 4, noValue("','")},
       {"no comma between numbers", "[1 2]", 1, 4, kArrayComma},
       {"no comma between texts", R"(["a" "b"])", 1, 6, kArrayComma},
       {"no comma between adjoining texts", R"(["a""b"])", 1, 5, kArrayComma},
@@ -144,9 +153,9 @@ TEST(ParseRefusalTest, Arrays) {
       {"a semicolon between elements", "[1;2]", 1, 3, kArrayComma},
       {"a form feed after an element", "[1\f]", 1, 3, kArrayComma},
       {"a NUL after an element", "[1\0]"s, 1, 3, kArrayComma},
-      {"a form feed as element", "[\f]", 1, 2, kExpectedValue},
-      {"a form feed between elements", "[1,\f2]", 1, 4, kExpectedValue},
-      {"a comment between elements", "[1, /* x */ 2]", 1, 5, kExpectedValue},
+      {"a form feed as element", "[\f]", 1, 2, noValue("U+000C")},
+      {"a form feed between elements", "[1,\f2]", 1, 4, noValue("U+000C")},
+      {"a comment between elements", "[1, /* x */ 2]", 1, 5, noValue("'/'")},
       {"an invalid byte after an element", "[1\xFF]", 1, 3, kUtf8},
       {"an invalid byte as element", "[\xFF]", 1, 2, kUtf8},
   });
@@ -188,9 +197,9 @@ TEST(ParseRefusalTest, Objects) {
       {"an equals sign for a colon", R"({"a"=1})", 1, 5, kColon},
       {"no colon", R"({"a" 1})", 1, 6, kColon},
       {"no colon before a container", R"({"a"{}})", 1, 5, kColon},
-      {"no value", R"({"a":})", 1, 6, kExpectedValue},
-      {"a comma for a value", R"({"a":,"b":1})", 1, 6, kExpectedValue},
-      {"two colons", R"({"a"::1})", 1, 6, kExpectedValue},
+      {"no value", R"({"a":})", 1, 6, noValue("'}'")},
+      {"a comma for a value", R"({"a":,"b":1})", 1, 6, noValue("','")},
+      {"two colons", R"({"a"::1})", 1, 6, noValue("':'")},
       {"an element among members", R"({"a":1,2})", 1, 8, kName},
   });
 }
@@ -209,7 +218,7 @@ TEST(ParseRefusalTest, Literals) {
       {"infinity", "[Infinity]", 1, 2, kLiteral},
       {"undefined", R"({"a":undefined})", 1, 6, kLiteral},
       {"a bare word", "word", 1, 1, kLiteral},
-      {"single quotes", "'a'", 1, 1, kExpectedValue},
+      {"single quotes", "'a'", 1, 1, noValue("'''")},
       {"an underscore after it", "[null_]", 1, 6, kArrayComma},
       {"a letter beyond ASCII after it", "[true\u00E9]", 1, 6, kArrayComma},
   });
@@ -246,7 +255,7 @@ TEST(ParseRefusalTest, Numbers) {
       {"a separator", "1_000", 1, 2, kAfterEnd},
       {"a suffix", "[10L]", 1, 4, kArrayComma},
       {"a minus sign inside", "[1-2]", 1, 3, kArrayComma},
-      {"digits beyond ASCII", "[\uFF11]", 1, 2, kExpectedValue},
+      {"digits beyond ASCII", "[\uFF11]", 1, 2, noValue("U+FF11")},
       {"an exponent too large", "1e309", 1, 1, kTooLarge},
       {"an exponent much too large", "1e400", 1, 1, kTooLarge},
       {"a negative number too large", "[1,\n-1e400]", 2, 1, kTooLarge},
@@ -329,8 +338,8 @@ TEST(ParseRefusalTest, InvalidUtf8) {
       {"in a name", "{\"\xFF\":1}", 1, 3, kUtf8},
       {"Latin-1", "\"caf\xE9\"", 1, 5, kUtf8},
       {"UTF-16 with its byte order mark", "\xFF\xFE[\0]\0"s, 1, 1, kUtf8},
-      {"UTF-16 without one", "[\0]\0"s, 1, 2, kExpectedValue},
-      {"beside another fault that comes first", "[1,]\xFF", 1, 4, kExpectedValue},
+      {"UTF-16 without one", "[\0]\0"s, 1, 2, noValue("a NUL (U+0000)")},
+      {"beside another fault that comes first", "[1,]\xFF", 1, 4, noValue("']'")},
       {"after the value", "1\xFF", 1, 2, kUtf8},
   });
 }

@@ -20,6 +20,7 @@ using foundation::json::Value;
 using reference_host::json::checkSyntax;
 using reference_host::json::parse;
 using reference_host::json::parseInPlace;
+using reference_host::json::ParseReport;
 using Array = Value::Array;
 using Object = Value::Object;
 using namespace std::string_literals;
@@ -184,6 +185,34 @@ TEST(ParseTest, SkipsALeadingByteOrderMark) {
   EXPECT_EQ(parse("\uFEFF 1"), Value(1.0));
   EXPECT_EQ(parseInPlace("\uFEFF{\"a\":1}"), Value(Object{{"a", 1.0}}));
   EXPECT_EQ(parseInPlace("\uFEFF 1"), Value(1.0));
+}
+
+TEST(ParseTest, ReportsDuplicatesAndWhereTheTextLies) {
+  const struct {
+    std::string text;
+    std::size_t duplicates;
+  } rows[] = {
+      {"{}", 0},
+      {R"({"a":1,"b":{"a":1}})", 0},
+      {R"({"a":1,"a":2})", 1},
+      {R"([{"a":1,"b":0,"a":2,"\u0061":3},{"a":1}])", 2},
+      {R"({"a":{"b":1,"b":2},"a":[{"c":1,"c":2}]})", 3},
+      {R"({"b":1,"a":2,"b":3,"a":4})", 2},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.text);
+    for (const char* const mark : {"", "\uFEFF"}) {
+      std::string text = mark + row.text;
+      ParseReport report{99, "left over"};
+      const Value value = parse(text, report);
+      EXPECT_EQ(report.duplicateMembers, row.duplicates);
+      EXPECT_EQ(report.text, row.text);
+      report = {99, "left over"};
+      EXPECT_EQ(parseInPlace(text, report), value);
+      EXPECT_EQ(report.duplicateMembers, row.duplicates);
+      EXPECT_EQ(report.text, row.text);
+    }
+  }
 }
 
 std::string nestedText(std::size_t depth) {

@@ -71,6 +71,105 @@ TEST(AppendTextTest, AMemberNameIsWrittenLikeAText) {
   }
 }
 
+constexpr TextRow kVisibleRows[] = {
+    {"no characters", ""sv, ""sv},
+    {"quotes and backslashes pass", "a\"b\\n"sv, "a\"b\\n"sv},
+    {"controls with a short form", "\b\t\n\f\r"sv, R"(\b\t\n\f\r)"sv},
+    {"the other controls", "\0\x1B[2J\x1F"sv, R"(\u0000\u001b[2J\u001f)"sv},
+    {"what stands below delete passes", " ~"sv, " ~"sv},
+    {"delete and the controls behind it", "\x7F\u0080\u0085\u009F"sv,
+     R"(\u007f\u0080\u0085\u009f)"sv},
+    {"what stands behind them passes", "\u00A0\u00E9"sv, "\u00A0\u00E9"sv},
+    {"joiners pass", "\u200C\u200D"sv, "\u200C\u200D"sv},
+    {"line separators and overrides", "\u2028\u2029\u202A\u202E"sv,
+     R"(\u2028\u2029\u202a\u202e)"sv},
+    {"their neighbours pass", "\u2027\u202F"sv, "\u2027\u202F"sv},
+    {"isolates", "\u2066\u2069"sv, R"(\u2066\u2069)"sv},
+    {"their neighbours pass", "\u2065\u206A"sv, "\u2065\u206A"sv},
+    {"four bytes pass", "\U0001F600"sv, "\U0001F600"sv},
+    {"bytes that are no UTF-8", "a\x9Bz\xE2\x80"sv, R"(a\x9bz\xe2\x80)"sv},
+};
+
+TEST(AppendVisibleTest, EscapesWhatWouldNotShow) {
+  using reference_host::json::appendVisible;
+  for (const TextRow& row : kVisibleRows) {
+    SCOPED_TRACE(row.description);
+    std::string out = "before ";
+    appendVisible(out, row.text);
+    EXPECT_EQ(out, "before " + std::string(row.json));
+  }
+  std::string quoted;
+  appendVisible(quoted, "\"a\\\u202E\n", reference_host::json::Quotes::kAround);
+  EXPECT_EQ(quoted, R"("\"a\\\u202e\n")");
+}
+
+constexpr TextRow kPointerRows[] = {
+    {"the whole document", ""sv, ""sv},
+    {"plain tokens", "/a/0/b c"sv, "/a/0/b c"sv},
+    {"a token with a line feed", "/a\n/\u2028"sv, R"("/a\n/\u2028")"sv},
+    {"controls among letters", "/a\nb"sv, R"(/a\nb)"sv},
+    {"an empty token", "/"sv, R"("/")"sv},
+    {"empty tokens", "/a//b"sv, R"("/a//b")"sv},
+    {"a space", "/ "sv, R"("/ ")"sv},
+    {"two spaces", "/  /a"sv, R"("/  /a")"sv},
+    {"a no-break space", "/\u00A0"sv, R"("/\u00a0")"sv},
+    {"a space of no width", "/\u200B"sv, R"("/\u200b")"sv},
+    {"a joiner alone", "/\u200D"sv, R"("/\u200d")"sv},
+    {"a joiner between letters", "/a\u200Db"sv, "/a\u200Db"sv},
+    {"an invisible one beyond the plane", "/\U000E0020"sv, R"("/\udb40\udc20")"sv},
+    {"quotes beside a blank token", R"(/"\/)"sv, R"("/\"\\/")"sv},
+    {"quotes without one", R"(/"\)"sv, R"(/"\)"sv},
+    {"a token that is no UTF-8", "/\xFF"sv, R"(/\xff)"sv},
+};
+
+TEST(AppendVisibleTest, PointersWithBlankTokensAreQuoted) {
+  for (const TextRow& row : kPointerRows) {
+    SCOPED_TRACE(row.description);
+    std::string out = "at ";
+    reference_host::json::appendVisiblePointer(out, row.text);
+    EXPECT_EQ(out, "at " + std::string(row.json));
+  }
+}
+
+constexpr TextRow kByteRows[] = {
+    {"no bytes", ""sv, ""sv},
+    {"UTF-8", "a/\u00E9\U0001F600\n"sv, "a/\u00E9\U0001F600\n"sv},
+    {"backslashes", R"(a\b\\x\x1\xg0\x1g)"sv, R"(a\b\\x\x1\xg0\x1g)"sv},
+    {"a byte", "a\xFFz"sv, R"(a\xffz)"sv},
+    {"two bytes", "\xE2\x82z"sv, R"(\xe2\x82z)"sv},
+    {"the escape of a byte", R"(a\xffz)"sv, R"(a\x5cxffz)"sv},
+    {"the same in capitals", R"(\xFF)"sv, R"(\x5cxFF)"sv},
+    {"the escape of a backslash", R"(\x5c)"sv, R"(\x5cx5c)"sv},
+    {"a backslash before such an escape", R"(\\xff)"sv, R"(\\x5cxff)"sv},
+    {"a backslash before a byte", "\\\xFF"sv, R"(\\xff)"sv},
+    {"the start of an escape before a byte", "\\x5\xFF"sv, R"(\x5\xff)"sv},
+};
+
+/// Puts a byte for each escape.
+std::string bytesOf(std::string_view text) {
+  constexpr std::string_view kDigits = "0123456789abcdefABCDEF";
+  std::string bytes;
+  while (!text.empty()) {
+    const std::string digits(text.substr(0, 2) == "\\x" ? text.substr(2, 2) : "");
+    if (digits.size() == 2 && digits.find_first_not_of(kDigits) == std::string::npos) {
+      bytes += static_cast<char>(std::stoi(digits, nullptr, 16));
+      text.remove_prefix(4);
+    } else {
+      bytes += text.front();
+      text.remove_prefix(1);
+    }
+  }
+  return bytes;
+}
+
+TEST(WithBytesEscapedTest, IsUtf8ThatLeadsBackToTheBytes) {
+  for (const TextRow& row : kByteRows) {
+    SCOPED_TRACE(row.description);
+    EXPECT_EQ(reference_host::json::withBytesEscaped(row.text), row.json);
+    EXPECT_EQ(bytesOf(row.json), row.text);
+  }
+}
+
 struct NumberRow {
   double number;
   const char* json;

@@ -1,0 +1,297 @@
+#include "reference_host/json/text_places.hpp"
+
+#include <algorithm>
+#include <map>
+#include <tuple>
+#include <utility>
+
+#include "reference_host/json/parse.hpp"
+#include "reference_host/json/pointer.hpp"
+
+namespace reference_host::json {
+
+namespace {
+
+/// Counts lines and columns from one offset to the next, which must not be smaller.
+class PlaceCounter {
+ public:
+  explicit PlaceCounter(std::string_view utf8) noexcept : utf8_(utf8) {}
+
+  TextPlace moveTo(std::size_t offset) noexcept {
+    for (; offset_ < offset; ++offset_) {
+      const auto byte = static_cast<unsigned char>(utf8_[offset_]);
+      if (byte == '\n') {
+        ++place_.line;
+        place_.column = 1;
+      } else if ((byte & 0xC0U) != 0x80U) {
+        ++place_.column;
+      }
+    }
+    return place_;
+  }
+
+ private:
+  std::string_view utf8_;
+  std::size_t offset_ = 0;
+  TextPlace place_;
+};
+
+/// Goes over a text that `parse` accepts, and tells a visitor of
+///   beginValue(place), endValue(place)   around every value
+///   beginContainer(), endContainer()     around what is in an array or object
+///   key(name, range)                     before a member's value
+///   element()                            before an element's value
+template <typename Visitor>
+class TextWalk {
+ public:
+  TextWalk(std::string_view utf8, Visitor& visitor)
+      : utf8_(utf8), places_(utf8), visitor_(visitor) {}
+
+  void run() {
+    do {
+      skipSpace();
+      visitor_.beginValue(places_.moveTo(offset_));
+    } while (!passScalarOrOpening() || passValueEnd());
+  }
+
+ private:
+  static constexpr std::string_view kSpace = " \t\n\r";
+  static constexpr std::string_view kScalarEnd = ",]} \t\n\r";
+
+  void skipSpace() { offset_ = std::min(utf8_.find_first_not_of(kSpace, offset_), utf8_.size()); }
+
+  bool nextIs(char character) const {
+    return offset_ < utf8_.size() && utf8_[offset_] == character;
+  }
+
+  /// @return whether the value is complete.
+  bool passScalarOrOpening() {
+    if (nextIs('"')) {
+      passString();
+    } else if (nextIs('[') || nextIs('{')) {
+      const bool isArray = nextIs('[');
+      ++offset_;
+      visitor_.beginContainer();
+      isArray_.push_back(isArray);
+      skipSpace();
+      if (!nextIs(isArray ? ']' : '}')) {
+        beginChild();
+        return false;
+      }
+      closeContainer();
+    } else {
+      offset_ = std::min(utf8_.find_first_of(kScalarEnd, offset_), utf8_.size());
+    }
+    return true;
+  }
+
+  /// @return whether another value follows.
+  bool passValueEnd() {
+    for (;;) {
+      visitor_.endValue(places_.moveTo(offset_));
+      if (isArray_.empty()) return false;
+      skipSpace();
+      if (nextIs(',')) {
+        ++offset_;
+        skipSpace();
+        beginChild();
+        return true;
+      }
+      closeContainer();
+    }
+  }
+
+  void beginChild() {
+    if (isArray_.back()) {
+      visitor_.element();
+      return;
+    }
+    const std::size_t begin = offset_;
+    TextRange range;
+    range.begin = places_.moveTo(begin);
+    passString();
+    range.end = places_.moveTo(offset_);
+    visitor_.key(nameIn(utf8_.substr(begin, offset_ - begin)), range);
+    skipSpace();
+    ++offset_;
+  }
+
+  void closeContainer() {
+    ++offset_;
+    isArray_.pop_back();
+    visitor_.endContainer();
+  }
+
+  void passString() {
+    ++offset_;
+    while (offset_ < utf8_.size() && utf8_[offset_] != '"') {
+      offset_ += utf8_[offset_] == '\\' ? 2 : 1;
+    }
+    offset_ = std::min(offset_ + 1, utf8_.size());
+  }
+
+  static std::string nameIn(std::string_view quoted) {
+    if (quoted.find('\\') == std::string_view::npos) {
+      return std::string(quoted.substr(1, quoted.size() - 2));
+    }
+    return std::move(*parse(quoted).get_if<std::string>());
+  }
+
+  std::string_view utf8_;
+  PlaceCounter places_;
+  Visitor& visitor_;
+  std::size_t offset_ = 0;
+  std::vector<bool> isArray_;  // of the containers that are open
+};
+
+/// Takes down the places of the values that are asked for.
+class ValueFinder {
+ public:
+  explicit ValueFinder(const std::vector<std::string>& pointers) {
+    nodes_.emplace_back();
+    for (const std::string& pointer : pointers) {
+      std::size_t node = kRoot;
+      for (const std::string_view token : tokensOf(pointer)) {
+        const auto [child, isNew] = nodes_[node].children.emplace(nameOf(token), nodes_.size());
+        node = child->second;
+        if (isNew) nodes_.emplace_back();
+      }
+    }
+  }
+
+  ValuePlace placeOf(std::string_view pointer) const {
+    const std::vector<std::string_view> tokens = tokensOf(pointer);
+    const Node* node = &nodes_[kRoot];
+    std::size_t found = 0;
+    for (; found != tokens.size(); ++found) {
+      const Node& child = nodes_[node->children.at(nameOf(tokens[found]))];
+      if (!child.isThere) break;
+      node = &child;
+    }
+    return {node->value, node->key, tokens.size() - found};
+  }
+
+  void beginContainer() { elements_.push_back(0); }
+  void endContainer() { elements_.pop_back(); }
+
+  void key(const std::string& name, const TextRange& range) {
+    next_ = childOf(open_.back(), name);
+    if (next_ != kNone) nodes_[next_].key = range;
+  }
+  void element() {
+    const std::size_t index = elements_.back()++;
+    next_ = open_.back() == kNone ? kNone : childOf(open_.back(), std::to_string(index));
+  }
+
+  void beginValue(TextPlace place) {
+    if (next_ != kNone) {
+      Node& node = nodes_[next_];
+      if (node.isThere) forgetBelow(node);
+      node.isThere = true;
+      node.value.begin = place;
+    }
+    open_.push_back(next_);
+  }
+  void endValue(TextPlace place) {
+    if (open_.back() != kNone) nodes_[open_.back()].value.end = place;
+    open_.pop_back();
+  }
+
+ private:
+  /// A value that is asked for, or that is around one.
+  struct Node {
+    std::map<std::string, std::size_t> children;  // by name or index: where they are in `nodes_`
+    bool isThere = false;
+    TextRange value;
+    std::optional<TextRange> key;
+  };
+
+  static constexpr std::size_t kRoot = 0;
+  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+  std::size_t childOf(std::size_t node, const std::string& name) const {
+    if (node == kNone) return kNone;
+    const auto child = nodes_[node].children.find(name);
+    return child == nodes_[node].children.end() ? kNone : child->second;
+  }
+
+  /// The value comes a second time: what was in the first one counts no longer.
+  void forgetBelow(const Node& node) {
+    for (const auto& [name, child] : node.children) {
+      // What is not there has nothing in it either.
+      if (std::exchange(nodes_[child].isThere, false)) forgetBelow(nodes_[child]);
+    }
+  }
+
+  std::vector<Node> nodes_;            // the first is the outermost value
+  std::size_t next_ = kRoot;           // the node of the value to come
+  std::vector<std::size_t> open_;      // the nodes of the values around it
+  std::vector<std::size_t> elements_;  // of the containers that are open: how many so far
+};
+
+/// Takes down the members that a later one replaces.
+class DuplicateFinder {
+ public:
+  std::vector<DuplicateMember> take() {
+    std::sort(found_.begin(), found_.end(), [](const auto& left, const auto& right) {
+      const auto order = [](const TextPlace& place) { return std::tie(place.line, place.column); };
+      return order(left.key.begin) < order(right.key.begin);
+    });
+    return std::move(found_);
+  }
+
+  void beginContainer() { open_.emplace_back(); }
+  void endContainer() { open_.pop_back(); }
+
+  void key(std::string name, const TextRange& range) {
+    Container& object = open_.back();
+    const auto [member, isNew] = object.keys.try_emplace(name, range);
+    object.token = std::move(name);
+    if (isNew) return;
+    found_.push_back({object.token, pointer(), std::exchange(member->second, range)});
+  }
+  void element() { open_.back().token = std::to_string(open_.back().elements++); }
+
+  void beginValue(TextPlace) {}
+  void endValue(TextPlace) {}
+
+ private:
+  struct Container {
+    std::map<std::string, TextRange> keys;  // so far, the last of each name
+    std::size_t elements = 0;
+    std::string token;  // of the value that comes next, or is being read
+  };
+
+  std::string pointer() const {
+    std::string pointer;
+    for (const Container& container : open_) appendToken(pointer, container.token);
+    return pointer;
+  }
+
+  std::vector<Container> open_;
+  std::vector<DuplicateMember> found_;
+};
+
+}  // namespace
+
+TextPlace placeAt(std::string_view utf8, std::size_t offset) {
+  return PlaceCounter(utf8).moveTo(offset);
+}
+
+std::vector<ValuePlace> findValues(std::string_view utf8,
+                                   const std::vector<std::string>& pointers) {
+  ValueFinder finder(pointers);
+  TextWalk(utf8, finder).run();
+  std::vector<ValuePlace> places;
+  places.reserve(pointers.size());
+  for (const std::string& pointer : pointers) places.push_back(finder.placeOf(pointer));
+  return places;
+}
+
+std::vector<DuplicateMember> findDuplicates(std::string_view utf8) {
+  DuplicateFinder finder;
+  TextWalk(utf8, finder).run();
+  return finder.take();
+}
+
+}  // namespace reference_host::json
