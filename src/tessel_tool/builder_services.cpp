@@ -20,6 +20,7 @@
 #include "reference_host/json/text_writer.hpp"
 #include "tessel/build/json/builders.hpp"
 #include "tessel_tool/console.hpp"
+#include "tessel_tool/runtime_marker.hpp"
 
 namespace tessel_tool {
 
@@ -127,6 +128,9 @@ class BuilderServices::Runtime {
   }
 
   void start() {
+    if (!TESSEL_RUNTIME_IS_EMBEDDED && isForEmbeddedRuntime(path_)) {
+      throw std::runtime_error("was built for the embedded service runtime, not CppMicroServices");
+    }
     bundles_ = context_.InstallBundles(path_);
     if (bundles_.empty()) throw std::runtime_error("this is no bundle");
     for (Bundle& bundle : bundles_) bundle.Start();

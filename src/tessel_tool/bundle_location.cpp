@@ -24,16 +24,20 @@ void requireFile(const fs::path& path) {
 
 fs::path locateBundle(const std::optional<std::string>& requested) {
   if (requested) {
+    if (requested->empty()) throw BundleError("--bundle", "the path is empty");
     requireFile(*requested);
     return *requested;
   }
-  const fs::path folder = boost::dll::program_location().parent_path();
-  fs::path beside = folder / TESSEL_BUNDLE_FILE_NAME;
-  std::error_code error;
-  if (fs::is_regular_file(beside, error)) return beside;
-  fs::path inLibraryFolder = folder.parent_path() / "lib" / TESSEL_BUNDLE_FILE_NAME;
-  requireFile(inLibraryFolder);
-  return inLibraryFolder;
+  const fs::path beside = boost::dll::program_location().parent_path();
+  const fs::path libraries = beside.parent_path() / "lib";
+  for (const fs::path& folder : {beside, libraries}) {
+    fs::path bundle = folder / TESSEL_BUNDLE_FILE_NAME;
+    std::error_code error;
+    if (fs::is_regular_file(bundle, error)) return bundle;
+  }
+  throw BundleError(TESSEL_BUNDLE_FILE_NAME, "there is no such bundle in " + beside.string() +
+                                                 " or " + libraries.string() +
+                                                 "; --bundle PATH says where it is");
 }
 
 }  // namespace tessel_tool
