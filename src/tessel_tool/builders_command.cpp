@@ -5,6 +5,7 @@
 
 #include "reference_host/json/text_writer.hpp"
 #include "tessel_tool/console.hpp"
+#include "tessel_tool/text_form.hpp"
 
 namespace tessel_tool {
 
@@ -57,19 +58,20 @@ std::string asJson(const BuilderServices& services) {
 }
 
 void appendComponent(std::string& out, const Component& component) {
-  out += "  " + component.name + '\n';
+  out += "  " + visible(component.name) + '\n';
   for (const std::string& interface : component.interfaces) {
-    out += "    interface " + interface + '\n';
+    out += "    interface " + visible(interface) + '\n';
   }
   for (const auto& [key, value] : component.properties) {
-    out.append("    property ").append(key).append(": ").append(value) += '\n';
+    out += "    property " + visible(key) + ": " + visible(value) + '\n';
   }
 }
 
 std::string asText(const BuilderServices& services) {
   std::string out;
   const std::vector<Component> published = services.published();
-  out += std::to_string(published.size()) + " published by " + services.bundleName() + '\n';
+  out +=
+      std::to_string(published.size()) + " published by " + visible(services.bundleName()) + '\n';
   for (const Component& component : published) appendComponent(out, component);
   const std::vector<WaitingComponent> waiting = services.waiting();
   if (waiting.empty()) return out;
@@ -77,8 +79,8 @@ std::string asText(const BuilderServices& services) {
   for (const WaitingComponent& component : waiting) {
     appendComponent(out, component.component);
     for (const MissingReference& reference : component.waitsFor) {
-      out += "    waits for " + reference.name + ": " + reference.interface;
-      if (!reference.target.empty()) out += " with " + reference.target;
+      out += "    waits for " + visible(reference.name) + ": " + visible(reference.interface);
+      if (!reference.target.empty()) out += " with " + visible(reference.target);
       out += '\n';
     }
   }

@@ -26,7 +26,7 @@ void writeLine(std::initializer_list<std::string_view> parts) noexcept {
   try {
     std::string message;
     for (const std::string_view part : parts) message += part;
-    writeToStandardError("tessel: " + onOneLine(message) + '\n');
+    writeToStandardError("tessel: " + visible(message) + '\n');
   } catch (const std::bad_alloc&) {
     // Without memory it is told all the same, only less well quoted.
     writeToStandardError("tessel: ");

@@ -12,6 +12,7 @@
 #include "tessel_tool/explanation.hpp"
 #include "tessel_tool/input.hpp"
 #include "tessel_tool/stop.hpp"
+#include "tessel_tool/text_form.hpp"
 
 namespace tessel_tool {
 
@@ -33,8 +34,8 @@ void appendExplanation(std::string& out, Document& document, const NamedBuilders
   if (options.json) {
     appendAsJson(out, explanation, options.ndjson);
   } else {
-    if (options.ndjson) out += document.name + '\n';
-    appendAsText(out, explanation, value);
+    if (options.ndjson) out += visible(document.name) + '\n';
+    appendAsText(out, explanation, value, options.all ? Answers::kAll : Answers::kNotable);
   }
 }
 

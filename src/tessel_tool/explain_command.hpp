@@ -12,6 +12,7 @@ struct ExplainOptions {
   std::optional<std::string> file;  ///< none for standard input
   bool json = false;
   bool ndjson = false;
+  bool all = false;  ///< list the builders that say no, too
 };
 
 /// Says on standard output what each builder makes of a JSON value.

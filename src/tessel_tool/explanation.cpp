@@ -1,5 +1,6 @@
 #include "tessel_tool/explanation.hpp"
 
+#include <cstddef>
 #include <exception>
 #include <new>
 #include <utility>
@@ -103,9 +104,10 @@ std::string describeMember(const Value& holder, const char* key) {
   const std::string name = '"' + std::string(key) + '"';
   if (!holder.hasOwnProperty(key)) return "no " + name;
   const Value& member = holder[key];
-  if (member.get_if<std::string>() == nullptr) return name + " is " + kindOf(member);
+  const auto* text = member.get_if<std::string>();
+  if (text == nullptr) return name + " is " + kindOf(member);
   std::string description = name + ": ";
-  JsonWriter(description).json(member);
+  reference_host::json::appendVisible(description, *text, reference_host::json::Quotes::kAround);
   return description;
 }
 
@@ -122,20 +124,25 @@ std::string describe(const Value& value) {
 }
 
 void appendAnswer(std::string& out, const BuilderAnswer& answer) {
-  out.append("  ").append(onOneLine(shortName(answer.builder)));
+  out.append("  ").append(visible(shortName(answer.builder)));
   if (answer.canBuild) {
     out += *answer.canBuild ? ": yes\n" : ": no\n";
   } else {
-    out += ": error, " + onOneLine(answer.error) + '\n';
+    out += ": error, " + visible(answer.error) + '\n';
   }
   appendRecords(out, answer.log, "    ");
 }
 
+std::string countOf(std::size_t others, std::size_t all) {
+  if (others == all) return "all " + std::to_string(all);
+  return std::to_string(others) + (others == 1 ? " other" : " others");
+}
+
 void appendBuild(std::string& out, const BuildOutcome& build, const std::string& builder) {
-  out += "build by " + onOneLine(shortName(builder)) + '\n';
+  out += "build by " + visible(shortName(builder)) + '\n';
   appendRecords(out, build.log, "    ");
   if (build.error) {
-    out += "  failed: " + onOneLine(*build.error) + '\n';
+    out += "  failed: " + visible(*build.error) + '\n';
   } else if (!build.node) {
     out += "  returned no node\n";
   } else {
@@ -187,10 +194,19 @@ void appendAsJson(std::string& out, const Explanation& explanation, bool oneLine
   out += '\n';
 }
 
-void appendAsText(std::string& out, const Explanation& explanation, const Value& value) {
+void appendAsText(std::string& out, const Explanation& explanation, const Value& value,
+                  Answers answers) {
   out += "the value is " + describe(value) + '\n';
   out += "can they build it?\n";
-  for (const BuilderAnswer& answer : explanation.answers) appendAnswer(out, answer);
+  std::size_t others = 0;
+  for (const BuilderAnswer& answer : explanation.answers) {
+    if (answers == Answers::kAll || answer.canBuild != false) {
+      appendAnswer(out, answer);
+    } else {
+      ++others;
+    }
+  }
+  if (others != 0) out += "  " + countOf(others, explanation.answers.size()) + ": no\n";
   if (explanation.build) {
     appendBuild(out, *explanation.build, *explanation.claimedBy);
   } else {

@@ -46,9 +46,14 @@ Explanation explain(const std::vector<reference_host::importer::NamedBuilder>& b
 /// @param oneLine one line without white space, else indented.
 void appendAsJson(std::string& out, const Explanation& explanation, bool oneLine);
 
+enum class Answers {
+  kNotable,  ///< those of the builders that claim the value or fail; the others are counted
+  kAll,
+};
+
 /// Appends the explanation as text for people.
 /// @param value the value that is explained.
 void appendAsText(std::string& out, const Explanation& explanation,
-                  const foundation::json::Value& value);
+                  const foundation::json::Value& value, Answers answers);
 
 }  // namespace tessel_tool

@@ -45,12 +45,16 @@ void writeSummary(JsonWriter& writer, const Summary& summary) {
 
 void appendError(std::string& out, const ImportError& error) {
   out += "  error at ";
-  out += error.pointer.empty() ? "the whole document" : onOneLine(error.pointer);
+  if (error.pointer.empty()) {
+    out += "the whole document";
+  } else {
+    reference_host::json::appendVisiblePointer(out, error.pointer);
+  }
   out += ": ";
-  out += onOneLine(shortName(error.builder));
+  out += visible(shortName(error.builder));
   out += error.step == Step::kCanBuild ? " cannot tell whether it can build this: "
                                        : " cannot build this: ";
-  out += onOneLine(error.message) + '\n';
+  out += visible(error.message) + '\n';
 }
 
 void importInto(ImportAnswer& answer, Document& document, const NamedBuilders& builders,
@@ -59,6 +63,7 @@ void importInto(ImportAnswer& answer, Document& document, const NamedBuilders& b
   if (answer.log) capture.emplace();
   try {
     const foundation::json::Value value = document.parse();
+    answer.duplicates = std::move(document.duplicates);
     answer.failedStep = stepName(Step::kBuild);
     answer.result = importDocument(builders, gx::zero::Model::create(), value, onError);
   } catch (const reference_host::json::ParseError& error) {
@@ -71,6 +76,7 @@ void importInto(ImportAnswer& answer, Document& document, const NamedBuilders& b
 
 void ImportAnswer::runOutOfMemory() noexcept {
   result = {};
+  duplicates = {};
   failure = kOutOfMemory;
   if (log) log.emplace();
 }
@@ -93,7 +99,7 @@ ImportAnswer importOne(const NamedBuilders& builders, Document& document, OnErro
 void appendAsJson(std::string& out, const ImportAnswer& answer, bool oneLine) {
   JsonWriter writer(out, oneLine ? JsonWriter::Layout::kCompact : JsonWriter::Layout::kPretty);
   writer.beginObject();
-  writer.key("document").value(answer.document);
+  writer.key("document").value(reference_host::json::withBytesEscaped(answer.document));
   writer.key("nodes").beginArray();
   for (const auto& node : answer.result.nodes) reference_host::exporting::writeJson(writer, node);
   writer.endArray();
@@ -114,7 +120,7 @@ void appendAsJson(std::string& out, const ImportAnswer& answer, bool oneLine) {
 
 void appendAsTree(std::string& out, const ImportAnswer& answer) {
   if (!answer.failure.empty()) return;
-  out += onOneLine(answer.document) + '\n';
+  out += visible(answer.document) + '\n';
   for (const auto& node : answer.result.nodes) {
     reference_host::exporting::appendTree(out, node, 1);
   }

@@ -19,6 +19,7 @@ struct ImportAnswer {
   std::string path;                  ///< the input that it comes from
   std::string failure;               ///< not empty when the document has failed as a whole
   const char* failedStep = "parse";  ///< the step of that: reading counts as parsing
+  DuplicateMembers duplicates;
   reference_host::importer::ImportResult result;
   std::optional<std::vector<std::string>> log;  ///< the records, if they were asked for
 

@@ -26,6 +26,10 @@ struct Complaint {
   std::string reason;
 };
 
+std::string warning(const DuplicateMembers& duplicates) {
+  return "warning: " + duplicates.describe();
+}
+
 void append(std::string& out, const ImportAnswer& answer, const ImportOptions& options) {
   if (options.json) {
     appendAsJson(out, answer, options.ndjson);
@@ -40,7 +44,8 @@ struct WrittenAnswers {
   std::vector<Complaint> complaints;
   std::size_t documents = 0;
   std::size_t failed = 0;
-  std::string last;  // the name of the last document
+  std::string last;             // the name of the last document
+  DuplicateMembers duplicates;  // those not complained of
 
   void add(ImportAnswer answer, const ImportOptions& options) {
     const std::size_t before = results.size();
@@ -51,6 +56,12 @@ struct WrittenAnswers {
         results.resize(before);
         answer.runOutOfMemory();
       }
+    }
+    if (options.ndjson) {
+      duplicates.add(answer.duplicates);
+    } else if (answer.duplicates.count != 0) {
+      complaints.push_back(
+          {results.size(), "", answer.duplicates.place, warning(answer.duplicates)});
     }
     ++documents;
     if (answer.failed()) ++failed;
@@ -88,6 +99,7 @@ ExitStatus runImport(BuilderServices& services, const ImportOptions& options) {
   std::size_t documents = 0;
   std::size_t failed = 0;
   stopBetweenAnswers();
+  DuplicateMembers duplicates;
 
   runInOrder(
       options.jobs, [&] { return source.nextBatch(); },
@@ -103,12 +115,15 @@ ExitStatus runImport(BuilderServices& services, const ImportOptions& options) {
         documents += answers.documents;
         failed += answers.failed;
         AnswerInProgress inProgress;
+        duplicates.add(answers.duplicates);
         progress.erase();
         answers.write();
         progress.show(documents, failed);
         inProgress.complete(documents, answers.last);
         return !(answers.failed != 0 && options.failFast);
       });
+  progress.erase();
+  if (duplicates.count != 0) complain(duplicates.place, warning(duplicates));
   return failed == 0 ? ExitStatus::kSuccess : ExitStatus::kInputFailed;
 }
 

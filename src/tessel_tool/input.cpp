@@ -13,10 +13,15 @@
 
 #include "reference_host/json/parse.hpp"
 #include "reference_host/json/syntax_check.hpp"
+#include "reference_host/json/text_places.hpp"
+#include "reference_host/json/text_writer.hpp"
 #include "tessel_tool/console.hpp"
 #include "tessel_tool/platform.hpp"
 
 namespace tessel_tool {
+
+using reference_host::json::appendVisible;
+using reference_host::json::appendVisiblePointer;
 
 namespace {
 
@@ -125,13 +130,44 @@ void Input::requireNoFailure() const {
   if (stream_->bad()) throw InputError(systemReason());
 }
 
+void DuplicateMembers::add(const DuplicateMembers& later) {
+  if (count == 0) {
+    *this = later;
+    return;
+  }
+  count += later.count;
+  documents += later.documents;
+}
+
+std::string DuplicateMembers::describe() const {
+  std::string text = std::to_string(count);
+  text += count == 1 ? " duplicate member" : " duplicate members";
+  if (documents > 1) text += " in " + std::to_string(documents) + " documents";
+  text += count == 1 ? ", " : ", the first ";
+  appendVisible(text, name, reference_host::json::Quotes::kAround);
+  text += " at ";
+  appendVisiblePointer(text, pointer);
+  return text += "; the last of a name holds";
+}
+
 foundation::json::Value Document::parse() {
   try {
     // Only the start of an input may have a byte order mark; elsewhere it is a fault of the text.
     if (line > 1 && std::string_view(text).substr(0, kByteOrderMark.size()) == kByteOrderMark) {
       reference_host::json::checkSyntax(text);
     }
-    return reference_host::json::parseInPlace(std::move(text));
+    std::string givenUp = std::move(text);
+    reference_host::json::ParseReport report;
+    foundation::json::Value value = reference_host::json::parseInPlace(givenUp, report);
+    if (report.duplicateMembers != 0) {
+      const auto first = reference_host::json::findDuplicates(report.text).front();
+      const auto& place = first.key.begin;
+      duplicates = {
+          report.duplicateMembers, 1,
+          path + ':' + std::to_string(line + place.line - 1) + ':' + std::to_string(place.column),
+          first.name, first.pointer};
+    }
+    return value;
   } catch (const reference_host::json::ParseError& error) {
     if (line == 1) throw;
     throw reference_host::json::ParseError(line + error.line() - 1, error.column(), error.reason());

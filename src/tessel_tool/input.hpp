@@ -56,6 +56,19 @@ class Input {
   int failure_ = 0;  // errno of a read that failed behind what is in it
 };
 
+/// Members that do not hold, because a later one of their object has the same name.
+struct DuplicateMembers {
+  std::size_t count = 0;
+  std::size_t documents = 0;  ///< that they are in
+  std::string place;          ///< of the first: "path:line:column" in the input
+  std::string name;           ///< of the first
+  std::string pointer;        ///< of the first
+
+  void add(const DuplicateMembers& later);
+  /// What people are told of them.
+  std::string describe() const;
+};
+
 /// One document as it was read, or the reason why it was not.
 struct Document {
   std::string path;       ///< the input that it comes from, as given
@@ -63,6 +76,8 @@ struct Document {
   std::string text;       ///< the JSON text
   std::size_t line = 1;   ///< where in the input the text begins
   std::string readError;  ///< not empty when the input could not be read
+
+  DuplicateMembers duplicates;  ///< those that `parse` found
 
   /// The document's value; the text is used up.
   /// @throws reference_host::json::ParseError with the line as counted in the input.

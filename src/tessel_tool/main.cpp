@@ -6,6 +6,8 @@
 #include <exception>
 #include <new>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "tessel_tool/builder_services.hpp"
 #include "tessel_tool/builders_command.hpp"
@@ -15,6 +17,7 @@
 #include "tessel_tool/explain_command.hpp"
 #include "tessel_tool/import_command.hpp"
 #include "tessel_tool/input.hpp"
+#include "tessel_tool/nearest_name.hpp"
 #include "tessel_tool/platform.hpp"
 
 namespace tessel_tool {
@@ -57,6 +60,8 @@ struct CommandLine {
     });
 
     addFormat(*explainCommand, "text");
+    explainCommand->add_flag("--all", explainOptions.all,
+                             "List the builders that say no, too; JSON always does");
     explainCommand->add_flag("--ndjson", explainOptions.ndjson,
                              "Each line of the input is a value");
     explainCommand
@@ -102,23 +107,60 @@ struct CommandLine {
   ExplainOptions explainOptions;
 };
 
+/// What is wrong with a command line that holds more than is expected.
+std::string unexpected(const CLI::App& app) {
+  const std::string word = app.remaining(true).front();
+  if (!app.get_subcommands().empty() || word.front() == '-') {
+    return "The following argument was not expected: " + word;
+  }
+  std::vector<std::string_view> commands;
+  std::string list;
+  for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
+    commands.push_back(command->get_name());
+    list.append(list.empty() ? "" : ", ").append(command->get_name());
+  }
+  const std::string_view nearest = nearestName(word, commands);
+  std::string reason = "there is no command " + word;
+  if (!nearest.empty()) reason.append("; did you mean ").append(nearest) += '?';
+  return reason + " (" + list + ")";
+}
+
+/// Whether help is asked for, whatever else is.
+bool asksForHelp(int argc, char** argv) {
+  for (int index = 1; index < argc; ++index) {
+    const std::string_view word = argv[index];
+    if (word == "--") return false;
+    if (word == "--help" || word == "-h") return true;
+  }
+  return false;
+}
+
 ExitStatus runCommandLine(int argc, char** argv) {
   CommandLine commandLine;
+  const bool help = asksForHelp(argc, argv);
+  const auto refuse = [](const std::string& reason) {
+    complain("usage", reason + "; see tessel --help");
+    return ExitStatus::kUnusable;
+  };
   try {
     commandLine.app.parse(argc, argv);
-    if (commandLine.app.get_subcommands().empty()) {
-      throw CLI::ParseError("a command is needed: import, explain or builders",
-                            CLI::ExitCodes::RequiredError);
+    if (!help && commandLine.app.get_subcommands().empty()) {
+      return refuse("a command is needed: import, explain or builders");
     }
   } catch (const CLI::CallForVersion& version) {
-    writeResult(std::string(version.what()) + '\n');
-    return ExitStatus::kSuccess;
-  } catch (const CLI::CallForHelp&) {
+    if (!help) {
+      writeResult(std::string(version.what()) + '\n');
+      return ExitStatus::kSuccess;
+    }
+  } catch (const CLI::ExtrasError&) {
+    if (!help) return refuse(unexpected(commandLine.app));
+  } catch (const CLI::ParseError& error) {
+    if (!help) return refuse(error.what());
+  }
+  // The command that help is about is known by now, also where the line is wrong.
+  if (help) {
     writeResult(commandLine.app.help());
     return ExitStatus::kSuccess;
-  } catch (const CLI::ParseError& error) {
-    complain("usage", std::string(error.what()) + "; see tessel --help");
-    return ExitStatus::kUnusable;
   }
   return commandLine.run();
 }

@@ -31,7 +31,7 @@ std::string& lastLine() {
 void setLastLine(std::size_t documents, std::string_view last) {
   std::string line = canEraseLine(stderr) ? "\r\x1b[K" : "";  // the progress may be there
   line += "tessel: stopped; documents answered: " + std::to_string(documents);
-  if (!last.empty()) line += ", the last one " + onOneLine(last);
+  if (!last.empty()) line += ", the last one " + visible(last);
   lastLine() = line + '\n';
 }
 

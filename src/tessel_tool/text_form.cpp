@@ -6,36 +6,33 @@
 
 namespace tessel_tool {
 
+using reference_host::json::appendVisible;
+
 std::string_view shortName(std::string_view qualifiedName) {
   const std::size_t separator = qualifiedName.rfind("::");
   return separator == std::string_view::npos ? qualifiedName : qualifiedName.substr(separator + 2);
 }
 
-std::string onOneLine(std::string_view text) {
+std::string visible(std::string_view text) {
   std::string line;
-  for (const char character : text) {
-    if (static_cast<unsigned char>(character) >= 0x20 && character != '\x7f') {
-      line += character;
-    } else if (character == '\x7f') {
-      line += "\\u007f";
-    } else {
-      std::string quoted;
-      reference_host::json::appendText(quoted, std::string_view(&character, 1));
-      line.append(quoted, 1, quoted.size() - 2);
-    }
-  }
+  appendVisible(line, text);
   return line;
 }
 
 void appendRecords(std::string& out, const std::vector<std::string>& records,
                    std::string_view indent) {
   for (const std::string& record : records) {
-    out.append(indent).append("- ");
-    for (const char character : record) {
-      out += character;
-      if (character == '\n') out.append(indent).append("  ");
+    std::string_view rest = record;
+    const char* mark = "- ";
+    for (;;) {
+      const std::size_t length = rest.find('\n');
+      out.append(indent).append(mark);
+      appendVisible(out, rest.substr(0, length));
+      out += '\n';
+      if (length == std::string_view::npos) break;
+      rest.remove_prefix(length + 1);
+      mark = "  ";
     }
-    out += '\n';
   }
 }
 

@@ -12,8 +12,8 @@ namespace tessel_tool {
 /// A class name without its namespace.
 std::string_view shortName(std::string_view qualifiedName);
 
-/// A text with its control characters written as escapes, so that it stays on its line.
-std::string onOneLine(std::string_view text);
+/// A text with the escapes of `reference_host::json::appendVisible`, so that it stays on its line.
+std::string visible(std::string_view text);
 
 /// Appends log records as a list, one behind each "- "; further lines of a record are indented.
 /// @param indent in front of each line.

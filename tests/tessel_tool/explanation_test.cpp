@@ -61,9 +61,10 @@ std::string answersOf(const Explanation& explanation) {
   return out;
 }
 
-std::string textOf(const Explanation& explanation, const Value& value) {
+std::string textOf(const Explanation& explanation, const Value& value,
+                   Answers answers = Answers::kAll) {
   std::string out;
-  appendAsText(out, explanation, value);
+  appendAsText(out, explanation, value, answers);
   return out;
 }
 
@@ -98,6 +99,28 @@ TEST(Explanation, AsksEveryBuilderAndTheFirstThatClaimsBuilds) {
             "  returned\n"
             "    ButtonNode (nothing set)\n"
             "the model holds this node and nothing else\n");
+}
+
+TEST(Explanation, CountsTheBuildersThatSayNo) {
+  const NamedBuilder yes = named("Y", Answer::kYes, Build::kNothing);
+  const NamedBuilder no = named("N", Answer::kNo);
+  const NamedBuilder thrower = named("T", Answer::kThrow);
+  const std::string claimed = "build by Y\n  returned no node\nthe model is empty\n";
+  const std::string unclaimed = "nobody builds it\n";
+  const struct {
+    std::vector<NamedBuilder> builders;
+    std::string text;  // after the question
+  } rows[] = {
+      {{no, no}, "  all 2: no\n" + unclaimed},
+      {{no, thrower, yes, no}, "  T: error, no idea\n  Y: yes\n  2 others: no\n" + claimed},
+      {{no, yes}, "  Y: yes\n  1 other: no\n" + claimed},
+      {{thrower}, "  T: error, no idea\n" + unclaimed},
+  };
+  const Value value = test_support::json("1");
+  for (const auto& row : rows) {
+    EXPECT_EQ(textOf(explain(row.builders, value), value, Answers::kNotable),
+              "the value is a number\ncan they build it?\n" + row.text);
+  }
 }
 
 struct OutcomeRow {

@@ -160,7 +160,28 @@ TEST_F(InputTest, PlacesAreCountedInTheInput) {
   const auto documents = all({path}, DocumentSource::Unit::kLine);
   ASSERT_EQ(documents.size(), 2U);
   EXPECT_EQ(errorOf(documents[0]), "");
-  EXPECT_EQ(errorOf(documents[1]), "line 3, column 3: expected a value");
+  EXPECT_EQ(errorOf(documents[1]), "line 3, column 3: expected a value, found ']'");
+}
+
+TEST_F(InputTest, DuplicateMembersAreCountedAndTheFirstIsNamed) {
+  const std::string path = file("lines", R"({"a":1})"
+                                         "\n\n"
+                                         R"([{"é":0, "b\u202e":1,"b\u202e":2,"\u00e9":3}])");
+  auto documents = all({path}, DocumentSource::Unit::kLine);
+  ASSERT_EQ(documents.size(), 2U);
+  for (Document& document : documents) document.parse();
+  EXPECT_EQ(documents[0].duplicates.count, 0U);
+  DuplicateMembers found = documents[0].duplicates;
+  found.add(documents[1].duplicates);
+  EXPECT_EQ(found.place, path + ":3:3");
+  EXPECT_EQ(found.describe(),
+            R"(2 duplicate members, the first "é" at /0/é; the last of a name holds)");
+  DuplicateMembers other{1, 1, "there:1:2", "\u2028", "/"};
+  EXPECT_EQ(other.describe(), R"(1 duplicate member, "\u2028" at "/"; the last of a name holds)");
+  found.add(other);
+  EXPECT_EQ(found.place, path + ":3:3");
+  EXPECT_EQ(found.describe(), R"(3 duplicate members in 2 documents, the first "é" at /0/é; )"
+                              "the last of a name holds");
 }
 
 TEST_F(InputTest, AByteOrderMarkCountsOnlyAtTheStart) {
@@ -171,7 +192,8 @@ TEST_F(InputTest, AByteOrderMarkCountsOnlyAtTheStart) {
   const auto documents = all({path}, DocumentSource::Unit::kLine);
   ASSERT_EQ(documents.size(), 2U);
   EXPECT_EQ(errorOf(documents[0]), "");
-  EXPECT_EQ(errorOf(documents[1]), "line 2, column 1: expected a value");
+  EXPECT_EQ(errorOf(documents[1]),
+            "line 2, column 1: expected a value, found a byte order mark (U+FEFF)");
   const auto whole = all({file("whole", "\xef\xbb\xbf{}")}, DocumentSource::Unit::kWholeInput);
   EXPECT_EQ(errorOf(whole.at(0)), "");
 }

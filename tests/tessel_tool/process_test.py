@@ -19,6 +19,8 @@ import unittest
 TOOL = os.environ["TOOL"]
 BUNDLE = pathlib.Path(os.environ["BUNDLE"])
 ORDINARY_LIBRARY = os.environ["ORDINARY_LIBRARY"]
+OBJCOPY = os.environ["OBJCOPY"]
+RUNTIME_IS_EMBEDDED = os.environ["RUNTIME_IS_EMBEDDED"] == "1"
 OWN_ALLOCATOR = os.environ["OWN_ALLOCATOR"] == "1"
 SECONDS = 120
 
@@ -133,17 +135,87 @@ class Process(ProcessTest):
                 self.assert_failed(done, 1, "tessel: -: Is a directory\n")
 
     def test_file_names_need_not_be_utf8(self):
-        path = os.fsencode(self.folder) + b"/na\xff\nme.json"
-        with open(path, "w", encoding="utf-8") as document:
-            document.write(BUTTON)
-        done = tessel("import", "--format", "json", path)
-        self.assertEqual((done.returncode, done.stderr), (0, b""))
-        answer = json.loads(done.stdout.decode("utf-8"))
-        self.assertEqual(answer["document"], f"{self.folder}/na\ufffd\nme.json")
-        self.assertEqual(len(answer["nodes"]), 1)
-        tree = tessel("import", path)
-        self.assertEqual(tree.stdout.splitlines()[0],
-                         os.fsencode(self.folder) + b"/na\xff\\nme.json")
+        folder = os.fsencode(self.folder)
+        for name, as_json, as_text in (
+                (b"na\xff\nme", "na\\xff\nme", b"na\\xff\\nme"),
+                (b"na\xfe\nme", "na\\xfe\nme", b"na\\xfe\\nme"),
+                (b"na\\xff\nme", "na\\x5cxff\nme", b"na\\xff\\nme"),
+                ("n\u00e4\u202e".encode(), "n\u00e4\u202e", "n\u00e4\\u202e".encode())):
+            with self.subTest(name=name):
+                path = folder + b"/" + name
+                pathlib.Path(os.fsdecode(path)).write_text(BUTTON, encoding="utf-8")
+                done = tessel("import", "--format", "json", path)
+                self.assertEqual((done.returncode, done.stderr), (0, b""))
+                answer = json.loads(done.stdout.decode("utf-8"))
+                self.assertEqual(answer["document"], f"{self.folder}/{as_json}")
+                self.assertEqual(len(answer["nodes"]), 1)
+                tree = tessel("import", path)
+                self.assertEqual(tree.stdout.splitlines()[0], folder + b"/" + as_text)
+
+    def test_text_for_people_has_no_control_characters(self):
+        hostile = "\x7f\x85\x9b\u2028\u202e\u2066"
+        document = self.file(f"a{hostile}.json", json.dumps(
+            {hostile: [{"className": "button", "controlId": hostile, "text": hostile,
+                        "type": hostile}, {"className": "button", "text": 7}]},
+            ensure_ascii=False))
+        value = self.file("value.json", json.dumps(
+            {"className": hostile, "context": {"type": hostile}}, ensure_ascii=False))
+        for arguments in (["import", document], ["import", "--log", document],
+                          ["import", document + hostile], ["import", hostile],
+                          ["explain", "--all", value], ["explain", "--ndjson", document],
+                          ["builders", "--bundle", document], [hostile], ["import", "-" + hostile]):
+            with self.subTest(arguments=arguments):
+                done = tessel(*arguments)
+                written = (done.stdout + done.stderr).decode("utf-8")
+                self.assertIn("\\u202e", written)
+                for character in hostile:
+                    self.assertNotIn(character, written)
+
+    def test_duplicate_members_are_told_on_standard_error(self):
+        first = self.file("first.json", '{"a":1,\n "a":[{"b":0,"b":1}]}')
+        second = self.file("second.json", '{"a":1}\n\n{"b":2,"b":3}')
+        places = [f"tessel: {first}:1:2: warning: 2 duplicate members, the first \"a\" at /a; "
+                  "the last of a name holds\n",
+                  f"tessel: {second}:3:2: warning: 1 duplicate member, \"b\" at /b; "
+                  "the last of a name holds\n"]
+        for form in ("tree", "json"):
+            for jobs in ("1", "3"):
+                with self.subTest(form=form, jobs=jobs):
+                    done = tessel("import", "--format", form, "--jobs", jobs, first, first)
+                    self.assert_failed(done, 0, places[0] * 2)
+                    done = tessel("import", "--format", form, "--jobs", jobs, "--ndjson", second)
+                    self.assert_failed(done, 0, places[1])
+        self.assertEqual(tessel("explain", first).stderr, b"")
+
+    def test_help_wins_over_every_mistake(self):
+        for command in ("import", "explain", "builders"):
+            about = tessel(command, "--help")
+            self.assert_failed(about, 0, "")
+            for mistake in (["--jobs", "0"], ["--format", "xml"], ["--format"], ["--loud"],
+                            ["a", "b", "c"], ["--bundle"], ["-", "-"], ["--version"]):
+                for arguments in ([command, *mistake, "--help"], [command, "-h", *mistake]):
+                    with self.subTest(arguments=arguments):
+                        done = tessel(*arguments)
+                        self.assert_failed(done, 0, "")
+                        self.assertEqual(done.stdout, about.stdout)
+        for arguments in (["exprt", "--help"], ["--loud", "--help"]):
+            self.assertEqual(tessel(*arguments).stdout, tessel("--help").stdout)
+        self.assert_failed(tessel("import", "--", "--help"), 1,
+                           "tessel: --help: No such file or directory\n")
+
+    def test_a_mistake_on_the_command_line_is_blamed_on_the_right_word(self):
+        commands = "(import, explain, builders)"
+        for arguments, reason in (
+                (["exprt", "x.json"], f"there is no command exprt; did you mean import? {commands}"),
+                (["xyzzy", "--loud"], f"there is no command xyzzy {commands}"),
+                (["--loud", "xyzzy"], "The following argument was not expected: --loud"),
+                (["explain", "--jobs", "2", "x.json"],
+                 "The following argument was not expected: --jobs"),
+                (["explain", "x.json", "--jobs=2"],
+                 "The following argument was not expected: --jobs=2")):
+            with self.subTest(arguments=arguments):
+                self.assert_failed(tessel(*arguments), 2,
+                                   f"tessel: usage: {reason}; see tessel --help\n")
 
     def test_bundles_that_are_none(self):
         text = self.file("text.so", "no library")
@@ -157,6 +229,17 @@ class Process(ProcessTest):
                     self.assertTrue(message.startswith(f"tessel: {path}: "), message)
                     self.assertEqual(message.count("\n"), 1, message)
                     self.assertGreater(len(message), len(f"tessel: {path}: \n"))
+
+    @unittest.skipIf(RUNTIME_IS_EMBEDDED, "the embedded runtime looks at the marker for itself")
+    def test_a_bundle_for_the_embedded_runtime_is_refused(self):
+        marker = self.file("marker", "embedded_v1")
+        bundle = str(self.folder / "marked.so")
+        subprocess.run([OBJCOPY, "--add-section", f".tessel_runtime={marker}", BUNDLE, bundle],
+                       check=True, timeout=SECONDS)
+        for command in ("import", "explain", "builders"):
+            done = tessel(command, "--bundle", bundle, given=b"{}")
+            self.assert_failed(done, 2, f"tessel: {bundle}: was built for the embedded service "
+                                        "runtime, not CppMicroServices\n")
 
     def test_the_bundle_is_found_beside_the_tool_or_in_lib(self):
         places = {"beside": "bin", "in lib": "lib", "nowhere": "elsewhere"}
@@ -174,8 +257,9 @@ class Process(ProcessTest):
                                       check=False, cwd="/")
                 if place == "nowhere":
                     self.assertEqual(done.stdout, b"")
-                    self.assert_failed(done, 2, f"tessel: {root}/lib/{BUNDLE.name}: "
-                                                "there is no such bundle\n")
+                    self.assert_failed(done, 2, f"tessel: {BUNDLE.name}: there is no such bundle in "
+                                                f"{root}/bin or {root}/lib; "
+                                                "--bundle PATH says where it is\n")
                 else:
                     self.assertEqual((done.returncode, done.stderr), (0, b""))
 
@@ -252,7 +336,8 @@ class Process(ProcessTest):
                 for index in range(len(lines)):
                     expected.append(f'{{"document":"-:{index + 1}"')
                     if index in bad:
-                        expected.append(f"tessel: -: line {index + 1}, column 1: expected a value")
+                        expected.append(f"tessel: -: line {index + 1}, column 1: "
+                                    "expected a value, found '}'")
                 found = [line[:line.index(",")] if line.startswith("{") else line
                          for line in done.stdout.decode().splitlines()]
                 self.assertEqual(found, expected)
@@ -267,7 +352,7 @@ class Process(ProcessTest):
                     done = tessel("import", "--ndjson", "--format", "json", "--fail-fast",
                                   "--jobs", jobs, given=given)
                     self.assert_failed(done, 1, f"tessel: -: line {first_failed + 1}, column 1: "
-                                                "expected a value\n")
+                                                "expected a value, found '}'\n")
                     answers = [json.loads(line)["document"] for line in done.stdout.splitlines()]
                     self.assertEqual(answers, [f"-:{n + 1}" for n in range(first_failed + 1)])
 

@@ -14,21 +14,17 @@ TEST(TextForm, ShortNames) {
   EXPECT_EQ(shortName(""), "");
 }
 
-TEST(TextForm, OneLine) {
-  EXPECT_EQ(onOneLine("plain \"text\" with \\ and \u00e4"), "plain \"text\" with \\ and \u00e4");
-  EXPECT_EQ(onOneLine("a\nb\tc\rd"), "a\\nb\\tc\\rd");
-  EXPECT_EQ(onOneLine(std::string("\0\x1b\x7f", 3)), "\\u0000\\u001b\\u007f");
-}
-
 TEST(TextForm, RecordsAreTellableApart) {
   std::string out = "before\n";
-  appendRecords(out, {"one", "two\nlines", ""}, "    ");
+  appendRecords(out, {"one", "two\nlines", "", "\u202e\r\n"}, "    ");
   EXPECT_EQ(out,
             "before\n"
             "    - one\n"
             "    - two\n"
             "      lines\n"
-            "    - \n");
+            "    - \n"
+            "    - \\u202e\\r\n"
+            "      \n");
 }
 
 }  // namespace
