@@ -63,6 +63,13 @@ const Value& memberOrUndefined(const Value& value, const std::string& key) {
   return member != nullptr ? *member : undefined;
 }
 
+/// A member that has to be there, as the host answers for one that is not: it asks its holder to be
+/// an object, which only an Undefined value can become.
+const Value& requiredMember(const Value& holder, const std::string& key) {
+  if (holder.get_if<foundation::json::Undefined>() == nullptr) read<Object>(holder, "object");
+  return memberOrUndefined(holder, key);
+}
+
 Value column(double number) {
   const double whole = std::trunc(number);
   if (whole >= 0 && whole < std::ldexp(1.0, 64)) return static_cast<std::uint64_t>(whole);
@@ -161,6 +168,7 @@ class Build {
     apply(fields,
           {"text", Type::kText, "label", "Found the label property", "Set the label property"});
     apply(json_, {"text", Type::kText, "code", "Found the code property", "Set the code property"});
+    if (kind_.shape != Shape::kGuarded) requiredMember(memberOrUndefined(json_, "context"), "data");
     for (const Field& field : kind_.fields) apply(fields, field);
   }
 
@@ -207,7 +215,7 @@ class Build {
     const Value* found = memberOf(fields, field.key);
     if (found == nullptr && !field.required) return;
     record(field.found);
-    const Value& value = found != nullptr ? *found : memberOrUndefined(fields, field.key);
+    const Value& value = found != nullptr ? *found : requiredMember(fields, field.key);
     switch (field.type) {
       case Type::kText:
         record_[field.property] = readText(value);

@@ -267,8 +267,10 @@ bool ControlCase::readField(std::size_t index, Leftover& leftover) const {
   append(leftover.records, field.before);
   if (field.holder == Field::Holder::kElement) leftover.elementCreated = true;
   if (!found || !(found->fits || field.ignoresOtherTypes)) {
-    leftover.error = "invalid conversion: " + (found ? found->typeName : "undefined") + " to " +
-                     alternativeNameOf(field.type);
+    // In a holder that can be no object, it is not even looked for.
+    const std::string held = found ? found->typeName : nameOfReplacement();
+    leftover.error = "invalid conversion: " + held + " to " +
+                     (found || held == "undefined" ? alternativeNameOf(field.type) : "object");
     return false;
   }
   if (!found->exported.empty()) {
@@ -276,6 +278,11 @@ bool ControlCase::readField(std::size_t index, Leftover& leftover) const {
   }
   append(leftover.records, field.after);
   return true;
+}
+
+std::string ControlCase::nameOfReplacement() const {
+  const auto same = [this](const Alternative& each) { return each.value == replacement_; };
+  return std::find_if(alternatives().begin(), alternatives().end(), same)->name;
 }
 
 bool ControlCase::readFields(std::size_t begin, std::size_t end, Leftover& leftover) const {

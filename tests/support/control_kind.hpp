@@ -143,6 +143,7 @@ class ControlCase {
   std::optional<Given> given(std::size_t field) const;
   bool reachesRecordFields(Records& records) const;
   bool readField(std::size_t field, Leftover& leftover) const;
+  std::string nameOfReplacement() const;  // as alternatives() calls it; "undefined" for none
   bool readFields(std::size_t begin, std::size_t end, Leftover& leftover) const;
 
   ControlKind kind_;

@@ -54,9 +54,11 @@ void applyControlPosition(LumoControlPosition position, const Value& json) {
 
 void applyControlId(LumoControlNode node, const Value& json) {
   // Lenient where the columns are strict: an id of another type is no error.
-  const auto* id =
-      foundation::json::get_if<std::string>(framework::memberOrUndefined(json, kControlIdKey));
-  if (id != nullptr) node.get()->setId(fl::i18n::utf8_to_ustring(*id));
+  const Value* member = foundation::json::find_member(json, kControlIdKey);
+  if (member == nullptr) return;
+  if (const auto* id = foundation::json::get_if<std::string>(*member)) {
+    node.get()->setId(fl::i18n::utf8_to_ustring(*id));
+  }
 }
 
 void applyControlData(LumoControlData data, const Value& json) {

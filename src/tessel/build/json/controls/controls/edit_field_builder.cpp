@@ -78,8 +78,9 @@ void EditFieldBuilderImpl::applyEditFieldData(const Model& model, EditFieldData 
                                        ? createNumericDefault(model, *value)
                                        : createTextDefault(model, *value);
   // Required wherever there is a default value, and never read without one.
+  Value copy;
   element.get()->setDefaultLinkedVariable(framework::readAs<std::u16string>(
-      framework::memberOrUndefined(*fields, kDefaultLinkedVariable.key)));
+      framework::requiredMember(*fields, kDefaultLinkedVariable.key, copy)));
   data.get()->setDefaultValueData(element);
   framework::logDiagnostic("Set the defaultValue property");
 }

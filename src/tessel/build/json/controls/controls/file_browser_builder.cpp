@@ -33,11 +33,13 @@ Node FileBrowserBuilderImpl::build(const Model& model, const Value& json) const 
   return buildControl(kFileBrowser, model, json, [&json](const FileBrowserData& data) {
     applyControlData(data, json);
     // Alone among the controls, this one needs its fields: nothing is tested, and a missing step
-    // of the way reads as Undefined.
+    // of the way is the host's to answer for.
+    Value contextCopy;
+    Value fieldsCopy;
     const Value& fields =
-        framework::memberOrUndefined(json[framework::kContextKey], framework::kDataKey);
-    data.get()->setBrowserType(
-        framework::readAs<std::u16string>(framework::memberOrUndefined(fields, kBrowserTypeKey)));
+        framework::requiredMember(json[framework::kContextKey], framework::kDataKey, contextCopy);
+    data.get()->setBrowserType(framework::readAs<std::u16string>(
+        framework::requiredMember(fields, kBrowserTypeKey, fieldsCopy)));
     framework::logDiagnostic("Set the browserType property");
     applyDefaultValue(fields, data);
   });

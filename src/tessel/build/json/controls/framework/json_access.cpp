@@ -13,17 +13,15 @@ using foundation::json::get_if;
 using foundation::json::traits;
 using foundation::json::Value;
 
-const Value kUndefined;
-
 template <typename... Alternatives>
-const char* nameOfHeldAmong(const Value& value) noexcept {
-  const char* name = nullptr;
+std::string nameOfHeldAmong(const Value& value) {
+  std::string name;
   ((get_if<Alternatives>(value) != nullptr ? void(name = traits<Alternatives>::name) : void()),
    ...);
   return name;
 }
 
-const char* nameOfHeld(const Value& value) noexcept {
+std::string nameOfHeld(const Value& value) {
   return nameOfHeldAmong<foundation::json::Undefined, foundation::json::Null, bool, double,
                          std::string, JsonArray, JsonMembers, float, std::int64_t, std::uint64_t>(
       value);
@@ -31,21 +29,15 @@ const char* nameOfHeld(const Value& value) noexcept {
 
 }  // namespace
 
-void throwInvalidConversion(const Value& held, const char* requestedName) {
-  throw std::runtime_error(std::string("invalid conversion: ") + nameOfHeld(held) + " to " +
-                           requestedName);
+void throwInvalidConversion(const Value& held, std::string_view requestedName) {
+  throw std::runtime_error(
+      ("invalid conversion: " + nameOfHeld(held) + " to ").append(requestedName));
 }
 
-const Value& memberOrUndefined(const JsonMembers& members, const std::string& key) {
-  const Value* member = findMember(members, key);
-  if (member != nullptr) return *member;
-  return kUndefined;
-}
-
-const Value& memberOrUndefined(const Value& value, const std::string& key) {
-  const Value* member = foundation::json::find_member(value, key);
-  if (member != nullptr) return *member;
-  return kUndefined;
+const Value& requiredMember(const Value& holder, const std::string& key, Value& copy) {
+  if (const Value* member = foundation::json::find_member(holder, key)) return *member;
+  copy = holder;
+  return copy[key.c_str()];
 }
 
 template <>

@@ -5,6 +5,7 @@
 
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "foundation/json.hpp"
@@ -17,7 +18,7 @@ using JsonMembers = std::map<std::string, foundation::json::Value>;
 /// @throws std::runtime_error "invalid conversion: A to B" with the name of the alternative that is
 ///         held and the one given.
 [[noreturn]] void throwInvalidConversion(const foundation::json::Value& held,
-                                         const char* requestedName);
+                                         std::string_view requestedName);
 
 template <typename Requested>
 const Requested& readStrictly(const foundation::json::Value& value) {
@@ -52,11 +53,13 @@ inline const foundation::json::Value* findMember(const JsonMembers& members,
   return member == members.end() ? nullptr : &member->second;
 }
 
-/// The member under the key, or an Undefined value where there is none.
-const foundation::json::Value& memberOrUndefined(const JsonMembers& members,
-                                                 const std::string& key);
-const foundation::json::Value& memberOrUndefined(const foundation::json::Value& value,
-                                                 const std::string& key);
+/// A member that has to be there. One that is there is read in place; one that is not is the host's
+/// to answer for, by its non-const `operator[]` on a copy of the holder.
+/// @param copy takes that copy, if there is one; it may not be the holder.
+/// @throws whatever the host throws for such a member.
+const foundation::json::Value& requiredMember(const foundation::json::Value& holder,
+                                              const std::string& key,
+                                              foundation::json::Value& copy);
 
 /// The value as a model setter takes it: text as UTF-16, a number, or a flag. Read strictly.
 template <typename ModelType>

@@ -41,14 +41,16 @@ const std::string* classNameOf(const JsonMembers* members) {
   return className == nullptr ? nullptr : &readString(*className);
 }
 
-const std::string& typeWordOf(const JsonMembers& control) {
-  const Value& context = memberOrUndefined(control, kContextKey);
-  return readString(memberOrUndefined(readObjectMembers(context), kTypeKey));
+/// What a "type" that is not there reads as.
+const Value kNoType = Value();
+
+const std::string& typeWordOf(const Value& control) {
+  const Value* type = findMember(readObjectMembers(control[kContextKey]), kTypeKey);
+  return readString(type != nullptr ? *type : kNoType);
 }
 
 /// Whether a control is of a type: a generic one by its type word, any other by its class name.
-bool isControlOfType(const JsonMembers& control, const std::string& className,
-                     std::string_view word) {
+bool isControlOfType(const Value& control, const std::string& className, std::string_view word) {
   return className == kGenericControl ? typeWordOf(control) == word : className == word;
 }
 
@@ -60,15 +62,13 @@ bool recognizeByClassName(const Value& json, std::string_view className) {
 }
 
 bool recognizeByTypeWord(const Value& json, std::string_view typeWord) {
-  const JsonMembers* members = membersOf(json);
-  const std::string* className = classNameOf(members);
-  return className != nullptr && *className == kGenericControl && typeWordOf(*members) == typeWord;
+  const std::string* className = classNameOf(membersOf(json));
+  return className != nullptr && *className == kGenericControl && typeWordOf(json) == typeWord;
 }
 
 bool recognizeByTypeWordOrClassName(const Value& json, std::string_view word) {
-  const JsonMembers* members = membersOf(json);
-  const std::string* className = classNameOf(members);
-  return className != nullptr && isControlOfType(*members, *className, word);
+  const std::string* className = classNameOf(membersOf(json));
+  return className != nullptr && isControlOfType(json, *className, word);
 }
 
 }  // namespace tessel::build::json::controls::framework

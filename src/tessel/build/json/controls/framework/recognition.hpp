@@ -20,8 +20,8 @@ bool recognizeByClassName(const foundation::json::Value& json, std::string_view 
 /// True when the object is a generic control ("className" "LumoControlNode") whose "type" in
 /// "context" is the word. Otherwise as `recognizeByClassName`.
 /// @throws std::runtime_error the conversion error, for a "className" that is not text, and for a
-///         generic control whose "context" is no object or whose "type" is not text; a missing one
-///         reads as Undefined.
+///         generic control whose "context" is no object or whose "type" is not text or missing.
+///         A missing "context" is the host's to answer for, by its const `operator[]`.
 bool recognizeByTypeWord(const foundation::json::Value& json, std::string_view typeWord);
 
 /// True when the object is a generic control of the type, or when the word itself is its

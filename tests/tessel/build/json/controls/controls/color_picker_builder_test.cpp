@@ -62,6 +62,11 @@ TEST(ColorPickerBuilder, BuildsWithIdAndPositionOnlyWhereThereIsNoContextOrNoDat
 TEST(ColorPickerBuilder, BuildsEveryRow) {
   expectRows(colorPickerKind(),
              {
+                 {"data that is a number: the host is asked for the format",
+                  "7",
+                  "",
+                  "invalid conversion: double to object",
+                  {}},
                  {"format and default value",
                   R"({"colorFormat":"rgb","defaultValue":"[1 0 0]"})",
                   R"(,"colorFormat":"rgb","defaultValue":"[1 0 0]")",

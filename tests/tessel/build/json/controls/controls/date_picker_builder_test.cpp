@@ -50,6 +50,11 @@ TEST(DatePickerBuilder, IsMeantToWriteSetTheColorFormatProperty) {
 TEST(DatePickerBuilder, BuildsEveryRow) {
   expectRows(datePickerKind(),
              {
+                 {"data that is a number: the host is asked for the format",
+                  "7",
+                  "",
+                  "invalid conversion: double to object",
+                  {}},
                  {"what is no date passes through",
                   R"({"displayFormat":"","defaultValue":"größe"})",
                   R"(,"displayFormat":"","defaultValue":"größe")",

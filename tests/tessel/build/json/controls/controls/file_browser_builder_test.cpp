@@ -48,6 +48,7 @@ TEST(FileBrowserBuilder, IsMeantToHaveNoGuards) {
     Value value;
     std::string record;
     Records records;
+    std::string error = "invalid conversion: undefined to string";
   };
   const Row rows[] = {
       {"no context: the code was read all the same",
@@ -56,19 +57,20 @@ TEST(FileBrowserBuilder, IsMeantToHaveNoGuards) {
       {"no data", json(R"({"className":"FileBrowserControlNode","text":"x = 1","context":{}})"),
        R"(,"code":"x = 1")", codeRecords},
       {"a context that is text",
-       json(R"({"className":"FileBrowserControlNode","context":"data"})"),
+       json(R"({"className":"FileBrowserControlNode","context":"x"})"),
        "",
-       {}},
+       {},
+       "invalid conversion: string to object"},
       {"data that is null",
        json(R"({"className":"FileBrowserControlNode","context":{"data":null}})"),
        "",
-       {}},
+       {},
+       "invalid conversion: null to object"},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.description);
     EXPECT_EQ(buildWith(FileBrowserBuilderImpl(), row.value),
-              outcomeOf(fileBrowserKind(), row.value, row.record,
-                        "invalid conversion: undefined to string", row.records));
+              outcomeOf(fileBrowserKind(), row.value, row.record, row.error, row.records));
   }
 }
 

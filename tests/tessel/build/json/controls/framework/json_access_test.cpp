@@ -94,11 +94,28 @@ TEST(StrictRead, ReturnsWhatIsHeld) {
   EXPECT_EQ(readAs<std::u16string>(Value("Größe \xF0\x9F\x8E\x9B")), u"Größe \U0001F39B");
 }
 
-TEST(MemberOrUndefined, GivesTheMemberOrAnUndefinedValue) {
-  const Value::Object members{{"there", Value("text")}};
-  EXPECT_EQ(&memberOrUndefined(members, "there"), &members.at("there"));
-  EXPECT_NE(foundation::json::get_if<Undefined>(memberOrUndefined(members, "missing")), nullptr);
-  EXPECT_EQ(members.size(), 1U) << "a look-up inserted into the caller's members";
+TEST(RequiredMember, IsReadInPlaceWhereItIsThere) {
+  const Value holder(Value::Object{{"there", Value("text")}});
+  Value copy;
+  EXPECT_EQ(&requiredMember(holder, "there", copy), &holder["there"]);
+  EXPECT_EQ(copy, Value()) << "the holder was copied";
+}
+
+TEST(RequiredMember, IsTheHostsToAnswerForWhereItIsMissing) {
+  for (const Alternative& holder : alternatives()) {
+    SCOPED_TRACE(holder.name);
+    const Value before = holder.value;
+    Value copy;
+    const bool mayHaveMembers =
+        std::string(holder.name) == "undefined" || std::string(holder.name) == "object";
+    const Read ask{"", [&copy](const Value& value) {
+                     EXPECT_EQ(requiredMember(value, "missing", copy), Value());
+                   }};
+    EXPECT_EQ(
+        errorOf(ask, holder.value),
+        mayHaveMembers ? "" : std::string("invalid conversion: ") + holder.name + " to object");
+    EXPECT_EQ(holder.value, before);
+  }
 }
 
 }  // namespace
