@@ -100,14 +100,15 @@ void setFields(const Model&, const FileBrowserData& data, const FileBrowser<std:
 }
 
 /// An append's calls to the host, for an element that is new.
-void append(gx::zero::ReferenceCollection& sequence, const gx::zero::ModelElement& element) {
+template <typename Element>
+void append(gx::zero::ElementSequence<Element>& sequence, const Element& element) {
   sequence.checkCompatibleModel(element.get());
   const gx::zero::meta::Property& opposite = *sequence.getOpposite();
   const auto container = element.get()->get(
       opposite, gx::zero::ModelElement::Impl::ReflectionPrivateTag::PUBLIC_ACCESS);
   if (held_element(container).get() == sequence.getOwner()) return;
   gx::zero::AbstractOwnedCollection::Operation operation(sequence);
-  insert_last(sequence, element.get());
+  insert_last(sequence, element);
   sequence.getOwner()->_inverseAddThis(element.get(), opposite, false);
   operation.commit();
 }

@@ -148,8 +148,9 @@ TEST(Export, TreeIsIndentedAsAsked) {
   EXPECT_EQ(tree, "before\n    ButtonNode\n      id: \"b1\"\n");
 }
 
-void put(gx::zero::ReferenceCollection& sequence, const gx::zero::ModelElement& element) {
-  insert_last(sequence, element.get());
+template <typename Element>
+void put(gx::zero::ElementSequence<Element>& sequence, const Element& element) {
+  insert_last(sequence, element);
   sequence.getOwner()->_inverseAddThis(element.get(), *sequence.getOpposite(), false);
 }
 

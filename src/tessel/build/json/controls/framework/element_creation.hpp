@@ -27,7 +27,8 @@ template <typename Element, typename Owner, typename OwnerImpl>
 Element createInOwner(const Owner& owner,
                       Element (OwnerImpl::*createInto)(typename Element::BuilderWrapper,
                                                        const boost::uuids::uuid&)) {
-  return (owner.get()->*createInto)(typename Element::Builder(), kNilUuid);
+  return (owner.get()->*createInto)(typename Element::BuilderWrapper(typename Element::Builder()),
+                                    kNilUuid);
 }
 
 }  // namespace tessel::build::json::controls::framework

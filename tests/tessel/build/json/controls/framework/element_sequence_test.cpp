@@ -133,7 +133,7 @@ TEST_F(Append, AMultiValuedOppositeSaysNothingSoTheSequenceIsLookedThrough) {
       Property::Kind::kSequence, 0);
   const auto items = sequence({0, false, true, &many});
   const ComboboxItem item = createItem();
-  gx::zero::insert_last(*items, item.get());
+  insert_last(*items, item);
   append(*items, item);
   EXPECT_EQ(items->size(), 1U);
   EXPECT_EQ(opened(), 0U);

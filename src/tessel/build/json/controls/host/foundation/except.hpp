@@ -58,6 +58,12 @@ class TESSEL_HOST_TYPE Exception : public StandardBase,
   std::vector<std::u16string> arguments_;
 };
 
+/// An exception whose message has one argument.
+template <typename Exception>
+Exception with_argument(std::u16string argument) {
+  return Exception({std::move(argument)});
+}
+
 }  // namespace foundation::core::except
 
 namespace gx0::messages {

@@ -290,6 +290,16 @@ inline ModelElement held_element(const ValueMeta& value) noexcept {
   return element != nullptr ? *element : ModelElement();
 }
 
+/// An element's property as reflection reads it from outside.
+inline ValueMeta property_value(const ModelElement::Impl& element, const meta::Property& property) {
+  return element.get(property, ModelElement::Impl::ReflectionPrivateTag::PUBLIC_ACCESS);
+}
+
+/// What a collection's `getOwner()` returned, as a pointer.
+inline ModelElement::Impl* implementation_of(ModelElement::Impl* owner) noexcept {
+  return owner;
+}
+
 inline void ModelElement::addRef() const noexcept {
   if (impl_ != nullptr && impl_->handleCount_++ == 0) ++impl_->model_->heldElements_;
 }

@@ -79,7 +79,6 @@ class TESSEL_HOST_API ReferenceCollection : public AbstractOwnedCollection {
 
  private:
   friend bool admits_once(const ReferenceCollection& collection) noexcept;
-  friend void insert_last(ReferenceCollection& collection, ModelElement::Impl* element);
   friend const std::vector<ModelElement::Impl*>& elements_of(
       const ReferenceCollection& collection) noexcept;
 };
@@ -87,11 +86,6 @@ class TESSEL_HOST_API ReferenceCollection : public AbstractOwnedCollection {
 /// Whether an element can be in the collection at most once.
 inline bool admits_once(const ReferenceCollection& collection) noexcept {
   return collection.traits().admitsOnce;
-}
-
-/// Inserts a reference to an element behind the last one, and nothing else: no test, no owner.
-inline void insert_last(ReferenceCollection& collection, ModelElement::Impl* element) {
-  collection.insertLast(element);
 }
 
 /// The elements, in order.
@@ -112,6 +106,16 @@ class ElementSequence final : public ReferenceCollection {
 
   /// Takes an element out that has a new owner.
   void dropElement(const ModelElement::Impl* element) noexcept { drop(element); }
+
+ private:
+  template <typename E>
+  friend void insert_last(ElementSequence<E>& sequence, const E& element);
 };
+
+/// Inserts a reference to an element behind the last one, and nothing else: no test, no owner.
+template <typename Element>
+void insert_last(ElementSequence<Element>& sequence, const Element& element) {
+  sequence.insertLast(element.get());
+}
 
 }  // namespace gx::zero

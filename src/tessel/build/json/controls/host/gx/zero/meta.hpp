@@ -110,4 +110,23 @@ class TESSEL_HOST_API Class : public Type {
   const Impl* get() const noexcept { return static_cast<const Impl*>(Type::get()); }
 };
 
+/// Whether what is of the type is what the class says.
+inline bool conforms_to(const Type& type, const Class& other) {
+  return type.get()->conformsTo(other);
+}
+
+/// The type as a class; empty when it is none.
+inline Class as_class(const Type& type) {
+  return Class(dynamic_cast<const Class::Impl*>(type.get()));
+}
+
+inline bool is_single_valued(const Property& property) noexcept {
+  return !property.isMany();
+}
+
+/// What a collection's `getOpposite()` returned, as a pointer: null when there is none.
+inline const Property* property_or_null(const Property* opposite) noexcept {
+  return opposite;
+}
+
 }  // namespace gx::zero::meta
