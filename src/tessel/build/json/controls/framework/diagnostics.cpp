@@ -8,13 +8,11 @@
 #include <mutex>
 #include <utility>
 
-#include "tessel/shared/logging.hpp"
-
 namespace tessel::build::json::controls::framework {
 
 namespace {
 
-using Logger = foundation::log::basic_diagnostic_logger<char>;
+using diagnostics_detail::Logger;
 using StreamProvider = boost::log::aux::stream_provider<char>;
 
 // Boost.Log keeps the compounds of a thread for its next records.
@@ -38,7 +36,8 @@ Logger& knownLogger() {
 
 boost::log::record openRecord(Logger& logger) {
   if (!foundation::log::core(logger)->get_logging_enabled()) return {};
-  const std::lock_guard guard(lock(logger));
+  auto&& mutex = lock(logger);
+  const std::lock_guard guard(mutex);
   boost::log::sources::aux::get_severity_level() = kDiagnosticSeverity;
   return foundation::log::core(logger)->open_record(attributes(logger));
 }

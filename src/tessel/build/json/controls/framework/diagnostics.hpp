@@ -10,6 +10,9 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
+
+#include "tessel/shared/logging.hpp"
 
 namespace tessel::build::json::controls::framework {
 
@@ -19,7 +22,18 @@ inline constexpr unsigned kDiagnosticSeverity = 8;
 
 namespace diagnostics_detail {
 
-using LevelWord = std::atomic<std::uint32_t>;
+using Logger = foundation::log::basic_diagnostic_logger<char>;
+
+/// An atomic or a plain integer, as the host has it.
+using LevelWord = std::remove_reference_t<decltype(enabled_levels(std::declval<Logger&>()))>;
+
+template <typename Integer>
+std::uint32_t levelsIn(const std::atomic<Integer>& word) noexcept {
+  return word.load(std::memory_order_relaxed);
+}
+inline std::uint32_t levelsIn(const volatile std::uint32_t& word) noexcept {
+  return word;
+}
 
 /// The logger's level word once the logger has been asked for; before that one with all bits set,
 /// so that the first call goes and asks.
@@ -38,8 +52,8 @@ void write(const TextSource& source) noexcept;
 
 /// One look at the level word: false while the severity's bit is clear.
 inline bool mayRecordDiagnostics() noexcept {
-  return (diagnostics_detail::levelWord.load(std::memory_order_acquire)
-              ->load(std::memory_order_relaxed) &
+  return (diagnostics_detail::levelsIn(
+              *diagnostics_detail::levelWord.load(std::memory_order_acquire)) &
           kDiagnosticSeverity) != 0;
 }
 
