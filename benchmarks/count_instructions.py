@@ -1,15 +1,14 @@
 """Counts the instructions of recognitions and builds under callgrind, against a file of counts.
 
-usage: count_instructions.py [--update] [--silent PROGRAM [--strict]] PROGRAM COUNTS COMPILER
+usage: count_instructions.py [--update] [--silent PROGRAM] PROGRAM COUNTS COMPILER
 
 PROGRAM is tessel_instructions, built with COMPILER. COUNTS is a JSON file with a table for each
 compiler: the instructions of one build, and of one round of thirteen questions whether a builder
 can build an object. --update writes what was counted into the file. --silent names the program
-without log calls; the goal is that all builds together take no more than 2 % above its.
+without log calls; all builds together may take no more than 4 % above its.
 
 Exit status: 0 when nothing grew by more than 5 %; 1 when something did, when log calls take more than
-2.5 % (the two programs' heaps differ, which moves the counts of builds by some tenths; --strict: 2 %),
-or when the file has no counts for the compiler; 2 for a failure.
+that, or when the file has no counts for the compiler; 2 for a failure.
 """
 
 import argparse
@@ -21,8 +20,7 @@ import sys
 import tempfile
 
 ALLOWED_GROWTH = 1.05
-GOAL_FOR_LOGGING = 1.02
-ALLOWED_FOR_LOGGING = 1.025
+ALLOWED_FOR_LOGGING = 1.04
 
 TRIGGER = re.compile(r"^desc: Trigger: Client Request: (.+)$", re.MULTILINE)
 TOTAL = re.compile(r"^(?:summary|totals): (\d+)", re.MULTILINE)
@@ -82,7 +80,7 @@ def compare(counts, allowed):
     return good
 
 
-def compare_with_silent(counts, silent, allowed):
+def compare_with_silent(counts, silent):
     """What the log calls cost while diagnostics are off: of each kind, and judged over all."""
     require_same_actions(counts, "the program", silent, "the one without log calls")
     builds = [name for name in counts if name.startswith("build: ")]
@@ -93,15 +91,14 @@ def compare_with_silent(counts, silent, allowed):
     now, without = (sum(table[name] for name in builds) for table in (counts, silent))
     ratio = now / without
     print(f"{'build: one of each kind':<52}{now:>9}{without:>10}{ratio:>8.4f}"
-          f"  <= {GOAL_FOR_LOGGING} {'met' if ratio <= GOAL_FOR_LOGGING else 'MISSED'}\n")
-    return ratio <= allowed
+          f"  <= {ALLOWED_FOR_LOGGING} {'met' if ratio <= ALLOWED_FOR_LOGGING else 'MISSED'}\n")
+    return ratio <= ALLOWED_FOR_LOGGING
 
 
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--update", action="store_true")
     parser.add_argument("--silent", type=pathlib.Path)
-    parser.add_argument("--strict", action="store_true")
     parser.add_argument("program", type=pathlib.Path)
     parser.add_argument("counts", type=pathlib.Path)
     parser.add_argument("compiler")
@@ -111,8 +108,7 @@ def main():
     compiler = key_of(options.compiler)
     good = True
     if options.silent:
-        allowed = GOAL_FOR_LOGGING if options.strict else ALLOWED_FOR_LOGGING
-        good = compare_with_silent(counts, count(options.silent), allowed)
+        good = compare_with_silent(counts, count(options.silent))
     known = json.loads(options.counts.read_text()) if options.counts.exists() else {}
     if options.update:
         known[compiler] = counts

@@ -26,10 +26,8 @@ void applyField(const foundation::json::Value& fields, const Element& element, c
                 Result (Impl::*setter)(Argument)) {
   const foundation::json::Value* member = foundation::json::find_member(fields, field.key);
   if (member == nullptr) return;
-  const auto set = [&] { (element.get()->*setter)(readAs<std::decay_t<Argument>>(*member)); };
-  if (!mayRecordDiagnostics()) return set();  // one look for both records
   logDiagnostic(field.foundText);
-  set();
+  (element.get()->*setter)(readAs<std::decay_t<Argument>>(*member));
   logDiagnostic(field.setText);
 }
 
