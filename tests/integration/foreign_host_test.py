@@ -21,6 +21,7 @@ SCRATCH = pathlib.Path(os.environ["SCRATCH"])
 FOREIGN_BUNDLE = SCRATCH / "lib" / os.environ["BUNDLE_NAME"]
 FOREIGN_HOST = pathlib.Path(os.environ["FOREIGN_HOST"])
 FORWARDING = HERE / "forwarding"
+SECOND_HOSTS_FORWARDING = HERE / "second_host/forwarding"
 
 # The operations without a name of their own, where each is, and how its declarations are told from
 # what is named alike.
@@ -131,7 +132,9 @@ class ForeignHost(unittest.TestCase):
         self.assertEqual(installed, [SCRATCH / "product/lib" / FOREIGN_BUNDLE.name])
 
     def test_forwarding_headers_are_those_that_the_bundle_includes(self):
-        self.assertEqual(headers_in(FORWARDING), host_headers_of_the_bundle())
+        for folder in (FORWARDING, SECOND_HOSTS_FORWARDING):
+            with self.subTest(str(folder)):
+                self.assertEqual(headers_in(folder), host_headers_of_the_bundle())
 
     def test_the_documented_lists_are_exact(self):
         text = (SOURCE / "docs/integrating.md").read_text(encoding="utf-8")

@@ -1,0 +1,264 @@
+#pragma once
+
+/// @file
+/// The model framework of the second host. A handle is a shared pointer, handles of two classes are
+/// unrelated types that convert, and an element is a bag of named values.
+
+#include <boost/uuid/uuid.hpp>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace gx::zero::meta {
+
+class Class;
+
+class Type {
+ public:
+  struct Impl {
+    explicit Impl(std::u16string typeName, std::shared_ptr<const Impl> baseType = nullptr)
+        : name(std::move(typeName)), base(std::move(baseType)) {}
+    virtual ~Impl() = default;
+    std::u16string getQualifiedName() const { return name; }
+
+    std::u16string name;
+    std::shared_ptr<const Impl> base;
+  };
+
+  explicit Type(std::shared_ptr<const Impl> impl) : impl_(std::move(impl)) {}
+  const Impl* get() const { return impl_.get(); }
+  const std::shared_ptr<const Impl>& shared() const { return impl_; }
+  bool is(const Class& other) const;
+
+ private:
+  std::shared_ptr<const Impl> impl_;
+};
+
+class Class {
+ public:
+  struct Impl : Type::Impl {
+    using Type::Impl::Impl;
+  };
+
+  explicit Class(std::shared_ptr<const Impl> impl) : impl_(std::move(impl)) {}
+  static Class metaClass() {
+    static const auto impl = std::make_shared<const Impl>(u"Class");
+    return Class(impl);
+  }
+  operator Type() const { return Type(impl_); }
+  explicit operator bool() const { return impl_ != nullptr; }
+  const Impl* get() const { return impl_.get(); }
+
+ private:
+  std::shared_ptr<const Impl> impl_;
+};
+
+inline bool Type::is(const Class& other) const {
+  if (other.get() == Class::metaClass().get()) {
+    return dynamic_cast<const Class::Impl*>(get()) != nullptr;
+  }
+  for (const Impl* type = get(); type != nullptr; type = type->base.get()) {
+    if (type == other.get()) return true;
+  }
+  return false;
+}
+
+/// A handle on a property; an empty one is none.
+class Property {
+ public:
+  Property() = default;
+  Property(const char* name, bool plural) : name_(name), plural_(plural) {}
+  explicit operator bool() const { return name_ != nullptr; }
+  bool plural() const { return plural_; }
+
+ private:
+  const char* name_ = nullptr;
+  bool plural_ = false;
+};
+
+}  // namespace gx::zero::meta
+
+namespace gx::zero {
+
+struct ModelElementImpl;
+
+template <typename ElementImpl>
+class Handle {
+ public:
+  using Impl = ElementImpl;
+  class Builder;
+  struct BuilderWrapper {
+    explicit BuilderWrapper(const Builder&) {}
+  };
+
+  static meta::Class metaClass() {
+    static const auto impl = std::make_shared<const meta::Class::Impl>(u"Element");
+    return meta::Class(impl);
+  }
+
+  Handle() = default;
+  explicit Handle(std::shared_ptr<Impl> impl) : impl_(std::move(impl)) {}
+  template <typename Derived, typename = std::enable_if_t<std::is_base_of_v<Impl, Derived>>>
+  Handle(const Handle<Derived>& other) : impl_(other.shared()) {}
+
+  Impl* get() const { return impl_.get(); }
+  const std::shared_ptr<Impl>& shared() const { return impl_; }
+  explicit operator bool() const { return impl_ != nullptr; }
+
+ private:
+  std::shared_ptr<Impl> impl_;
+};
+
+/// Offers what the element class's own base of builders offers.
+template <typename ElementImpl>
+class Handle<ElementImpl>::Builder : public ElementImpl::template BuilderBase<Builder> {
+  using Base = typename ElementImpl::template BuilderBase<Builder>;
+
+ public:
+  using Base::Base;
+};
+
+using ModelElement = Handle<ModelElementImpl>;
+
+class Model {
+ public:
+  /// Everything that was created, in order.
+  std::vector<ModelElement>& elements() const { return *elements_; }
+
+ private:
+  std::shared_ptr<std::vector<ModelElement>> elements_ =
+      std::make_shared<std::vector<ModelElement>>();
+};
+
+struct ValueMeta {
+  meta::Type getType() const { return type; }
+
+  ModelElement element;
+  meta::Type type;
+  unsigned code;
+};
+
+struct ModelElementImpl : std::enable_shared_from_this<ModelElementImpl> {
+  enum class ReflectionPrivateTag { PUBLIC_ACCESS };
+  template <typename>
+  struct BuilderBase {};  // for an element that its owner creates
+
+  virtual ~ModelElementImpl() = default;
+  bool isProxy() const { return false; }
+  ValueMeta reflect(const meta::Property&, ReflectionPrivateTag) const {
+    return {container != nullptr ? ModelElement(container->shared_from_this()) : ModelElement(),
+            ModelElement::metaClass(), 0};
+  }
+  void _setContainedByThis(ModelElementImpl* element, const meta::Property&) {
+    element->container = this;
+  }
+  void _inverseAddThis(ModelElementImpl* element, const meta::Property&, bool) {
+    element->container = this;
+  }
+
+  template <typename T>
+  bool keep(const char* name, T value) {
+    kept[name] = std::move(value);
+    return true;
+  }
+  template <typename Impl>
+  Handle<Impl> keepNew(const char* name, const boost::uuids::uuid& uuid);
+
+  std::vector<ModelElement>* model = nullptr;
+  ModelElementImpl* container = nullptr;
+  std::map<std::string,
+           std::variant<std::u16string, double, bool, unsigned long long, ModelElement>>
+      kept;
+  std::map<std::string, std::vector<ModelElementImpl*>> lists;
+};
+
+/// The host gives identities itself and takes none.
+template <typename Impl>
+Handle<Impl> create(std::vector<ModelElement>& model, const boost::uuids::uuid& uuid) {
+  if (!uuid.is_nil()) throw std::invalid_argument("an identity was asked for");
+  const Handle<Impl> element(std::make_shared<Impl>());
+  element.get()->model = &model;
+  model.push_back(element);
+  return element;
+}
+
+template <typename Impl>
+Handle<Impl> ModelElementImpl::keepNew(const char* name, const boost::uuids::uuid& uuid) {
+  const auto element = create<Impl>(*model, uuid);
+  element.get()->container = this;
+  keep(name, ModelElement(element));
+  return element;
+}
+
+/// The base of the builders of what stands in the model by itself.
+class Creator {
+ public:
+  explicit Creator(Model model) : model_(std::move(model)) {}
+
+ protected:
+  template <typename Impl>
+  Handle<Impl> create(const boost::uuids::uuid& uuid) {
+    return gx::zero::create<Impl>(model_.elements(), uuid);
+  }
+
+ private:
+  Model model_;
+};
+
+class AbstractOwnedCollection {
+ public:
+  class Operation {
+   public:
+    explicit Operation(AbstractOwnedCollection& collection) : collection_(collection) {}
+    void commit() { ++collection_.commits; }
+
+   private:
+    AbstractOwnedCollection& collection_;
+  };
+
+  AbstractOwnedCollection(ModelElementImpl& owner, const char* name, meta::Property opposite)
+      : owner_(owner), name_(name), opposite_(opposite) {}
+  ModelElement getOwner() const { return ModelElement(owner_.shared_from_this()); }
+  meta::Property getCollectionProperty() const { return {name_, true}; }
+
+  int commits = 0;
+
+ protected:
+  std::vector<ModelElementImpl*>& list() const { return owner_.lists[name_]; }
+  const meta::Property& opposite() const { return opposite_; }
+
+ private:
+  ModelElementImpl& owner_;
+  const char* name_;
+  meta::Property opposite_;
+};
+
+class ReferenceCollection : public AbstractOwnedCollection {
+ public:
+  using AbstractOwnedCollection::AbstractOwnedCollection;
+  void checkCompatibleModel(ModelElementImpl* element) const {
+    if (element->model != getOwner().get()->model) {
+      throw std::invalid_argument("of another model");
+    }
+  }
+  bool isComposite() const { return true; }
+  meta::Property getOpposite() const { return opposite(); }
+};
+
+/// What is put in is a handle on exactly this class.
+template <typename Element>
+class ElementSequence : public ReferenceCollection {
+ public:
+  using ReferenceCollection::ReferenceCollection;
+  bool unique() const { return true; }
+  void adopt(const Element& element) { list().push_back(element.get()); }
+  std::vector<ModelElementImpl*> implementations() const { return list(); }
+};
+
+}  // namespace gx::zero

@@ -1,0 +1,48 @@
+#pragma once
+
+/// @file
+/// What the second host offers builders, and what it asks of them.
+
+#include <string>
+
+#include "classes.hpp"
+#include "framework.hpp"
+#include "text.hpp"
+#include "values.hpp"
+
+namespace tessel::build::json {
+
+struct NodeBuilder {
+  virtual ~NodeBuilder() = default;
+  virtual bool canBuild(const foundation::json::Value& json) const = 0;
+  virtual document::gxzero::Node build(const gx::zero::Model& model,
+                                       const foundation::json::Value& json) const = 0;
+};
+
+}  // namespace tessel::build::json
+
+namespace tessel::build::json::code {
+
+struct CodeElementBuilder {
+  virtual ~CodeElementBuilder() = default;
+  virtual bool canBuild(const foundation::json::Value& json) const = 0;
+  virtual document::gxzero::Node build(const gx::zero::Model& model,
+                                       const foundation::json::Value& json) const = 0;
+};
+
+}  // namespace tessel::build::json::code
+
+namespace tessel::build::json::core {
+
+inline bool has_className(const foundation::json::Value& json, std::string className) {
+  const auto* held = json["className"].held<std::string>();
+  return held != nullptr && *held == className;
+}
+
+inline std::u16string extract_anchor_id(const foundation::json::Value& json,
+                                        const std::string& prefix) {
+  const auto* held = json["anchor"].held<std::string>();
+  return fl::i18n::utf8_to_ustring(prefix + (held != nullptr ? *held : ""));
+}
+
+}  // namespace tessel::build::json::core

@@ -1,0 +1,316 @@
+// The builders, compiled for a host that has nothing of the reference host but what its interfaces
+// name: each kind is built once as it should be, and once without each member that it requires.
+
+#include <gmock/gmock.h>
+
+#include <boost/log/attributes/value_visitation.hpp>
+#include <boost/log/core/core.hpp>
+#include <boost/log/sinks/basic_sink_backend.hpp>
+#include <boost/log/sinks/unlocked_frontend.hpp>
+#include <boost/make_shared.hpp>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "controls/control_builders.hpp"
+#include "framework/element_sequence.hpp"
+#include "tessel/shared/logging.hpp"
+#include "widgets/task_builders.hpp"
+
+namespace {
+
+using document::gxzero::Node;
+using foundation::json::List;
+using foundation::json::Members;
+using foundation::json::Value;
+using gx::zero::Model;
+using gx::zero::ModelElement;
+using gx::zero::ModelElementImpl;
+namespace controls = tessel::build::json::controls;
+namespace framework = tessel::build::json::controls::framework;
+namespace widgets = tessel::build::json::widgets;
+
+std::string told(const ModelElementImpl& element);
+
+struct Teller {
+  std::string operator()(const std::u16string& text) const { return {text.begin(), text.end()}; }
+  std::string operator()(bool flag) const { return flag ? "yes" : "no"; }
+  std::string operator()(const ModelElement& element) const { return told(*element.get()); }
+  template <typename Number>
+  std::string operator()(Number number) const {
+    std::ostringstream text;
+    text << number;
+    return text.str();
+  }
+};
+
+/// An element and what it holds, by name.
+std::string told(const ModelElementImpl& element) {
+  std::string text;
+  for (const auto& [name, value] : element.kept) {
+    text += (text.empty() ? "" : " ") + name + "=" + std::visit(Teller(), value);
+  }
+  for (const auto& [name, list] : element.lists) {
+    for (const ModelElementImpl* entry : list) text += " " + name + told(*entry);
+  }
+  return "{" + text + "}";
+}
+
+/// What a call that throws has thrown, or what the call says.
+std::string outcomeOf(const std::function<std::string()>& call) {
+  try {
+    return call();
+  } catch (const std::exception& error) {
+    return error.what();
+  }
+}
+
+using Path = std::vector<std::string>;
+
+/// The value without the member at the end of the path. In a list, the way is its first entry's.
+Value without(const Value& value, const Path& path, std::size_t step = 0) {
+  if (const auto* list = value.held<List>()) {
+    List rest = *list;
+    rest.front() = without(rest.front(), path, step);
+    return rest;
+  }
+  Members rest = *value.held<Members>();
+  if (step + 1 == path.size()) {
+    rest.erase(path[step]);
+  } else {
+    rest[path[step]] = without(rest[path[step]], path, step + 1);
+  }
+  return rest;
+}
+
+struct Missing {
+  Path path;
+  std::string outcome;
+};
+
+struct Kind {
+  std::string name;
+  std::function<bool(const Value&)> canBuild;
+  std::function<Node(const Model&, const Value&)> build;
+  Value json;
+  std::string built;
+  std::vector<Missing> missing;  ///< and what a build then ends in
+  std::vector<Missing> unrecognized;
+};
+
+template <typename Builder>
+Kind kindOf(std::string name, std::shared_ptr<Builder> builder, Value json, std::string built,
+            std::vector<Missing> missing = {}, std::vector<Missing> unrecognized = {}) {
+  return {
+      std::move(name),
+      [builder](const Value& value) { return builder->canBuild(value); },
+      [builder](const Model& model, const Value& value) { return builder->build(model, value); },
+      std::move(json),
+      std::move(built),
+      std::move(missing),
+      std::move(unrecognized)};
+}
+
+Value control(const char* className, Members context) {
+  return Members{{"className", className},
+                 {"controlId", "c1"},
+                 {"startColumn", 2.0},
+                 {"context", std::move(context)}};
+}
+Value generic(const char* type, Members data) {
+  return control("LumoControlNode", {{"type", type}, {"data", std::move(data)}});
+}
+Value ofClass(const char* className, Members data) {
+  return control(className, {{"data", std::move(data)}});
+}
+/// A control's node as told, around its record.
+std::string node(const std::string& record) {
+  return "{data={" + record + "} id=c1 position={startColumn=2}}";
+}
+
+const std::vector<Missing> kGenericsNeed = {
+    {{"className"}, "no"},
+    {{"context"}, "no context to read"},
+    {{"context", "type"}, "invalid conversion: Nothing to Text"}};
+const std::vector<Missing> kOthersNeed = {{{"className"}, "no"}};
+const std::vector<Missing> kHostsOwnNeed = {{{"className"}, "no className to read"}};
+
+std::vector<Kind> kinds() {
+  const auto inlineNode = std::make_shared<widgets::LumoTaskIntegratedInlineNodeBuilderImpl>();
+  const Value task = Members{{"className", "LumoAppIntegratedInlineNode"},
+                             {"instanceId", "i1"},
+                             {"taskID", "t1"},
+                             {"numOfCodeLines", 3.7}};
+  const std::string toldTask = "{id=i1 task=taskId:t1 numCodeLines:3 }";
+  return {
+      kindOf("button", std::make_shared<controls::ButtonBuilderImpl>(),
+             generic("button", {{"text", "Run"}}), node("label=Run"),
+             {{{"context"}, "no context to read"}, {{"context", "data"}, "no data to read"}},
+             kGenericsNeed),
+      kindOf("check box", std::make_shared<controls::CheckBoxBuilderImpl>(),
+             generic("checkBox", {{"defaultValue", true}}), node("defaultValue=yes"), {},
+             kGenericsNeed),
+      kindOf("colour picker", std::make_shared<controls::ColorPickerBuilderImpl>(),
+             ofClass("ColorPickerControlNode", {{"colorFormat", "hex"}, {"defaultValue", "#fff"}}),
+             node("colorFormat=hex defaultValue=#fff"),
+             {{{"context", "data", "colorFormat"}, "no colorFormat to change"}}, kOthersNeed),
+      kindOf("combo box", std::make_shared<controls::ComboboxBuilderImpl>(),
+             generic("comboBox", {{"items", List{Members{{"label", "A"}, {"value", "a"}},
+                                                 Members{{"label", "B"}, {"value", "b"}}}},
+                                  {"itemLabels", List{"x", "y"}},
+                                  {"linkedVariable", "v"}}),
+             node("linkedVariable=v itemLabels{label=x} itemLabels{label=y} items{item=a label=A} "
+                  "items{item=b label=B}"),
+             {{{"context", "data", "items", "label"}, "no label to read"},
+              {{"context", "data", "items", "value"}, "no value to read"}},
+             kGenericsNeed),
+      kindOf("date picker", std::make_shared<controls::DatePickerBuilderImpl>(),
+             ofClass("DatePickerControlNode", {{"displayFormat", "yyyy"}}),
+             node("displayFormat=yyyy"),
+             {{{"context", "data", "displayFormat"}, "no displayFormat to change"}}, kHostsOwnNeed),
+      kindOf("edit field of text", std::make_shared<controls::EditFieldBuilderImpl>(),
+             generic("editField", {{"defaultValue", "a"}, {"defaultValueLinkedVariable", "v"}}),
+             node("defaultValueData={defaultLinkedVariable=v defaultValue=a}"),
+             {{{"context", "data", "defaultValueLinkedVariable"},
+               "no defaultValueLinkedVariable to change"}},
+             kGenericsNeed),
+      kindOf("edit field of a number", std::make_shared<controls::EditFieldBuilderImpl>(),
+             generic("editField", {{"valueType", "Double"},
+                                   {"defaultValue", 2.5},
+                                   {"defaultValueLinkedVariable", "v"}}),
+             node("defaultValueData={defaultLinkedVariable=v defaultValue=2.5} valueType=Double"),
+             {{{"context", "data", "defaultValueLinkedVariable"},
+               "no defaultValueLinkedVariable to change"}}),
+      kindOf("file browser", std::make_shared<controls::FileBrowserBuilderImpl>(),
+             ofClass("FileBrowserControlNode", {{"browserType", "file"}}), node("browserType=file"),
+             {{{"context"}, "no context to read"},
+              {{"context", "data"}, "no data to read"},
+              {{"context", "data", "browserType"}, "no browserType to change"}},
+             kOthersNeed),
+      kindOf("range slider", std::make_shared<controls::RangeSliderNodeBuilderImpl>(),
+             ofClass("RangeSliderControlNode", {{"minimum", 1.0}, {"defaultValue", "[1 2]"}}),
+             node("defaultValue=[1 2] min=1"), {}, kOthersNeed),
+      kindOf("slider", std::make_shared<controls::SliderNodeBuilderImpl>(),
+             generic("slider", {{"maximum", 9.5}, {"defaultValue", 4.0}}),
+             node("defaultValue=4 max=9.5"), {}, kGenericsNeed),
+      kindOf("spinner", std::make_shared<controls::SpinnerNodeBuilderImpl>(),
+             ofClass("SpinnerControlNode", {{"step", 2.0}, {"executionOn", "change"}}),
+             node("executeOn=change step=2"), {}, kOthersNeed),
+      kindOf("state button", std::make_shared<controls::StateButtonBuilderImpl>(),
+             ofClass("StateButtonControlNode", {{"defaultValueLinkedVariable", "v"}}),
+             node("defaultLinkedVariable=v"), {}, kOthersNeed),
+      kindOf("task", inlineNode, task, toldTask, {}, kOthersNeed),
+      kindOf("task header", std::make_shared<widgets::LumoTaskHeaderBuilderImpl>(inlineNode),
+             Members{{"className", "LumoAppLineNode"},
+                     {"anchor", "7"},
+                     {"children", List{task, "text", task}}},
+             "{anchorId=M_7 children" + toldTask + " children" + toldTask + "}",
+             {{{"anchor"}, "no anchor to read"}, {{"children"}, "no children to read"}},
+             kHostsOwnNeed),
+  };
+}
+
+std::string builtBy(const Kind& kind, const Value& json) {
+  return outcomeOf([&] { return told(*kind.build(Model(), json).get()); });
+}
+std::string answerOf(const Kind& kind, const Value& json) {
+  return outcomeOf([&] { return kind.canBuild(json) ? "yes" : "no"; });
+}
+
+TEST(SecondHost, EachKindIsBuilt) {
+  for (const Kind& kind : kinds()) {
+    SCOPED_TRACE(kind.name);
+    EXPECT_EQ(answerOf(kind, kind.json), "yes");
+    EXPECT_EQ(builtBy(kind, kind.json), kind.built);
+  }
+}
+
+TEST(SecondHost, AMissingMemberEndsInWhatTheHostMakesOfIt) {
+  for (const Kind& kind : kinds()) {
+    SCOPED_TRACE(kind.name);
+    for (const Missing& missing : kind.missing) {
+      EXPECT_EQ(builtBy(kind, without(kind.json, missing.path)), missing.outcome)
+          << missing.path.back();
+    }
+    for (const Missing& missing : kind.unrecognized) {
+      EXPECT_EQ(answerOf(kind, without(kind.json, missing.path)), missing.outcome)
+          << missing.path.back();
+    }
+  }
+}
+
+TEST(SecondHost, AHeldAlternativeIsNamedInTheHostsWords) {
+  const controls::SliderNodeBuilderImpl slider;
+  for (const auto& [held, name] : std::vector<std::pair<Value, std::string>>{
+           {"1", "Text"}, {1.0F, "Single"}, {std::uint64_t{1}, "Unsigned"}}) {
+    EXPECT_EQ(outcomeOf([&slider, value = held] {
+                return told(*slider.build(Model(), generic("slider", {{"minimum", value}})).get());
+              }),
+              "invalid conversion: " + name + " to Real");
+  }
+}
+
+TEST(SecondHost, AnElementIsOnceInASequence) {
+  const Model model;
+  const auto line = gx::zero::create<document::gxzero::LumoAppLineNodeImpl>(model.elements(), {});
+  const auto record =
+      gx::zero::create<lumocode::contentmodel::gxzero::ComboboxDataImpl>(model.elements(), {});
+  const auto twice = [](auto& sequence, const auto& element) {
+    framework::append(sequence, element);
+    framework::append(sequence, element);
+    EXPECT_EQ(sequence.commits, 1);
+    EXPECT_EQ(sequence.implementations().size(), 1U);
+    EXPECT_EQ(element.get()->container, sequence.getOwner().get());
+  };
+  // Asking the element for its container, and looking through the sequence.
+  twice(line.get()->getChildrenMutable(),
+        Node(gx::zero::create<document::gxzero::NodeImpl>(model.elements(), {})));
+  twice(record.get()->getItemsMutable(),
+        gx::zero::create<lumocode::contentmodel::gxzero::ComboboxItemImpl>(model.elements(), {}));
+}
+
+TEST(SecondHost, ACastThatFailsIsTheHostsExceptionOfTheTypesName) {
+  const gx::zero::meta::Type text(std::make_shared<const gx::zero::meta::Type::Impl>(u"Text"));
+  try {
+    framework::requireModelElement({{}, text, 0});
+    FAIL() << "nothing was thrown";
+  } catch (const framework::CannotCastIncompatibleTypes& error) {
+    EXPECT_EQ(error.message().typeName, u"Text");
+  }
+}
+
+class Sink : public boost::log::sinks::basic_formatted_sink_backend<
+                 char, boost::log::sinks::concurrent_feeding> {
+ public:
+  void consume(const boost::log::record_view&, const std::string& text) { texts.push_back(text); }
+  std::vector<std::string> texts;
+};
+
+TEST(SecondHost, WritesItsRecordsWhileThePlainWordsBitIsSet) {
+  auto& logger = tessel::shared::logging::getLogger();
+  const auto sink = boost::make_shared<boost::log::sinks::unlocked_sink<Sink>>();
+  boost::log::core::get()->add_sink(sink);
+  const controls::SliderNodeBuilderImpl slider;
+  const Value json = generic("slider", {{"step", 1.0}});
+  for (const unsigned levels : {0U, ~8U, 8U}) {
+    logger.levels = levels;
+    slider.build(Model(), json);
+  }
+  logger.levels = 0;
+  boost::log::core::get()->remove_sink(sink);
+  const auto& texts = sink->locked_backend()->texts;
+  EXPECT_THAT(texts,
+              testing::ElementsAre("Starting to build a SliderNode using the incoming JSON below",
+                                   "<members>", "Found the context property",
+                                   "Found the context.data property", "Found the step property",
+                                   "Set the step property"));
+  EXPECT_EQ(logger.timesLocked, static_cast<int>(texts.size()));
+}
+
+}  // namespace
