@@ -5,13 +5,13 @@
 
 #include <link.h>
 
-#include <sstream>
 #include <stdexcept>
 #include <string>
 
-#include "bundle_file.hpp"
+#include "bundle_file/bundle_file.hpp"
+#include "bundle_file/file_builder.hpp"
+#include "bundle_file/manifest.hpp"
 #include "fuzz/check.hpp"
-#include "manifest.hpp"
 
 namespace fuzz {
 
@@ -34,10 +34,12 @@ inline void readAsBundle(const std::string& bytes) {
   namespace detail = cppmicroservices::detail;
   const auto loaded = loadedLibraries();
   try {
-    std::istringstream file(bytes);
-    const detail::BundleFile bundle = detail::readBundle(file);
+    const service_runtime_test::MemoryFile file(bytes);
+    const detail::BundleFile bundle = detail::readBundleFile(file.path());
     const detail::BundleManifest again = detail::parseManifest(bundle.manifestText);
-    require(bundle.manifest.headers == again.headers, "a manifest reads the same twice");
+    require(bundle.manifest.symbolicName == again.symbolicName &&
+                bundle.manifest.components.size() == again.components.size(),
+            "a manifest reads the same twice");
     require(!bundle.manifest.symbolicName.empty(), "a bundle has a name");
     for (const detail::ComponentDescription& component : bundle.manifest.components) {
       require(!component.name.empty(), "a component has a name");
@@ -46,7 +48,7 @@ inline void readAsBundle(const std::string& bytes) {
       for (const detail::ReferenceDescription& reference : component.references) {
         require(!reference.name.empty() && !reference.interfaceName.empty(),
                 "a reference has a name and an interface");
-        reference.filter.matches(bundle.manifest.headers, /*matchCase=*/false);
+        reference.filter.matches(component.properties);
       }
     }
   } catch (const std::runtime_error& error) {

@@ -41,8 +41,12 @@ std::vector<Service> partialServices(bool withHeader) {
 
 dto::ComponentConfigurationDTO headerConfiguration(Host& host, const Bundle& product) {
   const auto runtime = host.service<ServiceComponentRuntime>();
-  const auto configurations =
-      runtime->GetComponentConfigurationDTOs(runtime->GetComponentDescriptionDTO(product, kHeader));
+  std::vector<dto::ComponentConfigurationDTO> configurations;
+  for (const auto& description : runtime->GetComponentDescriptionDTOs({product})) {
+    if (description.name == kHeader) {
+      configurations = runtime->GetComponentConfigurationDTOs(description);
+    }
+  }
   EXPECT_EQ(configurations.size(), 1U);
   return configurations.empty() ? dto::ComponentConfigurationDTO() : configurations.front();
 }
@@ -80,10 +84,7 @@ TEST(Waiting, HeaderComesAndGoesWithTheInlineBuilder) {
     ASSERT_TRUE(header);
     EXPECT_EQ(built(*header, kTask), builtTask(kStandInsLine));
     EXPECT_EQ(headersInstances(), 1);
-    const auto configuration = headerConfiguration(host, product);
-    EXPECT_EQ(configuration.state, dto::ComponentState::ACTIVE);
-    ASSERT_EQ(configuration.satisfiedReferences.size(), 1U);
-    ASSERT_EQ(configuration.satisfiedReferences.front().boundServices.size(), 1U);
+    EXPECT_EQ(headerConfiguration(host, product).state, dto::ComponentState::ACTIVE);
 
     standIn.Stop();
     expectWaiting(host, product);

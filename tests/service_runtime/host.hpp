@@ -7,10 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "cppmicroservices/Any.h"
 #include "cppmicroservices/Bundle.h"
 #include "cppmicroservices/BundleContext.h"
-#include "cppmicroservices/Constants.h"
 #include "cppmicroservices/Framework.h"
 #include "cppmicroservices/FrameworkEvent.h"
 #include "cppmicroservices/FrameworkFactory.h"
@@ -23,17 +21,26 @@ inline std::string bundlePath(const std::string& name) {
   return std::string(TEST_BUNDLE_DIRECTORY) + "/" + name + ".so";
 }
 
+inline std::string textOf(const cppmicroservices::FrameworkEvent& event) {
+  using cppmicroservices::FrameworkEvent;
+  const auto type = event.GetType();
+  const char* const word = type == FrameworkEvent::FRAMEWORK_ERROR     ? "ERROR"
+                           : type == FrameworkEvent::FRAMEWORK_WARNING ? "WARNING"
+                           : type == FrameworkEvent::FRAMEWORK_STARTED ? "STARTED"
+                           : type == FrameworkEvent::FRAMEWORK_STOPPED ? "STOPPED"
+                                                                       : "other";
+  return std::string(word) + ": " + event.GetMessage();
+}
+
 /// A framework that is started for one test, with the events it has sent.
 class Host {
  public:
   Host() : framework_(cppmicroservices::FrameworkFactory().NewFramework()) {
     framework_.Start();
     context_ = framework_.GetBundleContext();
-    token_ = context_.AddFrameworkListener([this](const cppmicroservices::FrameworkEvent& event) {
-      std::ostringstream type;
-      type << event.GetType();
+    context_.AddFrameworkListener([this](const cppmicroservices::FrameworkEvent& event) {
       const std::lock_guard lock(mutex_);
-      events_.push_back(type.str() + ": " + event.GetMessage());
+      events_.push_back(textOf(event));
     });
     std::istringstream paths(TESSEL_RUNTIME_BUNDLES);
     for (std::string path; std::getline(paths, path, ':');) {
@@ -78,7 +85,6 @@ class Host {
   std::vector<std::string> events_;
   cppmicroservices::Framework framework_;
   cppmicroservices::BundleContext context_;
-  cppmicroservices::ListenerToken token_;
 };
 
 }  // namespace service_runtime_test

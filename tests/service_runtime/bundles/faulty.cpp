@@ -35,6 +35,13 @@ class ThrowingDeactivate final : public Good {
   }
 };
 
+class ThrowingDelete final : public Good {};
+
+[[noreturn]] void throwStillInUse(ComponentInstance* instance) {
+  delete instance;
+  throw std::runtime_error("still in use");
+}
+
 /// Offers a Listener where the manifest speaks of a Greeter.
 class WrongInterface final : public Listener {
  public:
@@ -56,7 +63,9 @@ using service_runtime_test::newInstance;
 using service_runtime_test::ThrowingActivate;
 using service_runtime_test::ThrowingConstructor;
 using service_runtime_test::ThrowingDeactivate;
+using service_runtime_test::ThrowingDelete;
 using service_runtime_test::ThrowingSomething;
+using service_runtime_test::throwStillInUse;
 using service_runtime_test::WrongInterface;
 
 TEST_COMPONENT(Good, (newInstance<Good, Greeter>()))
@@ -65,6 +74,9 @@ TEST_COMPONENT(ThrowingConstructor, (newInstance<ThrowingConstructor, Greeter>()
 TEST_COMPONENT(ThrowingSomething, (newInstance<ThrowingSomething, Greeter>()))
 TEST_COMPONENT(ThrowingActivate, (newInstance<ThrowingActivate, Greeter>()))
 TEST_COMPONENT(ThrowingDeactivate, (newInstance<ThrowingDeactivate, Greeter>()))
+TEST_COMPONENT_FREED_BY(ThrowingDelete, (newInstance<ThrowingDelete, Greeter>()), throwStillInUse)
+TEST_COMPONENT_FREED_BY(ThrowingTwice, (newInstance<ThrowingConstructor, Greeter>()),
+                        throwStillInUse)
 TEST_COMPONENT(WrongInterface, (newInstance<WrongInterface, Listener>()))
 TEST_COMPONENT(WrongReference,
                (newInstance<BrokenReference, Listener, std::shared_ptr<Greeter>>("another name")))

@@ -1,4 +1,4 @@
-// A bundle with one component that refers to nothing. TEST_CLASS and TEST_BUNDLE_NAME say which.
+// A bundle with one component that refers to nothing. The macros TEST_... say which.
 
 #include "registration.hpp"
 
@@ -8,7 +8,7 @@ namespace service_runtime_test {
 
 class TEST_CLASS final : public NotedGreeter {
  public:
-  TEST_CLASS() : NotedGreeter(US_STR(TEST_CLASS)) {}
+  TEST_CLASS() : NotedGreeter(TEST_CLASS_TEXT) {}
 };
 
 }  // namespace service_runtime_test

@@ -70,8 +70,8 @@ ComponentInstance* newInstance(Names... names) {
 
 }  // namespace service_runtime_test
 
-/// The pair of exported functions of one component.
-#define TEST_COMPONENT(symbol, makeInstance)                                  \
+/// The pair of exported functions of one component; `release` takes the instance.
+#define TEST_COMPONENT_FREED_BY(symbol, makeInstance, release)                \
   extern "C" US_ABI_EXPORT service_runtime_test::ComponentInstance*           \
       NewInstance_service_runtime_test_##symbol() {                           \
     service_runtime_test::note("new " #symbol);                               \
@@ -80,8 +80,9 @@ ComponentInstance* newInstance(Names... names) {
   extern "C" US_ABI_EXPORT void DeleteInstance_service_runtime_test_##symbol( \
       service_runtime_test::ComponentInstance* instance) {                    \
     service_runtime_test::note("delete " #symbol);                            \
-    delete instance;                                                          \
+    release(instance);                                                        \
   }
+#define TEST_COMPONENT(symbol, makeInstance) TEST_COMPONENT_FREED_BY(symbol, makeInstance, delete)
 
 /// The exported context setter of the bundle of that name.
 #define TEST_BUNDLE(symbolicName)                                               \

@@ -3,14 +3,11 @@
 /// @file
 /// The handle of an installed bundle.
 
-#include <cstddef>
 #include <cstdint>
-#include <iosfwd>
 #include <memory>
 #include <string>
-#include <vector>
 
-#include "cppmicroservices/AnyMap.h"
+#include "cppmicroservices/GlobalConfig.h"
 
 namespace cppmicroservices {
 inline namespace embedded_v1 {
@@ -18,15 +15,12 @@ inline namespace embedded_v1 {
 class BundleContext;
 class BundlePrivate;
 class CoreBundleContext;
-template <class S>
-class ServiceReference;
-using ServiceReferenceU = ServiceReference<void>;
 
 /// A handle of an installed bundle: a shared library with a manifest that describes the service
 /// components in it. Copies stand for the same bundle. A handle keeps its framework alive.
 ///
 /// Every operation of an empty handle throws std::invalid_argument.
-class US_Framework_EXPORT Bundle {
+class US_ABI_EXPORT Bundle {
  public:
   enum State : std::uint32_t {
     STATE_UNINSTALLED = 0x01,
@@ -37,39 +31,23 @@ class US_Framework_EXPORT Bundle {
     STATE_ACTIVE = 0x20
   };
 
-  Bundle();
-  Bundle(const Bundle& other);
-  Bundle(Bundle&& other) noexcept;
-  Bundle& operator=(const Bundle& other);
-  Bundle& operator=(Bundle&& other) noexcept;
-  Bundle& operator=(std::nullptr_t);
-  virtual ~Bundle();
+  Bundle() = default;
 
   /// True if the handle is not empty.
   explicit operator bool() const { return d != nullptr; }
   bool operator==(const Bundle& other) const { return d == other.d; }
   bool operator!=(const Bundle& other) const { return d != other.d; }
-  /// Orders by bundle id; an empty handle comes first.
-  bool operator<(const Bundle& other) const;
 
   State GetState() const;
-  /// The number of the bundle in its framework, in the order of installation; 0 is the framework.
-  long GetBundleId() const;
-  /// The path that the bundle was installed from, as it was given.
-  std::string GetLocation() const;
   std::string GetSymbolicName() const;
-  /// The members of the manifest; names are compared without regard to case. Valid as long as this
-  /// handle or a copy.
-  const AnyMap& GetHeaders() const;
   /// The bundle's context; empty while the bundle is not started.
   BundleContext GetBundleContext() const;
-  /// The services the bundle publishes at the moment, in the order of publication.
-  std::vector<ServiceReferenceU> GetRegisteredServices() const;
 
   /// Loads the library, hands it its context and publishes its components as far as what they refer
   /// to is there. What is wrong with one component is told by a framework event; the others are
   /// served. Starting a bundle that is started has no effect.
-  /// @throws std::runtime_error if the file is not the one installed any more or cannot be loaded
+  /// @throws std::runtime_error if the file is not the one installed any more or cannot be loaded;
+  ///         the text begins with the location that the bundle was installed from
   /// @throws std::logic_error if the bundle is uninstalled, or is just being started or stopped by
   ///         the calling thread
   void Start();
@@ -84,19 +62,12 @@ class US_Framework_EXPORT Bundle {
   void Uninstall();
 
  protected:
+  friend class CoreBundleContext;
   Bundle(std::shared_ptr<BundlePrivate> bundle, std::shared_ptr<CoreBundleContext> core);
 
   std::shared_ptr<BundlePrivate> d;
   std::shared_ptr<CoreBundleContext> c;
-
- private:
-  friend class CoreBundleContext;
 };
-
-/// Writes the symbolic name, the id and the location.
-US_Framework_EXPORT std::ostream& operator<<(std::ostream& os, const Bundle& bundle);
-/// Writes the state's word, for example `ACTIVE`.
-US_Framework_EXPORT std::ostream& operator<<(std::ostream& os, Bundle::State state);
 
 }  // namespace embedded_v1
 }  // namespace cppmicroservices

@@ -1,15 +1,14 @@
 #pragma once
 
 /// @file
-/// What a started bundle, or the program through its framework, can do in the framework.
+/// What the program can do in its framework, and a bundle in the one it is started in.
 
-#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "cppmicroservices/ListenerFunctors.h"
-#include "cppmicroservices/ListenerToken.h"
+#include "cppmicroservices/Bundle.h"
+#include "cppmicroservices/FrameworkEvent.h"
 #include "cppmicroservices/ServiceInterface.h"
 #include "cppmicroservices/ServiceReference.h"
 
@@ -21,31 +20,19 @@ class BundleContextPrivate;
 
 inline namespace embedded_v1 {
 
-class Bundle;
-class CoreBundleContext;
-
-/// The context of a started bundle or of an initialised framework. It is valid until that is
-/// stopped; an operation of an empty or invalid context throws std::runtime_error.
-class US_Framework_EXPORT BundleContext {
+/// The context of a started bundle or framework. It is valid until that is stopped; an operation of
+/// an empty or invalid context throws std::runtime_error.
+class US_ABI_EXPORT BundleContext {
  public:
   /// An empty context.
   BundleContext() = default;
 
   /// True while the context is valid.
   explicit operator bool() const;
-  bool operator==(const BundleContext& other) const { return d == other.d; }
-  bool operator!=(const BundleContext& other) const { return d != other.d; }
-  BundleContext& operator=(std::nullptr_t);
 
-  /// The bundle this is the context of.
-  Bundle GetBundle() const;
-  /// The installed bundle of that number; an empty handle if there is none.
-  Bundle GetBundle(long id) const;
-  /// All installed bundles in the order of installation; the framework itself comes first.
-  std::vector<Bundle> GetBundles() const;
-
-  /// Installs the bundle in the shared library at `location`. A bundle that is installed from that
-  /// file already is given back as it is. Nothing of the library is loaded yet.
+  /// Installs the bundle in the shared library at `location`; a path that is relative counts from
+  /// the folder that is the current one now. A bundle that is installed from that file already is
+  /// given back as it is. Nothing of the library is loaded yet.
   /// @return the one bundle of the library
   /// @throws std::runtime_error if the file cannot be read, is no bundle of this runtime, or has a
   ///         manifest that is wrong or asks for what this runtime does not do; the text begins with
@@ -54,7 +41,16 @@ class US_Framework_EXPORT BundleContext {
 
   /// The services published under the interface `clazz` (under any, if empty) whose properties
   /// match the LDAP filter, the best one first: by "service.ranking", then the one published first.
-  /// @throws std::invalid_argument if `filter` is not empty and no LDAP filter
+  ///
+  /// A filter is `&`, `|` and `!` over comparisons with `=`, `>=`, `<=` and `~=`, in the text form
+  /// of RFC 4515; `(name=*)` asks whether the property is there, `*` inside a value stands for any
+  /// text, `\` takes `(`, `)`, `*` or `\` as it is and may stand before nothing else.
+  /// Texts compare bytewise, `~=` without regard to white space and ASCII case; numbers by value,
+  /// integers to the last digit; `true` and `false` without regard to case; names without regard to
+  /// case. Of a property with several values one has to match. A property whose type does not fit
+  /// the comparison does not match.
+  /// @throws std::invalid_argument if `filter` is not empty and no LDAP filter, naming the position
+  ///         (from 1) and what is wrong there
   std::vector<ServiceReferenceU> GetServiceReferences(const std::string& clazz,
                                                       const std::string& filter = std::string());
 
@@ -67,10 +63,10 @@ class US_Framework_EXPORT BundleContext {
   }
 
   /// The best one of the services published under the interface; an empty handle if there is none.
-  ServiceReferenceU GetServiceReference(const std::string& clazz);
   template <class S>
   ServiceReference<S> GetServiceReference() {
-    return ServiceReference<S>(GetServiceReference(us_service_interface_iid<S>()));
+    const std::vector<ServiceReference<S>> found = GetServiceReferences<S>();
+    return found.empty() ? ServiceReference<S>() : found.front();
   }
 
   /// The service object behind a handle. The first call activates the component: it makes the
@@ -78,25 +74,20 @@ class US_Framework_EXPORT BundleContext {
   /// has gone or cannot be made; a framework event says why.
   /// The pointer keeps the object's library loaded.
   /// @throws std::invalid_argument if the handle is empty
-  std::shared_ptr<void> GetService(const ServiceReferenceBase& reference);
-  /// As above, under all interfaces of the service.
-  InterfaceMapConstPtr GetService(const ServiceReferenceU& reference);
   template <class S>
   std::shared_ptr<S> GetService(const ServiceReference<S>& reference) {
-    const ServiceReferenceBase& base = reference;
-    return std::static_pointer_cast<S>(GetService(base));
+    return std::static_pointer_cast<S>(service(reference));
   }
 
   /// Calls `listener` for each event of the framework from now on, on the thread that causes it and
   /// with no lock held. What the listener throws is dropped.
-  ListenerToken AddFrameworkListener(const FrameworkListener& listener);
-  /// Removes the listener; one that is just being called on another thread may still finish.
-  void RemoveListener(ListenerToken token);
+  void AddFrameworkListener(const FrameworkListener& listener);
 
  private:
   friend class CoreBundleContext;
   explicit BundleContext(std::shared_ptr<BundleContextPrivate> context);
   std::shared_ptr<CoreBundleContext> core() const;
+  std::shared_ptr<void> service(const ServiceReferenceBase& reference);
 
   std::shared_ptr<BundleContextPrivate> d;
 };

@@ -3,7 +3,7 @@
 /// @file
 /// Makes frameworks.
 
-#include "cppmicroservices/FrameworkConfig.h"
+#include "cppmicroservices/GlobalConfig.h"
 
 namespace cppmicroservices {
 inline namespace embedded_v1 {
@@ -11,9 +11,9 @@ inline namespace embedded_v1 {
 class Framework;
 
 /// Makes frameworks.
-class US_Framework_EXPORT FrameworkFactory {
+class US_ABI_EXPORT FrameworkFactory {
  public:
-  /// A new framework, not yet initialised.
+  /// A new framework, not yet started.
   Framework NewFramework();
 };
 

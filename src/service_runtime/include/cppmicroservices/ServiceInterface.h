@@ -8,11 +8,8 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
-#include <type_traits>
 #include <typeinfo>
 #include <unordered_map>
-
-#include "cppmicroservices/FrameworkExport.h"
 
 /// The name under which services of the interface `T` are published: its qualified C++ name, unless
 /// `CPPMICROSERVICES_DECLARE_SERVICE_INTERFACE` gives another one.
@@ -48,25 +45,12 @@ inline std::shared_ptr<void> ExtractInterface(const InterfaceMapConstPtr& map,
   return entry == map->end() ? nullptr : entry->second;
 }
 
-/// The pointer to the interface `Interface` in `map`; null if there is none.
-template <class Interface>
-std::shared_ptr<Interface> ExtractInterface(const InterfaceMapConstPtr& map) {
-  return std::static_pointer_cast<Interface>(
-      ExtractInterface(map, us_service_interface_iid<Interface>()));
-}
-
 }  // namespace embedded_v1
 }  // namespace cppmicroservices
 
 template <class T>
 const std::string& us_service_interface_iid() {
-  static const std::string name = [] {
-    if constexpr (std::is_void_v<T>) {
-      return std::string();
-    } else {
-      return cppmicroservices::detail::demangledName(typeid(T));
-    }
-  }();
+  static const std::string name = cppmicroservices::detail::demangledName(typeid(T));
   return name;
 }
 

@@ -11,9 +11,7 @@
 
 namespace cppmicroservices {
 inline namespace embedded_v1 {
-namespace service {
-namespace component {
-namespace detail {
+namespace service::component::detail {
 
 /// The holder of one component's object. The runtime gets it from the bundle's exported
 /// `NewInstance_` function and gives it back to `DeleteInstance_`; in between it calls the members
@@ -32,8 +30,6 @@ class ComponentInstance {
   virtual void Deactivate() = 0;
 };
 
-}  // namespace detail
-}  // namespace component
-}  // namespace service
+}  // namespace service::component::detail
 }  // namespace embedded_v1
 }  // namespace cppmicroservices

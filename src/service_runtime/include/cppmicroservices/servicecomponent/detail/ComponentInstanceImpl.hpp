@@ -6,20 +6,17 @@
 #include <array>
 #include <cstddef>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <tuple>
 #include <type_traits>
 #include <utility>
 
-#include "cppmicroservices/AnyMap.h"
-#include "cppmicroservices/servicecomponent/ComponentException.hpp"
 #include "cppmicroservices/servicecomponent/detail/ComponentInstance.hpp"
 
 namespace cppmicroservices {
 inline namespace embedded_v1 {
-namespace service {
-namespace component {
-namespace detail {
+namespace service::component::detail {
 
 template <class T, class = void>
 struct HasActivate : std::false_type {};
@@ -37,7 +34,7 @@ struct HasDeactivate<T, std::void_t<decltype(std::declval<T&>().Deactivate(
 
 /// Holds an object of class `T`, published under the interfaces in `InterfaceTuple`. Each of
 /// `Dependencies` is a std::shared_ptr to an interface; the constructor of `T` takes them in this
-/// order, after a `const std::shared_ptr<AnyMap>&` with the properties if it wants one.
+/// order.
 template <class T, class InterfaceTuple = std::tuple<>, class... Dependencies>
 class ComponentInstanceImpl final : public ComponentInstance {
  public:
@@ -68,16 +65,10 @@ class ComponentInstanceImpl final : public ComponentInstance {
  private:
   template <std::size_t... I>
   std::shared_ptr<T> create([[maybe_unused]] std::index_sequence<I...> indices) {
-    if constexpr (std::is_constructible_v<T, const std::shared_ptr<AnyMap>&,
-                                          const Dependencies&...>) {
-      const auto properties = std::make_shared<AnyMap>(context_->GetProperties());
-      return std::make_shared<T>(properties, dependency<Dependencies>(referenceNames_[I])...);
-    } else {
-      static_assert(std::is_constructible_v<T, const Dependencies&...>,
-                    "the component's class has no constructor that takes its references, with or "
-                    "without the properties before them, or leaves a member of an interface pure");
-      return std::make_shared<T>(dependency<Dependencies>(referenceNames_[I])...);
-    }
+    static_assert(std::is_constructible_v<T, const Dependencies&...>,
+                  "the component's class has no constructor that takes its references, or leaves a "
+                  "member of an interface pure");
+    return std::make_shared<T>(dependency<Dependencies>(referenceNames_[I])...);
   }
 
   template <class Dependency>
@@ -85,7 +76,7 @@ class ComponentInstanceImpl final : public ComponentInstance {
     using Interface = typename Dependency::element_type;
     Dependency service = context_->template LocateService<Interface>(referenceName);
     if (!service) {
-      throw ComponentException("the constructor takes a reference \"" + referenceName + "\" to " +
+      throw std::runtime_error("the constructor takes a reference \"" + referenceName + "\" to " +
                                us_service_interface_iid<Interface>() +
                                ", which the manifest does not give");
     }
@@ -104,8 +95,6 @@ class ComponentInstanceImpl final : public ComponentInstance {
   std::shared_ptr<T> object_;
 };
 
-}  // namespace detail
-}  // namespace component
-}  // namespace service
+}  // namespace service::component::detail
 }  // namespace embedded_v1
 }  // namespace cppmicroservices

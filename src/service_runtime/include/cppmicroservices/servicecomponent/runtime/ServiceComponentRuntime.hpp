@@ -3,22 +3,75 @@
 /// @file
 /// The service that tells what became of the components.
 
+#include <cstdint>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
+#include "cppmicroservices/Any.h"
 #include "cppmicroservices/Bundle.h"
 #include "cppmicroservices/ServiceInterface.h"
-#include "cppmicroservices/servicecomponent/runtime/dto/ComponentConfigurationDTO.hpp"
-#include "cppmicroservices/servicecomponent/runtime/dto/ComponentDescriptionDTO.hpp"
 
 namespace cppmicroservices {
 inline namespace embedded_v1 {
-namespace service {
-namespace component {
-namespace runtime {
+
+namespace framework::dto {
+
+/// A bundle as plain data.
+struct BundleDTO {
+  unsigned long id = 0;
+};
+
+}  // namespace framework::dto
+
+namespace service::component::runtime {
+
+namespace dto {
+
+/// A reference as the manifest describes it.
+struct ReferenceDTO {
+  std::string name;
+  std::string interfaceName;
+  /// The LDAP filter of the manifest; empty if it gives none.
+  std::string target;
+};
+
+/// A component as the manifest describes it.
+struct ComponentDescriptionDTO {
+  std::string name;
+  framework::dto::BundleDTO bundle;
+  std::vector<std::string> serviceInterfaces;
+  /// The properties that the manifest gives.
+  std::unordered_map<std::string, Any> properties;
+  std::vector<ReferenceDTO> references;
+};
+
+/// How far a component has come.
+enum class ComponentState : std::uint8_t {
+  UNSATISFIED_REFERENCE,  ///< waits for a service that it refers to
+  SATISFIED,              ///< published, not yet used
+  ACTIVE                  ///< published, its instance is there
+};
+
+/// A reference that no service satisfies.
+struct UnsatisfiedReferenceDTO {
+  std::string name;
+  std::string target;
+};
+
+/// The state of a component.
+struct ComponentConfigurationDTO {
+  ComponentDescriptionDTO description;
+  ComponentState state = ComponentState::UNSATISFIED_REFERENCE;
+  /// The component's number, its "component.id".
+  unsigned long id = 0;
+  std::vector<UnsatisfiedReferenceDTO> unsatisfiedReferences;
+};
+
+}  // namespace dto
 
 /// Tells which components the started bundles have and how far each has come. The framework
-/// publishes it when it is initialised. Components that the runtime could not take up, which it has
+/// publishes it when it is started. Components that the runtime could not take up, which it has
 /// told by a framework event, are not among them.
 class ServiceComponentRuntime {
  public:
@@ -28,19 +81,12 @@ class ServiceComponentRuntime {
   /// their numbers.
   virtual std::vector<dto::ComponentDescriptionDTO> GetComponentDescriptionDTOs(
       const std::vector<Bundle>& bundles = {}) const = 0;
-  /// The component of that name in the bundle; all empty if there is none.
-  virtual dto::ComponentDescriptionDTO GetComponentDescriptionDTO(
-      const Bundle& bundle, const std::string& name) const = 0;
   /// The state of the component: one element, or none if the component is not there any more.
   virtual std::vector<dto::ComponentConfigurationDTO> GetComponentConfigurationDTOs(
       const dto::ComponentDescriptionDTO& description) const = 0;
-  /// Whether the component is there; none can be disabled.
-  virtual bool IsComponentEnabled(const dto::ComponentDescriptionDTO& description) const = 0;
 };
 
-}  // namespace runtime
-}  // namespace component
-}  // namespace service
+}  // namespace service::component::runtime
 }  // namespace embedded_v1
 }  // namespace cppmicroservices
 

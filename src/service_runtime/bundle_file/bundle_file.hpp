@@ -1,0 +1,24 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "bundle_file/manifest.hpp"
+
+namespace cppmicroservices {
+inline namespace embedded_v1 {
+namespace detail {
+
+/// What a bundle's file tells before the library is loaded.
+struct BundleFile {
+  std::string manifestText;
+  BundleManifest manifest;
+};
+
+/// Reads the bundle at `path`.
+/// @throws std::runtime_error saying why there is no bundle of this runtime there
+BundleFile readBundleFile(const std::filesystem::path& path);
+
+}  // namespace detail
+}  // namespace embedded_v1
+}  // namespace cppmicroservices

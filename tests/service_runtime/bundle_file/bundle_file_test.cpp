@@ -1,0 +1,262 @@
+#include "bundle_file/bundle_file.hpp"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "bundle_file/file_builder.hpp"
+#include "bundle_file/temporary_folder.hpp"
+
+namespace service_runtime_test {
+namespace {
+
+using cppmicroservices::detail::BundleFile;
+using cppmicroservices::detail::readBundleFile;
+
+BundleFile read(const std::string& bytes) {
+  return readBundleFile(MemoryFile(bytes).path());
+}
+
+/// The image of a good bundle, changed.
+std::string edited(const std::function<void(ElfW(Ehdr) &, std::vector<ElfW(Shdr)>&)>& edit) {
+  return elfImage(bundleSections(zipArchive({{"crafted/manifest.json", kCraftedManifest}})), edit);
+}
+
+/// A good bundle with another archive.
+std::string archived(const std::vector<std::pair<std::string, std::string>>& entries) {
+  return elfImage(bundleSections(zipArchive(entries)));
+}
+
+std::string replaced(std::string text, const std::string& from, const std::string& to) {
+  const std::size_t at = text.find(from);
+  return at == std::string::npos ? throw std::logic_error("nothing to replace")
+                                 : text.replace(at, from.size(), to);
+}
+
+/// A good bundle with one byte of the archive changed, at that distance from a header's mark.
+std::string archivedWithByte(const char* mark, std::size_t distance, char value) {
+  std::string archive = zipArchive({{"crafted/manifest.json", kCraftedManifest}});
+  archive.at(archive.find(mark) + distance) = value;
+  return elfImage(bundleSections(archive));
+}
+
+TEST(BundleFileReader, ReadsAGoodBundle) {
+  const BundleFile file = read(craftedBundle(kCraftedManifest));
+  EXPECT_EQ(file.manifestText, kCraftedManifest);
+  EXPECT_EQ(file.manifest.symbolicName, "crafted");
+}
+
+TEST(BundleFileReader, AdmitsOtherResourcesInTheFolder) {
+  const BundleFile file = read(archived({{"crafted/", ""},
+                                         {"crafted/text/readme.txt", "x"},
+                                         {"crafted/manifest.json", kCraftedManifest}}));
+  EXPECT_EQ(file.manifest.symbolicName, "crafted");
+}
+
+struct RefusalRow {
+  const char* description;
+  std::string bytes;
+  const char* error;
+};
+
+void PrintTo(const RefusalRow& row, std::ostream* os) {
+  *os << row.description;
+}
+
+class BundleFileRefusal : public ::testing::TestWithParam<RefusalRow> {};
+
+TEST_P(BundleFileRefusal, Row) {
+  const RefusalRow& row = GetParam();
+  try {
+    read(row.bytes);
+    ADD_FAILURE() << row.description << ": no error";
+  } catch (const std::runtime_error& error) {
+    EXPECT_STREQ(error.what(), row.error) << row.description;
+  }
+}
+
+constexpr std::uint64_t kFarAway = ~std::uint64_t{0} - 8;
+
+INSTANTIATE_TEST_SUITE_P(
+    Elf, BundleFileRefusal,
+    ::testing::Values(
+        RefusalRow{"empty", "", "is not an ELF file"},
+        RefusalRow{"text", std::string(1000, 'x'), "is not an ELF file"},
+        RefusalRow{"cut off in the header", craftedBundle(kCraftedManifest).substr(0, 63),
+                   "is not an ELF file"},
+        RefusalRow{"cut off in the table", craftedBundle(kCraftedManifest).substr(0, 300),
+                   "is not a bundle: it has no section .us_resources"},
+        RefusalRow{"other machine",
+                   edited([](auto& header, auto&) { header.e_machine = EM_SPARC; }),
+                   "is an ELF file for another machine"},
+        RefusalRow{"other word size",
+                   edited([](auto& header, auto&) { header.e_ident[EI_CLASS] ^= 3U; }),
+                   "is an ELF file for another machine"},
+        RefusalRow{"other byte order",
+                   edited([](auto& header, auto&) { header.e_ident[EI_DATA] ^= 3U; }),
+                   "is an ELF file for another machine"},
+        RefusalRow{"object file", edited([](auto& header, auto&) { header.e_type = ET_REL; }),
+                   "is not a shared library"},
+        RefusalRow{"no sections", edited([](auto& header, auto&) { header.e_shnum = 0; }),
+                   "is not a bundle: it has no section .us_resources"},
+        RefusalRow{"names far away",
+                   edited([](auto&, auto& sections) { sections.back().sh_offset = kFarAway; }),
+                   "is not a bundle: it has no section .us_resources"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Sections, BundleFileRefusal,
+    ::testing::Values(
+        RefusalRow{"no resources", elfImage({{".tessel_runtime", "embedded_v1"}}),
+                   "is not a bundle: it has no section .us_resources"},
+        RefusalRow{"name beyond the names",
+                   edited([](auto&, auto& sections) { sections[1].sh_name = 100000; }),
+                   "is not a bundle: it has no section .us_resources"},
+        RefusalRow{"two resources", elfImage({{".us_resources", "a"}, {".us_resources", "b"}}),
+                   "has two sections .us_resources"},
+        RefusalRow{
+            "resources without bytes",
+            elfImage({{".us_resources", "a", SHT_NOBITS}, {".tessel_runtime", "embedded_v1"}}),
+            "its section .us_resources holds no plain bytes"},
+        RefusalRow{"compressed resources",
+                   elfImage({{".us_resources", "a", SHT_PROGBITS, SHF_COMPRESSED}}),
+                   "its section .us_resources holds no plain bytes"},
+        RefusalRow{"resources far away",
+                   edited([](auto&, auto& sections) { sections[1].sh_offset = kFarAway; }),
+                   "its section .us_resources lies outside the file"},
+        RefusalRow{"resources too long",
+                   edited([](auto&, auto& sections) { sections[1].sh_size = 1U << 30U; }),
+                   "its section .us_resources is too long"},
+        RefusalRow{"no marker",
+                   elfImage({{".us_resources", zipArchive({{"crafted/manifest.json", "{}"}})}}),
+                   "was not built for the embedded service runtime: it has no section "
+                   ".tessel_runtime"},
+        RefusalRow{"other marker",
+                   elfImage({{".us_resources", "a"}, {".tessel_runtime", "embedded_v0"}}),
+                   "was built for another version of the embedded service runtime than "
+                   "embedded_v1"},
+        RefusalRow{"endless marker",
+                   elfImage({{".us_resources", "a"}, {".tessel_runtime", std::string(300, 'x')}}),
+                   "its section .tessel_runtime is too long"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Archive, BundleFileRefusal,
+    ::testing::Values(
+        RefusalRow{"empty", elfImage(bundleSections("")), "its resources hold no manifest.json"},
+        RefusalRow{"no archive", elfImage(bundleSections("words, words, words, words")),
+                   "its resources are no zip archive: Not a zip archive"},
+        RefusalRow{"no manifest", archived({{"crafted/other.json", "{}"}}),
+                   "its resources hold no manifest.json"},
+        RefusalRow{"manifest deeper", archived({{"crafted/in/manifest.json", "{}"}}),
+                   "its resources hold no manifest.json"},
+        RefusalRow{"manifest outside a folder", archived({{"manifest.json", kCraftedManifest}}),
+                   "its resources have an entry outside a folder: \"manifest.json\""},
+        RefusalRow{"absolute path", archived({{"/crafted/manifest.json", kCraftedManifest}}),
+                   "its resources have an entry outside a folder: \"/crafted/manifest.json\""},
+        RefusalRow{
+            "two folders",
+            archived({{"crafted/manifest.json", kCraftedManifest}, {"b/manifest.json", "{}"}}),
+            "its resources have several folders: \"b\" and \"crafted\""},
+        RefusalRow{"folder of another name", archived({{"other/manifest.json", kCraftedManifest}}),
+                   "its manifest.json is in the folder \"other\", not \"crafted\""},
+        RefusalRow{"manifest too long",
+                   archived({{"crafted/manifest.json", std::string((4U << 20U) + 1, ' ')}}),
+                   "its manifest.json is too long"},
+        // The manifest is stored as it is, since compressing it gains nothing.
+        RefusalRow{"wrong checksum",
+                   elfImage(bundleSections(replaced(zipArchive({{"crafted/manifest.json",
+                                                                 kCraftedManifest}}),
+                                                    "symbolic", "Symbolic"))),
+                   "its manifest.json cannot be unpacked: CRC error"},
+        // The length of the extra field in the entry's own header: the content begins behind it.
+        RefusalRow{"content cut off", archivedWithByte("PK\3\4", 28, 100),
+                   "its manifest.json cannot be unpacked: Premature end of file"},
+        // The length in the archive's directory, which libzip takes as it is.
+        RefusalRow{"content longer than its length", archivedWithByte("PK\1\2", 24, 20),
+                   "its manifest.json cannot be unpacked: it is not as long as the archive says"},
+        RefusalRow{"no JSON", archived({{"crafted/manifest.json", "{"}}),
+                   "manifest.json: not valid JSON: The JSON document has an improper structure: "
+                   "missing or superfluous commas, braces, missing keys, etc."},
+        RefusalRow{"wrong manifest", craftedBundle("{}"),
+                   "manifest.json: bundle.symbolic_name: missing"}));
+
+std::string refusalOf(const std::filesystem::path& path) {
+  try {
+    readBundleFile(path);
+    return "no error";
+  } catch (const std::runtime_error& error) {
+    return error.what();
+  }
+}
+
+TEST(BundleFileReader, SaysWhatIsNoLibraryFile) {
+  const TemporaryFolder folder;
+  const std::string missing = (folder.path() / "missing.so").string();
+  EXPECT_EQ(refusalOf(missing), "no such file");
+  EXPECT_EQ(refusalOf(""), "no such file");
+  EXPECT_EQ(refusalOf(folder.path()), "is a directory");
+
+  const std::string pipe = (folder.path() / "pipe.so").string();
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  EXPECT_EQ(refusalOf(pipe), "is not a regular file");
+
+  const std::string text = (folder.path() / "text.so").string();
+  std::ofstream(text) << "words";
+  EXPECT_EQ(refusalOf(text), "is not an ELF file");
+  EXPECT_EQ(refusalOf(text + "/below"), "no such file");
+}
+
+TEST(BundleFileReader, SaysWhyAFileCannotBeRead) {
+  const TemporaryFolder folder;
+  const std::string path = (folder.path() / "locked.so").string();
+  std::ofstream(path) << "words";
+  ASSERT_EQ(chmod(path.c_str(), 0), 0);
+  ASSERT_EQ(chmod(folder.path().c_str(), 0755), 0);
+  // The super-user may read everything, so the file is read as somebody else.
+  constexpr uid_t kNobody = 65534;
+  const bool isSuperUser = geteuid() == 0;
+  if (isSuperUser) {
+    ASSERT_EQ(seteuid(kNobody), 0);
+  }
+  const std::string refusal = refusalOf(path);
+  if (isSuperUser) {
+    ASSERT_EQ(seteuid(0), 0);
+  }
+  EXPECT_EQ(refusal, "cannot be read: Permission denied");
+}
+
+TEST(BundleFileReader, AnswersAnyBytesWithABundleOrAReason) {
+  const std::string good = craftedBundle(R"JSON({
+    "bundle.symbolic_name": "crafted",
+    "scr": {"version": 1, "components": [
+      {"implementation-class": "C", "service": {"interfaces": ["I"]},
+       "references": [{"name": "r", "interface": "J", "target": "(&(a=1)(b=*))"}]}]}})JSON");
+  std::mt19937 random(20260817);  // NOLINT: the same bytes on every run
+  int refused = 0;
+  constexpr int kRounds = 4000;
+  for (int round = 0; round < kRounds; ++round) {
+    std::string bytes = good;
+    const auto changes = 1 + random() % 4;
+    for (std::size_t i = 0; i < changes; ++i) {
+      bytes[random() % bytes.size()] = static_cast<char>(random() % 256);
+    }
+    if (random() % 8 == 0) bytes.resize(random() % bytes.size());
+    try {
+      read(bytes);
+    } catch (const std::runtime_error&) {
+      ++refused;
+    }
+  }
+  EXPECT_GT(refused, kRounds / 4);
+}
+
+}  // namespace
+}  // namespace service_runtime_test

@@ -1,0 +1,166 @@
+// What starting and stopping cost is counted here, in filters held against properties and
+// components taken up.
+
+#include "core/registry.hpp"
+
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <memory>
+#include <numeric>
+#include <string>
+#include <vector>
+
+namespace service_runtime_test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+using cppmicroservices::detail::Component;
+using cppmicroservices::detail::ComponentDescription;
+using cppmicroservices::detail::EntryPoints;
+using cppmicroservices::detail::LdapExpression;
+using cppmicroservices::detail::Registry;
+
+constexpr int kNobody = -1;
+
+/// Component number `number`, which offers "I" and refers to the services with those numbers.
+Registry::ComponentPtr component(int number, const std::vector<int>& uses) {
+  ComponentDescription description;
+  description.name = std::to_string(number);
+  description.interfaces = {"I"};
+  description.properties = {{"number", number}, {"kind", std::string("link")}};
+  for (const int used : uses) {
+    const std::string target = "(&(kind=link)(number=" + std::to_string(used) + "))";
+    description.references.push_back({"r", "I", target, LdapExpression::offering("I", target)});
+  }
+  return std::make_shared<Component>(std::move(description), static_cast<unsigned long>(number),
+                                     nullptr, EntryPoints());
+}
+
+/// `count` components; `uses` tells what each refers to.
+std::vector<Registry::ComponentPtr> components(int count,
+                                               const std::function<std::vector<int>(int)>& uses) {
+  std::vector<Registry::ComponentPtr> result;
+  for (int i = 0; i < count; ++i) result.push_back(component(i, uses(i)));
+  return result;
+}
+
+std::vector<std::string> names(const std::vector<Registry::ComponentPtr>& components) {
+  std::vector<std::string> result;
+  for (const auto& component : components) result.push_back(component->description.name);
+  return result;
+}
+
+constexpr int kCount = 2000;
+constexpr std::size_t kLooksEach = 6;
+
+struct ShapeRow {
+  const char* description;
+  std::vector<int> (*uses)(int number);
+  int published;
+};
+
+void PrintTo(const ShapeRow& row, std::ostream* os) {
+  *os << row.description;
+}
+
+class RegistryCost : public ::testing::TestWithParam<ShapeRow> {};
+
+TEST_P(RegistryCost, GrowsWithTheNumberOfComponents) {
+  const auto all = components(kCount, GetParam().uses);
+  Registry registry;
+  registry.publishSatisfied(all);
+  EXPECT_THAT(registry.matching(LdapExpression::offering("I", "")),
+              SizeIs(static_cast<std::size_t>(GetParam().published)));
+  std::size_t before = registry.looks();
+  EXPECT_LE(before, kLooksEach * kCount) << "to start";
+
+  std::vector<Registry::ComponentPtr> waiting;
+  for (const auto& component : all) {
+    if (!component->record) waiting.push_back(component);
+  }
+  registry.cycles(waiting, nullptr);
+  EXPECT_LE(registry.looks() - before, kLooksEach * kCount) << "to look for cycles";
+
+  before = registry.looks();
+  std::vector<Registry::ComponentPtr> withdrawn;
+  for (auto component = all.rbegin(); component != all.rend(); ++component) {
+    registry.withdraw(*component, withdrawn);
+  }
+  EXPECT_THAT(withdrawn, SizeIs(static_cast<std::size_t>(GetParam().published)));
+  EXPECT_LE(registry.looks() - before, kLooksEach * kCount) << "to stop";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Shapes, RegistryCost,
+    ::testing::Values(
+        ShapeRow{"nothing refers to anything", [](int) { return std::vector<int>(); }, kCount},
+        ShapeRow{"chain",
+                 [](int i) { return i == 0 ? std::vector<int>() : std::vector<int>{i - 1}; },
+                 kCount},
+        ShapeRow{"reversed chain",
+                 [](int i) { return i + 1 == kCount ? std::vector<int>() : std::vector{i + 1}; },
+                 kCount},
+        ShapeRow{
+            "all refer to the last",
+            [](int i) { return i + 1 == kCount ? std::vector<int>() : std::vector{kCount - 1}; },
+            kCount},
+        ShapeRow{"each refers to the two behind it",
+                 [](int i) {
+                   std::vector<int> uses;
+                   for (int j = i + 1; j <= i + 2 && j < kCount; ++j) uses.push_back(j);
+                   return uses;
+                 },
+                 kCount},
+        ShapeRow{"chain that waits for somebody",
+                 [](int i) { return std::vector<int>{i == 0 ? kNobody : i - 1}; }, 0},
+        ShapeRow{"ring", [](int i) { return std::vector<int>{(i + 1) % kCount}; }, 0}));
+
+TEST(Registry, UsersAreWithdrawnFirst) {
+  // 0 and 2 use 1, and 3 uses 0 and 2.
+  const auto all = components(4, [](int i) {
+    return i == 1 ? std::vector<int>() : i == 3 ? std::vector<int>{0, 2} : std::vector<int>{1};
+  });
+  Registry registry;
+  registry.publishSatisfied(all);
+  std::vector<Registry::ComponentPtr> withdrawn;
+  registry.withdraw(all[2], withdrawn);
+  EXPECT_THAT(names(withdrawn), ElementsAre("3", "2"));
+  registry.withdraw(all[1], withdrawn);
+  EXPECT_THAT(names(withdrawn), ElementsAre("3", "2", "0", "1"));
+  EXPECT_THAT(registry.matching(LdapExpression::offering("", "")), IsEmpty());
+
+  // What waits can be published again.
+  registry.publishSatisfied(all);
+  EXPECT_THAT(registry.matching(LdapExpression::offering("I", "(number>=0)")), SizeIs(4));
+}
+
+TEST(Registry, ServicesArePublishedInTheOrderOfPasses) {
+  // In the first pass 1, which needs nothing, and then 3; in the second 0 and 2.
+  const auto all = components(4, [](int i) {
+    return i == 1 ? std::vector<int>() : i == 2 ? std::vector<int>{3, 0} : std::vector<int>{1};
+  });
+  Registry registry;
+  registry.publishSatisfied(all);
+  std::vector<long> ids;
+  for (const auto& component : all) ids.push_back(component->record->id);
+  EXPECT_THAT(ids, ElementsAre(3, 1, 4, 2));
+}
+
+TEST(Registry, EachComponentOnACycleIsToldOfOnce) {
+  // 0 and 1 use each other, so do 0 and 2; 3 uses itself; 4 only leads to a cycle.
+  const auto all = components(5, [](int i) {
+    return i == 0 ? std::vector<int>{1, 2} : i == 3 ? std::vector<int>{3} : std::vector<int>{0};
+  });
+  const Registry registry;
+  std::vector<std::string> ways;
+  for (const auto& cycle : registry.cycles(all, nullptr)) ways.push_back(cycle.way);
+  EXPECT_THAT(ways, ElementsAre("0 (reference r) -> 1 (reference r) -> 0",
+                                "0 (reference r) -> 2 (reference r) -> 0", "3 (reference r) -> 3"));
+}
+
+}  // namespace
+}  // namespace service_runtime_test
