@@ -7,7 +7,6 @@
 
 #include <functional>
 #include <memory>
-#include <numeric>
 #include <string>
 #include <vector>
 
@@ -151,15 +150,16 @@ TEST(Registry, ServicesArePublishedInTheOrderOfPasses) {
 }
 
 TEST(Registry, EachComponentOnACycleIsToldOfOnce) {
-  // 0 and 1 use each other, so do 0 and 2; 3 uses itself; 4 only leads to a cycle.
-  const auto all = components(5, [](int i) {
-    return i == 0 ? std::vector<int>{1, 2} : i == 3 ? std::vector<int>{3} : std::vector<int>{0};
-  });
+  // 0 and 1 use each other, so do 0 and 2; 3 uses itself; 4, 5 and 6 are a ring with a short cut;
+  // 7 only leads to a cycle.
+  const std::vector<std::vector<int>> uses{{1, 2}, {0}, {0}, {3}, {5}, {6, 4}, {4}, {0}};
+  const auto all = components(8, [&](int i) { return uses[static_cast<std::size_t>(i)]; });
   const Registry registry;
   std::vector<std::string> ways;
   for (const auto& cycle : registry.cycles(all, nullptr)) ways.push_back(cycle.way);
   EXPECT_THAT(ways, ElementsAre("0 (reference r) -> 1 (reference r) -> 0",
-                                "0 (reference r) -> 2 (reference r) -> 0", "3 (reference r) -> 3"));
+                                "0 (reference r) -> 2 (reference r) -> 0", "3 (reference r) -> 3",
+                                "4 (reference r) -> 5 (reference r) -> 6 (reference r) -> 4"));
 }
 
 }  // namespace
