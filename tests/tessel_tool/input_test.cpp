@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "reference_host/json/parse.hpp"
+#include "support/temporary_folder.hpp"
 
 namespace tessel_tool {
 namespace {
@@ -26,15 +27,8 @@ using testing::IsEmpty;
 
 class InputTest : public testing::Test {
  protected:
-  void SetUp() override {
-    const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-    folder_ = fs::path(testing::TempDir()) / (std::string("tessel_input_") + test->name());
-    fs::create_directories(folder_);
-  }
-  void TearDown() override { fs::remove_all(folder_); }
-
   std::string file(const std::string& name, const std::string& content) const {
-    const fs::path path = folder_ / name;
+    const fs::path path = folder_.path() / name;
     std::ofstream(path, std::ios::binary) << content;
     return path.string();
   }
@@ -69,7 +63,7 @@ class InputTest : public testing::Test {
     }
   }
 
-  fs::path folder_;
+  test_support::TemporaryFolder folder_;
 };
 
 TEST_F(InputTest, WholeInputs) {
@@ -101,14 +95,14 @@ TEST_F(InputTest, LinesOfWhiteSpaceArePassedOver) {
 }
 
 TEST_F(InputTest, AnInputThatCannotBeReadIsADocumentThatSaysSo) {
-  const std::string missing = (folder_ / "missing").string();
+  const std::string missing = (folder_.path() / "missing").string();
   const std::string there = file("there", "1");
   for (const auto unit : {DocumentSource::Unit::kWholeInput, DocumentSource::Unit::kLine}) {
-    const auto documents = all({missing, folder_.string(), there}, unit);
+    const auto documents = all({missing, folder_.path().string(), there}, unit);
     ASSERT_EQ(documents.size(), 3U);
     EXPECT_EQ(documents[0].name, missing);
     EXPECT_EQ(documents[0].readError, "No such file or directory");
-    EXPECT_EQ(documents[1].name, folder_.string());
+    EXPECT_EQ(documents[1].name, folder_.path().string());
     EXPECT_EQ(documents[1].readError, "Is a directory");
     EXPECT_EQ(documents[2].text, "1");
     EXPECT_EQ(documents[2].readError, "");
@@ -235,7 +229,7 @@ TEST_F(InputTest, BatchesHoldAllDocumentsInOrder) {
     content += '\n';
   }
   const std::string many = file("many", content);
-  const std::string missing = (folder_ / "missing").string();
+  const std::string missing = (folder_.path() / "missing").string();
   const std::string few = file("few", "\n1\n2");
   const std::vector<std::string> paths = {few, many, missing, few};
   for (const auto unit : {DocumentSource::Unit::kLine, DocumentSource::Unit::kWholeInput}) {
@@ -281,8 +275,8 @@ TEST_F(InputTest, SmallFilesComeTogetherAndNothingIsWaitedFor) {
   const std::string small = file("small", "1");
   const std::string half = file("half", std::string(kBound / 2, ' '));
   const std::string large = file("large", std::string(kBound, ' '));
-  const std::string missing = (folder_ / "missing").string();
-  const std::string pipe = (folder_ / "pipe").string();
+  const std::string missing = (folder_.path() / "missing").string();
+  const std::string pipe = (folder_.path() / "pipe").string();
   ASSERT_EQ(mkfifo(pipe.c_str(), S_IRUSR | S_IWUSR), 0);
   struct Row {
     const char* description;

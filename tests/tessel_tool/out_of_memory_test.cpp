@@ -16,6 +16,7 @@
 
 #include "support/allocation_count.hpp"
 #include "support/json.hpp"
+#include "support/temporary_folder.hpp"
 #include "tessel/build/json/builders.hpp"
 #include "tessel_tool/console.hpp"
 #include "tessel_tool/explanation.hpp"
@@ -26,7 +27,6 @@
 namespace tessel_tool {
 namespace {
 
-namespace fs = std::filesystem;
 using document::gxzero::ButtonNode;
 using document::gxzero::Node;
 using foundation::json::Value;
@@ -125,15 +125,14 @@ TEST(OutOfMemory, ABuilderThatRunsOutOfItIsNotToBlame) {
 
 class InputOutOfMemory : public testing::Test {
  protected:
-  void TearDown() override { fs::remove(path_); }
-
   std::string file(const std::string& content) const {
-    std::ofstream(path_, std::ios::binary) << content;
-    return path_.string();
+    const std::filesystem::path path = folder_.path() / "input.txt";
+    std::ofstream(path, std::ios::binary) << content;
+    return path.string();
   }
 
  private:
-  fs::path path_ = fs::path(testing::TempDir()) / "tessel_out_of_memory_test_input.txt";
+  test_support::TemporaryFolder folder_;
 };
 
 TEST_F(InputOutOfMemory, AnInputFailsAndTheNextIsRead) {

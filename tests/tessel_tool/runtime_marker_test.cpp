@@ -6,6 +6,8 @@
 #include <fstream>
 #include <string>
 
+#include "support/temporary_folder.hpp"
+
 namespace tessel_tool {
 namespace {
 
@@ -15,16 +17,16 @@ TEST(RuntimeMarker, IsFoundInABundleForTheEmbeddedRuntimeOnly) {
 }
 
 TEST(RuntimeMarker, IsNotFoundInWhatIsNoLibrary) {
-  const auto path = std::filesystem::path(testing::TempDir()) / "tessel_runtime_marker";
-  EXPECT_FALSE(isForEmbeddedRuntime(path / "missing"));
-  EXPECT_FALSE(isForEmbeddedRuntime(path.parent_path()));
+  const test_support::TemporaryFolder folder;
+  const std::filesystem::path path = folder.path() / "library";
+  EXPECT_FALSE(isForEmbeddedRuntime(folder.path() / "missing"));
+  EXPECT_FALSE(isForEmbeddedRuntime(folder.path()));
   for (const std::string content : {"", ".tessel_runtime",
                                     "\x7f"
                                     "ELF"}) {
     std::ofstream(path, std::ios::binary) << content;
     EXPECT_FALSE(isForEmbeddedRuntime(path)) << content;
   }
-  std::filesystem::remove(path);
 }
 
 }  // namespace

@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "bundle_file/file_builder.hpp"
-#include "bundle_file/temporary_folder.hpp"
+#include "support/temporary_folder.hpp"
 
 namespace service_runtime_test {
 namespace {
@@ -198,7 +198,7 @@ std::string refusalOf(const std::filesystem::path& path) {
 }
 
 TEST(BundleFileReader, SaysWhatIsNoLibraryFile) {
-  const TemporaryFolder folder;
+  const test_support::TemporaryFolder folder;
   const std::string missing = (folder.path() / "missing.so").string();
   EXPECT_EQ(refusalOf(missing), "no such file");
   EXPECT_EQ(refusalOf(""), "no such file");
@@ -215,7 +215,7 @@ TEST(BundleFileReader, SaysWhatIsNoLibraryFile) {
 }
 
 TEST(BundleFileReader, SaysWhyAFileCannotBeRead) {
-  const TemporaryFolder folder;
+  const test_support::TemporaryFolder folder;
   const std::string path = (folder.path() / "locked.so").string();
   std::ofstream(path) << "words";
   ASSERT_EQ(chmod(path.c_str(), 0), 0);

@@ -8,9 +8,9 @@
 #include <stdexcept>
 
 #include "bundle_file/file_builder.hpp"
-#include "bundle_file/temporary_folder.hpp"
 #include "host.hpp"
 #include "services.hpp"
+#include "support/temporary_folder.hpp"
 
 namespace service_runtime_test {
 namespace {
@@ -135,7 +135,7 @@ TEST(Framework, InstallsABundleOnce) {
                                  "/plain.so";
   EXPECT_THAT(host.context().InstallBundles(roundabout), ElementsAre(first));
 
-  const TemporaryFolder folder;
+  const test_support::TemporaryFolder folder;
   const std::string copy = (folder.path() / "copy.so").string();
   std::filesystem::copy_file(bundlePath("plain"), copy);
   EXPECT_EQ(errorOf<std::runtime_error>([&] { host.context().InstallBundles(copy); }),
@@ -144,7 +144,7 @@ TEST(Framework, InstallsABundleOnce) {
 
 TEST(Framework, RelativePathCountsFromTheFolderOfTheInstallation) {
   Host host;
-  const TemporaryFolder folder;
+  const test_support::TemporaryFolder folder;
   const auto before = std::filesystem::current_path();
   std::filesystem::current_path(TEST_BUNDLE_DIRECTORY);
   Bundle bundle = host.context().InstallBundles("plain.so").front();
@@ -172,7 +172,7 @@ TEST(Framework, RefusesWhatIsNoBundle) {
 
 TEST(Framework, BundleThatCannotBeLoadedCanBeStartedLater) {
   Host host;
-  const TemporaryFolder folder;
+  const test_support::TemporaryFolder folder;
   const std::string path = (folder.path() / "crafted.so").string();
   std::ofstream(path, std::ios::binary) << craftedBundle(kCraftedManifest);
   Bundle bundle = host.context().InstallBundles(path).front();

@@ -5,13 +5,13 @@
 #include <stdexcept>
 #include <string>
 
-namespace service_runtime_test {
+namespace test_support {
 
-/// A folder for the files of one test.
+/// A folder for the files of one test, which no other run has.
 class TemporaryFolder {
  public:
   TemporaryFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "service_runtime_XXXXXX").string();
+    std::string name = (std::filesystem::temp_directory_path() / "tessel_test_XXXXXX").string();
     if (!mkdtemp(name.data())) throw std::runtime_error("cannot make a temporary folder");
     path_ = name;
   }
@@ -25,4 +25,4 @@ class TemporaryFolder {
   std::filesystem::path path_;
 };
 
-}  // namespace service_runtime_test
+}  // namespace test_support
