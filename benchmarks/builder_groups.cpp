@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "bare_structs.hpp"
+#include "baseline.hpp"
 #include "benchmark/benchmark.h"
 #include "corpus.hpp"
-#include "floor.hpp"
 #include "groups.hpp"
 #include "gx/zero.hpp"
 #include "literal_recognition.hpp"
@@ -34,7 +34,7 @@ struct Recognised {
   const Value* json;
 };
 
-/// What the floor is given.
+/// What the baseline is given.
 using Plain = PlainControl<std::string>;
 
 /// The claimed objects of all corpora, each as what one variant needs of it and nothing else: what
@@ -83,11 +83,11 @@ Variant buildOf(std::string name, const SharedCorpora& corpora) {
   return making(std::move(name), corpora, itemsOf(corpora, recognisedIn), build);
 }
 
-Variant floorOf(std::string name, const SharedCorpora& corpora) {
+Variant baselineOf(std::string name, const SharedCorpora& corpora) {
   return making(std::move(name), corpora, itemsOf(corpora, plainIn), createElements);
 }
 
-/// The floor is none unless it makes the very same elements.
+/// The baseline is none unless it makes the very same elements.
 void requireSameElements(const SharedCorpora& corpora) {
   for (const auto& corpus : corpora) {
     for (const ClaimedObject& object : corpus->claimed()) {
@@ -95,7 +95,7 @@ void requireSameElements(const SharedCorpora& corpora) {
       const Model made = Model::create();
       if (reference_host::exporting::toJson(build(built, recognisedIn(object))) !=
           reference_host::exporting::toJson(createElements(made, object.plain))) {
-        throw std::runtime_error("the floor makes other elements than the builder of the " +
+        throw std::runtime_error("the baseline makes other elements than the builder of the " +
                                  object.builder->name());
       }
     }
@@ -143,18 +143,18 @@ Group buildGroup() {
   group.unit = "control";
   const std::size_t controls = corpus->claimed().size();
   group.variants = {buildOf("build", corpora),
-                    floorOf("floor", corpora),
+                    baselineOf("baseline", corpora),
                     {"walk, recognise, build", controls,
                      [corpus](int) { benchmark::DoNotOptimize(importValue(corpus->value())); }},
                     {"walk, recognise", controls,
                      [corpus](int) { benchmark::DoNotOptimize(recognizeAll(corpus->value())); }}};
   group.rows = {
-      {"build of objects just recognised", "floor", 2, 1, Bound::kAtMost, 1.6,
+      {"build of objects just recognised", "baseline", 2, 1, Bound::kAtMost, 1.6,
        [](const RoundTimes& times) { return (times[2] - times[3]) / times[1]; }},
-      {"walk, recognise and build", "floor", 2, 1, Bound::kAtMost, 3.0},
-      {"walk and recognise", "floor", 3, 1},
+      {"walk, recognise and build", "baseline", 2, 1, Bound::kAtMost, 3.0},
+      {"walk and recognise", "baseline", 3, 1},
       // Nothing has read these before: it shows what else works on the processor's caches.
-      {"build of objects that nobody has read", "floor", 0, 1}};
+      {"build of objects that nobody has read", "baseline", 0, 1}};
   return group;
 }
 
@@ -163,21 +163,21 @@ Group kindsGroup() {
   Group group;
   group.name = "kinds";
   group.unit = "control";
-  for (std::size_t index = 0; index < kKindCount; ++index) {
-    const Kind kind = static_cast<Kind>(index);
-    const SharedCorpora corpora = controlsOf(kind, kControls);
+  for (const contract::Kind* kind : measuredKinds()) {
+    const SharedCorpora corpora = controlsOf(*kind, kControls);
     requireSameElements(corpora);
-    const std::string name = nameOf(kind);
+    const std::string& name = kind->name;
+    const std::size_t first = group.variants.size();
     group.variants.push_back(buildOf("build " + name, corpora));
-    group.variants.push_back(floorOf("floor " + name, corpora));
-    group.rows.push_back({"build: " + name, "floor", 2 * index, 2 * index + 1});
+    group.variants.push_back(baselineOf("baseline " + name, corpora));
+    group.rows.push_back({"build: " + name, "baseline", first, first + 1});
   }
   group.secondsOfRun = 0.02;
   return group;
 }
 
 Group bareStructsGroup() {
-  const SharedCorpora corpora = controlsOf(Kind::kButton, 2'000);
+  const SharedCorpora corpora = controlsOf(contract::kindOf(Button<std::string>::kBuilder), 2'000);
   std::vector<Button<std::string>> buttons;
   for (const Plain& plain : itemsOf(corpora, plainIn)) {
     buttons.push_back(std::get<Button<std::string>>(plain));
@@ -185,7 +185,7 @@ Group bareStructsGroup() {
   Group group;
   group.name = "bare structs";
   group.unit = "button";
-  group.variants = {floorOf("floor", corpora),
+  group.variants = {baselineOf("baseline", corpora),
                     {"bare structs", buttons.size(), [buttons](int) {
                        std::vector<boost::intrusive_ptr<BareButton>> nodes;
                        nodes.reserve(buttons.size());
@@ -194,7 +194,7 @@ Group bareStructsGroup() {
                        }
                        benchmark::DoNotOptimize(nodes.data());
                      }}};
-  group.rows = {{"floor", "three bare counted structs, same texts", 0, 1, Bound::kAtMost, 1.5}};
+  group.rows = {{"baseline", "three bare counted structs, same texts", 0, 1, Bound::kAtMost, 1.5}};
   return group;
 }
 
@@ -208,7 +208,7 @@ Group recognitionGroup() {
   requireSameAnswers(strangers);
   Group group;
   group.name = "recognition";
-  group.unit = "round of thirteen questions";
+  group.unit = "round of a question to each";
   group.variants = {recognitionOf("controls", corpus, controls, recognize),
                     recognitionOf("controls to the letter", corpus, controls, recognizeLiterally),
                     recognitionOf("strangers", corpus, strangers, recognize),

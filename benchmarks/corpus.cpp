@@ -107,7 +107,8 @@ Corpus::Corpus(std::string text)
       });
 }
 
-std::vector<std::shared_ptr<const Corpus>> controlsOf(Kind kind, std::size_t count) {
+std::vector<std::shared_ptr<const Corpus>> controlsOf(const contract::Kind& kind,
+                                                      std::size_t count) {
   DocumentGenerator generator;
   std::vector<std::shared_ptr<const Corpus>> controls;
   for (std::size_t control = 0; control < count; ++control) {
@@ -118,8 +119,8 @@ std::vector<std::shared_ptr<const Corpus>> controlsOf(Kind kind, std::size_t cou
 
 PlainControl<std::string> plainControl(const Value& json) {
   const ValueObject object(&json);
-  const auto kind = kindOf(object);
-  if (!kind) throw std::invalid_argument("the object is no control");
+  const auto kind = plainKindOf(object);
+  if (!kind) throw std::invalid_argument("the object is no control that has a plain struct");
   return readAs<std::string>(*kind, object);
 }
 

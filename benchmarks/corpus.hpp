@@ -57,7 +57,8 @@ class Corpus {
 };
 
 /// Controls of one kind, each in a document of its own.
-std::vector<std::shared_ptr<const Corpus>> controlsOf(Kind kind, std::size_t count);
+std::vector<std::shared_ptr<const Corpus>> controlsOf(const contract::Kind& kind,
+                                                      std::size_t count);
 
 /// A control's content without its JSON.
 PlainControl<std::string> plainControl(const foundation::json::Value& json);

@@ -3,7 +3,7 @@
 usage: count_instructions.py [--update] [--silent PROGRAM] PROGRAM COUNTS COMPILER
 
 PROGRAM is tessel_instructions, built with COMPILER. COUNTS is a JSON file with a table for each
-compiler: the instructions of one build, and of one round of thirteen questions whether a builder
+compiler: the instructions of one build, and of one round of questions, one to each, whether a builder
 can build an object. --update writes what was counted into the file. --silent names the program
 without log calls; all builds together may take no more than 4 % above its.
 

@@ -11,9 +11,9 @@
 #include <string>
 #include <vector>
 
+#include "baseline.hpp"
 #include "corpus.hpp"
 #include "document_generator.hpp"
-#include "floor.hpp"
 #include "json_file.hpp"
 #include "literal_recognition.hpp"
 #include "peers.hpp"
@@ -26,7 +26,7 @@ namespace {
 
 using benchmarks::ClaimedObject;
 using benchmarks::Corpus;
-using benchmarks::Kind;
+using contract::Kind;
 using foundation::json::Value;
 using gx::zero::Model;
 using test_support::allocationsOf;
@@ -98,9 +98,8 @@ std::size_t recordsOpenedWithDiagnosticsBy(const Action& action) {
   return recordsOpenedBy(action);
 }
 
-CountRow countBuilds(Kind kind) {
-  CountRow row{std::string("allocations of a build: ") + benchmarks::nameOf(kind), "floor",
-               kControlsOfKind, 0};
+CountRow countBuilds(const Kind& kind) {
+  CountRow row{"allocations of a build: " + kind.name, "baseline", kControlsOfKind, 0};
   for (const auto& corpus : benchmarks::controlsOf(kind, kControlsOfKind)) {
     for (const ClaimedObject& object : corpus->claimed()) {
       row.add(allocationsOfBuild(object), allocationsOfFloor(object));
@@ -127,8 +126,8 @@ std::vector<CountRow> countAll() {
   import();  // what is made once and kept is nobody's allocation
 
   std::vector<CountRow> rows;
-  for (std::size_t kind = 0; kind < benchmarks::kKindCount; ++kind) {
-    rows.push_back(countBuilds(static_cast<Kind>(kind)));
+  for (const Kind* kind : benchmarks::measuredKinds()) {
+    rows.push_back(countBuilds(*kind));
   }
   rows.push_back(countRecognitions("allocations of a round of questions: control", claimed));
   rows.push_back(

@@ -31,24 +31,27 @@ constexpr std::string_view kNumbers[] = {"0",    "1",
                                          "7",    "64",
                                          "365",  "0.30000000000000004"};
 
-/// How long a document gets by one control of each kind, about.
-constexpr std::size_t kBytesOfRound = kKindCount * 400;
+/// How long a document gets by one control, about.
+constexpr std::size_t kBytesOfControl = 400;
 
 }  // namespace
 
-const char* nameOf(Kind kind) noexcept {
-  constexpr const char* kNames[kKindCount] = {
-      "button",       "check box",    "colour picker", "combo box", "date picker",
-      "edit field",   "file browser", "range slider",  "slider",    "spinner",
-      "state button", "task header",  "task"};
-  return kNames[static_cast<std::size_t>(kind)];
+const std::vector<const contract::Kind*>& measuredKinds() {
+  static const std::vector<const contract::Kind*> all = [] {
+    std::vector<const contract::Kind*> kinds;
+    for (const contract::Kind& kind : contract::kinds()) kinds.push_back(&kind);
+    std::stable_partition(kinds.begin(), kinds.end(),
+                          [](const contract::Kind* kind) { return contract::isControl(*kind); });
+    return kinds;
+  }();
+  return all;
 }
 
 std::string DocumentGenerator::documentOfSize(std::size_t bytes) {
   startDocument();
-  while (out_.size() + kBytesOfRound / 2 < bytes) {
+  while (out_.size() + measuredKinds().size() * kBytesOfControl / 2 < bytes) {
     shuffleKinds();
-    for (const Kind kind : order_) addBlock(kind);
+    for (const contract::Kind* kind : order_) addBlock(*kind);
   }
   return finishDocument();
 }
@@ -56,13 +59,14 @@ std::string DocumentGenerator::documentOfSize(std::size_t bytes) {
 std::string DocumentGenerator::documentOfControls(std::size_t controls) {
   startDocument();
   for (std::size_t control = 0; control < controls; ++control) {
-    if (control % kKindCount == 0) shuffleKinds();
-    addBlock(order_[control % kKindCount]);
+    const std::size_t place = control % measuredKinds().size();
+    if (place == 0) shuffleKinds();
+    addBlock(*order_[place]);
   }
   return finishDocument();
 }
 
-std::string DocumentGenerator::control(Kind kind) {
+std::string DocumentGenerator::control(const contract::Kind& kind) {
   addControl(kind);
   return std::exchange(out_, {});
 }
@@ -86,7 +90,7 @@ std::string DocumentGenerator::finishDocument() {
   return std::exchange(out_, {});
 }
 
-void DocumentGenerator::addBlock(Kind kind) {
+void DocumentGenerator::addBlock(const contract::Kind& kind) {
   if (blocks_ != 0) text(",");
   // Two strangers in every block and two more in every sixth make seven out of ten offered objects.
   if (++blocks_ % 6 == 0) {
@@ -107,41 +111,12 @@ void DocumentGenerator::addTextRun() {
   text("}");
 }
 
-void DocumentGenerator::addControl(Kind kind) {
-  switch (kind) {
-    case Kind::kButton:
-      return addControlObject("LumoControlNode", "button", kind);
-    case Kind::kCheckBox:
-      return addControlObject("LumoControlNode", "checkBox", kind);
-    case Kind::kCombobox:
-      return addControlObject("LumoControlNode", "comboBox", kind);
-    case Kind::kEditField:
-      return addControlObject("LumoControlNode", "editField", kind);
-    case Kind::kSlider:
-      return addControlObject("LumoControlNode", "slider", kind);
-    case Kind::kColorPicker:
-      return addControlObject("ColorPickerControlNode", "", kind);
-    case Kind::kDatePicker:
-      return addControlObject("DatePickerControlNode", "", kind);
-    case Kind::kFileBrowser:
-      return addControlObject("FileBrowserControlNode", "", kind);
-    case Kind::kRangeSlider:
-      return addControlObject("RangeSliderControlNode", "", kind);
-    case Kind::kSpinner:
-      return addControlObject("SpinnerControlNode", "", kind);
-    case Kind::kStateButton:
-      return addControlObject("StateButtonControlNode", "", kind);
-    case Kind::kTaskHeader:
-      return addTaskHeader();
-    case Kind::kTask:
-      return addTask();
-  }
-}
-
-void DocumentGenerator::addControlObject(std::string_view className, std::string_view typeWord,
-                                         Kind kind) {
+void DocumentGenerator::addControl(const contract::Kind& kind) {
+  if (kind.shape == contract::Shape::kHeader) return addTaskHeader(kind);
+  if (kind.shape == contract::Shape::kTask) return addTask(kind);
+  const bool isGeneric = contract::isGeneric(kind);
   text(R"({"className":")");
-  text(className);
+  text(isGeneric ? contract::kGenericControl : kind.word);
   text(R"(","controlId":")");
   addIdentifier();
   text("\"");
@@ -152,82 +127,66 @@ void DocumentGenerator::addControlObject(std::string_view className, std::string
   }
   if (chance(80)) textField("text", 6);
   text(R"(,"context":{)");
-  if (!typeWord.empty()) {
+  if (isGeneric) {
     text(R"("type":")");
-    text(typeWord);
+    text(kind.word);
     text("\",");
   }
   text(R"("data":{"text":")");
   addWords(3);
   text("\"");
-  if (chance(70)) oneOf("executionModel", {"section", "document", "none", "toEnd"});
-  addOwnFields(kind);
+  addFields(kind);
   text("}}}");
 }
 
-void DocumentGenerator::addOwnFields(Kind kind) {
-  switch (kind) {
-    case Kind::kCheckBox:
-    case Kind::kStateButton:
-      if (chance(80)) flagField("defaultValue");
-      if (chance(40)) textField("defaultValueLinkedVariable", 1);
-      return;
-    case Kind::kColorPicker:
-      oneOf("colorFormat", {"hex", "rgb", "name"});
-      if (chance(80)) oneOf("defaultValue", {"#0072b2", "[0.25 0.5 1]", "red"});
-      return;
-    case Kind::kDatePicker:
-      oneOf("displayFormat", {"yyyy-MM-dd", "dd.MM.yyyy HH:mm", "MM/dd"});
-      if (chance(80)) oneOf("defaultValue", {"2026-03-01", "01.03.2026 12:00", "03/01"});
-      return;
-    case Kind::kFileBrowser:
-      oneOf("browserType", {"file", "folder"});
-      if (chance(80)) textField("defaultValue", 3);
-      return;
-    case Kind::kCombobox:
-      if (chance(80)) textField("defaultValue", 1);
-      if (chance(40)) textField("linkedVariable", 1);
-      return addComboboxLists();
-    case Kind::kEditField:
-      if (chance(50)) {
-        text(R"(,"valueType":"Double")");
-        numberField("defaultValue");
-      } else {
-        oneOf("valueType", {"String", "Date"});
-        textField("defaultValue", 2);
-      }
-      return textField("defaultValueLinkedVariable", 1);
-    case Kind::kRangeSlider:
-      addNumericFields();
-      if (chance(80)) oneOf("defaultValue", {"[2 8]", "[0.25 0.75]"});
-      return;
-    case Kind::kSlider:
-    case Kind::kSpinner:
-      addNumericFields();
-      if (chance(80)) numberField("defaultValue");
-      return;
-    case Kind::kButton:
-    case Kind::kTaskHeader:
-    case Kind::kTask:
-      return;
+void DocumentGenerator::addFields(const contract::Kind& kind) {
+  for (const contract::Field& field : kind.fields) {
+    const bool isWritten = contract::isControl(kind) &&
+                           (field.place == contract::Field::Place::kObject || field.key == "text");
+    if (isWritten || field.holder != contract::Field::Holder::kRecord) continue;
+    // No draw where there is nothing to choose.
+    if (field.usage.percent == 100 || chance(field.usage.percent)) addField(field);
   }
 }
 
-void DocumentGenerator::addNumericFields() {
-  if (chance(50)) oneOf("executionOn", {"release", "change"});
-  if (chance(90)) numberField("minimum");
-  if (chance(90)) numberField("maximum");
-  if (chance(90)) numberField("step");
-  if (chance(40)) textField("defaultValueLinkedVariable", 1);
-  if (chance(20)) textField("minLinkedVariable", 1);
-  if (chance(20)) textField("maxLinkedVariable", 1);
-  if (chance(20)) textField("stepLinkedVariable", 1);
+void DocumentGenerator::addField(const contract::Field& field) {
+  using contract::Type;
+  const contract::Usage& usage = field.usage;
+  switch (field.type) {
+    case Type::kNumber:
+    case Type::kColumn:
+      return numberField(field.key);
+    case Type::kLineCount:
+      return integerField(field.key, 1 + below(9));
+    case Type::kFlag:
+      return flagField(field.key);
+    case Type::kItems:
+      return addItems();
+    case Type::kItemLabels:
+      return addItemLabels();
+    case Type::kDefault:
+      if (hasNumber_) return numberField(field.key);
+      break;
+    case Type::kValueType:
+      hasNumber_ = chance(50);
+      if (hasNumber_) return rawField(field.key, R"("Double")");
+      break;
+    case Type::kText:
+    case Type::kTextOrNothing:
+    case Type::kAnchor:
+    case Type::kDefaultLinked:
+    case Type::kChildren:
+      break;
+  }
+  if (usage.values.empty()) return textField(field.key, usage.words);
+  const bool isFixed = usage.values.size() == 1;
+  rawField(field.key, usage.values[isFixed ? 0 : below(usage.values.size())]);
 }
 
-void DocumentGenerator::addComboboxLists() {
-  const std::uint64_t items = 2 + below(2);
+void DocumentGenerator::addItems() {
+  items_ = 2 + below(2);
   text(R"(,"items":[)");
-  for (std::uint64_t item = 0; item < items; ++item) {
+  for (std::uint64_t item = 0; item < items_; ++item) {
     if (item != 0) text(",");
     text(R"({"label":")");
     addWords(1);
@@ -236,9 +195,12 @@ void DocumentGenerator::addComboboxLists() {
     text("}");
   }
   text("]");
-  if (!chance(50)) return;
+}
+
+/// One for each of the items.
+void DocumentGenerator::addItemLabels() {
   text(R"(,"itemLabels":[)");
-  for (std::uint64_t item = 0; item < items; ++item) {
+  for (std::uint64_t item = 0; item < items_; ++item) {
     text(item == 0 ? "\"" : ",\"");
     addWords(1);
     text("\"");
@@ -246,38 +208,32 @@ void DocumentGenerator::addComboboxLists() {
   text("]");
 }
 
-void DocumentGenerator::addTaskHeader() {
-  text(R"({"className":"LumoAppLineNode","anchorId":")");
+void DocumentGenerator::addTaskHeader(const contract::Kind& kind) {
+  text(R"({"className":")");
+  text(kind.word);
+  text(R"(","anchorId":")");
   if (chance(50)) text("M_");
   addIdentifier();
   text(R"(","children":[)");
   addTextRun();
   text(",");
-  addTask();
+  addTask(contract::taskKind());
   text("]}");
 }
 
-void DocumentGenerator::addTask() {
-  text(R"({"className":"LumoAppIntegratedInlineNode","instanceId":")");
+void DocumentGenerator::addTask(const contract::Kind& kind) {
+  text(R"({"className":")");
+  text(kind.word);
+  text(R"(","instanceId":")");
   addIdentifier();
   text("\"");
-  textField("taskID", 1);
-  oneOf("appIdentifier", {"cleaner", "resampler", "plotter"});
-  if (chance(60)) oneOf("view", {"controls", "code", "both"});
-  if (chance(60)) oneOf("collapsed", {"true", "false"});
-  if (chance(50)) text(R"(,"appVariables":"{\"method\":\"median\"}")");
-  if (chance(20)) text(R"(,"appVariablesUserMap":"{\"raw\":\"table\"}")");
-  if (chance(50)) oneOf("executionModel", {"section", "document"});
-  if (chance(30)) text(R"(,"appState":"{\"page\":1}")");
-  if (chance(60)) oneOf("autorun", {"true", "false"});
-  textField("text", 6);
-  integerField("numOfCodeLines", 1 + below(9));
+  addFields(kind);
   text("}");
 }
 
 void DocumentGenerator::shuffleKinds() {
-  for (std::size_t kind = 0; kind < kKindCount; ++kind) order_[kind] = static_cast<Kind>(kind);
-  for (std::size_t left = kKindCount; left > 1; --left) {
+  order_ = measuredKinds();
+  for (std::size_t left = order_.size(); left > 1; --left) {
     std::swap(order_[left - 1], order_[static_cast<std::size_t>(below(left))]);
   }
 }
@@ -290,13 +246,11 @@ void DocumentGenerator::textField(std::string_view key, std::size_t words) {
   text("\"");
 }
 
-void DocumentGenerator::oneOf(std::string_view key,
-                              std::initializer_list<std::string_view> values) {
+void DocumentGenerator::rawField(std::string_view key, std::string_view json) {
   text(",\"");
   text(key);
-  text("\":\"");
-  text(values.begin()[below(values.size())]);
-  text("\"");
+  text("\":");
+  text(json);
 }
 
 void DocumentGenerator::numberField(std::string_view key) {

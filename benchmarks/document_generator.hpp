@@ -3,36 +3,19 @@
 /// @file
 /// Documents to measure with: the same text on every machine, with every standard library.
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <random>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "contract/kinds.hpp"
 
 namespace benchmarks {
 
-/// The kinds of objects that the bundle's builders claim.
-enum class Kind {
-  kButton,
-  kCheckBox,
-  kColorPicker,
-  kCombobox,
-  kDatePicker,
-  kEditField,
-  kFileBrowser,
-  kRangeSlider,
-  kSlider,
-  kSpinner,
-  kStateButton,
-  kTaskHeader,
-  kTask,
-};
-
-constexpr std::size_t kKindCount = 13;
-
-/// The kind's name as it appears in tables.
-const char* nameOf(Kind kind) noexcept;
+/// The contract's kinds in the order in which they are measured: controls first.
+const std::vector<const contract::Kind*>& measuredKinds();
 
 /// Writes compact JSON from a fixed seed. About 400 bytes of document come with each control, of
 /// which the control itself is three quarters. Of the objects that a walk offers to builders 70 %
@@ -45,28 +28,29 @@ class DocumentGenerator {
   /// A whole document with so many controls, the kinds in equal shares but for the last few.
   std::string documentOfControls(std::size_t controls);
   /// One control alone.
-  std::string control(Kind kind);
+  std::string control(const contract::Kind& kind);
   /// One object that no builder claims: a line of code with two text runs.
   std::string strangerLine();
 
  private:
   void startDocument();
   std::string finishDocument();
-  void addBlock(Kind kind);
-  void addControl(Kind kind);
-  void addControlObject(std::string_view className, std::string_view typeWord, Kind kind);
-  void addOwnFields(Kind kind);
-  void addNumericFields();
-  void addTaskHeader();
-  void addTask();
+  void addBlock(const contract::Kind& kind);
+  void addControl(const contract::Kind& kind);
+  void addTask(const contract::Kind& kind);
+  void addTaskHeader(const contract::Kind& kind);
   void addTextRun();
-  void addComboboxLists();
+  /// The fields that are read as the record's.
+  void addFields(const contract::Kind& kind);
+  void addField(const contract::Field& field);
+  void addItems();
+  void addItemLabels();
   void shuffleKinds();
 
   void text(std::string_view json) { out_ += json; }
   /// `,"key":"words"`
   void textField(std::string_view key, std::size_t words);
-  void oneOf(std::string_view key, std::initializer_list<std::string_view> values);
+  void rawField(std::string_view key, std::string_view json);
   void numberField(std::string_view key);
   void integerField(std::string_view key, std::uint64_t value);
   void flagField(std::string_view key);
@@ -79,7 +63,9 @@ class DocumentGenerator {
   std::mt19937_64 random_{20261121};
   std::string out_;
   std::size_t blocks_ = 0;
-  std::array<Kind, kKindCount> order_{};
+  std::uint64_t items_ = 0;  // of the combo box that is being written
+  bool hasNumber_ = false;   // for the default value of the edit field that is being written
+  std::vector<const contract::Kind*> order_;
 };
 
 /// A document of about the size.

@@ -34,8 +34,8 @@ bool writeLines(std::size_t bytes) {
   benchmarks::DocumentGenerator generator;
   std::size_t written = 0;
   for (std::size_t line = 0; written < bytes; ++line) {
-    const std::string control =
-        generator.control(static_cast<benchmarks::Kind>(line % benchmarks::kKindCount)) + '\n';
+    const auto& kinds = benchmarks::measuredKinds();
+    const std::string control = generator.control(*kinds[line % kinds.size()]) + '\n';
     if (!write(control)) return false;
     written += control.size();
   }

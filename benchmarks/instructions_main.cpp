@@ -19,7 +19,7 @@
 
 namespace {
 
-using benchmarks::Kind;
+using contract::Kind;
 using foundation::json::Value;
 
 constexpr std::size_t kControlsOfKind = 20;
@@ -54,7 +54,7 @@ void countBuild(const std::string& what, const std::vector<benchmarks::ClaimedOb
   });
 }
 
-void countKind(Kind kind) {
+void countKind(const Kind& kind) {
   std::vector<benchmarks::ClaimedObject> claimed;
   std::vector<const Value*> objects;
   const auto controls = benchmarks::controlsOf(kind, kControlsOfKind);
@@ -62,8 +62,8 @@ void countKind(Kind kind) {
     claimed.push_back(control->claimed().front());
     objects.push_back(claimed.back().json);
   }
-  countRecognition(benchmarks::nameOf(kind), objects);
-  countBuild(benchmarks::nameOf(kind), claimed);
+  countRecognition(kind.name, objects);
+  countBuild(kind.name, claimed);
 }
 
 /// The line is an element here, so that it is offered like what it holds.
@@ -75,8 +75,8 @@ void countStrangers() {
 }  // namespace
 
 int main() {
-  for (std::size_t kind = 0; kind < benchmarks::kKindCount; ++kind) {
-    countKind(static_cast<Kind>(kind));
+  for (const Kind* kind : benchmarks::measuredKinds()) {
+    countKind(*kind);
   }
   countStrangers();
 }

@@ -17,6 +17,8 @@
 #include <variant>
 #include <vector>
 
+#include "contract/kinds.hpp"
+
 namespace benchmarks {
 
 /// @tparam Text `std::string` for UTF-8, `std::u16string` for UTF-16.
@@ -60,28 +62,46 @@ struct PickerFields : CommonFields<Text> {
 };
 
 template <typename Text>
-struct Button : CommonFields<Text> {};
+struct Button : CommonFields<Text> {
+  static constexpr const char* kBuilder = "ButtonBuilderImpl";
+};
 template <typename Text>
-struct CheckBox : BooleanFields<Text> {};
+struct CheckBox : BooleanFields<Text> {
+  static constexpr const char* kBuilder = "CheckBoxBuilderImpl";
+};
 template <typename Text>
-struct StateButton : BooleanFields<Text> {};
+struct StateButton : BooleanFields<Text> {
+  static constexpr const char* kBuilder = "StateButtonBuilderImpl";
+};
 template <typename Text>
-struct Slider : ScalarFields<Text> {};
+struct Slider : ScalarFields<Text> {
+  static constexpr const char* kBuilder = "SliderNodeBuilderImpl";
+};
 template <typename Text>
-struct Spinner : ScalarFields<Text> {};
+struct Spinner : ScalarFields<Text> {
+  static constexpr const char* kBuilder = "SpinnerNodeBuilderImpl";
+};
 template <typename Text>
 struct RangeSlider : NumericFields<Text> {
+  static constexpr const char* kBuilder = "RangeSliderNodeBuilderImpl";
   std::optional<Text> defaultValue;
 };
 template <typename Text>
-struct ColorPicker : PickerFields<Text> {};
+struct ColorPicker : PickerFields<Text> {
+  static constexpr const char* kBuilder = "ColorPickerBuilderImpl";
+};
 template <typename Text>
-struct DatePicker : PickerFields<Text> {};
+struct DatePicker : PickerFields<Text> {
+  static constexpr const char* kBuilder = "DatePickerBuilderImpl";
+};
 template <typename Text>
-struct FileBrowser : PickerFields<Text> {};
+struct FileBrowser : PickerFields<Text> {
+  static constexpr const char* kBuilder = "FileBrowserBuilderImpl";
+};
 
 template <typename Text>
 struct Combobox : CommonFields<Text> {
+  static constexpr const char* kBuilder = "ComboboxBuilderImpl";
   struct Item {
     std::optional<Text> label;
     std::optional<Text> value;
@@ -94,6 +114,7 @@ struct Combobox : CommonFields<Text> {
 
 template <typename Text>
 struct EditField : CommonFields<Text> {
+  static constexpr const char* kBuilder = "EditFieldBuilderImpl";
   std::optional<Text> valueType;
   std::optional<double> number;
   std::optional<Text> text;
@@ -102,6 +123,7 @@ struct EditField : CommonFields<Text> {
 
 template <typename Text>
 struct Task {
+  static constexpr const char* kBuilder = "LumoTaskIntegratedInlineNodeBuilderImpl";
   std::optional<Text> instanceId;
   std::optional<Text> taskId;
   std::optional<Text> appIdentifier;
@@ -118,11 +140,12 @@ struct Task {
 
 template <typename Text>
 struct TaskHeader {
+  static constexpr const char* kBuilder = "LumoTaskHeaderBuilderImpl";
   std::optional<Text> anchorId;
   std::vector<Task<Text>> tasks;
 };
 
-/// In the order of `Kind`.
+/// One a kind of the contract, by the builder that it names.
 template <typename Text>
 using PlainControl =
     std::variant<Button<Text>, CheckBox<Text>, ColorPicker<Text>, Combobox<Text>, DatePicker<Text>,
@@ -241,7 +264,7 @@ template <typename Object, typename Text>
 void readControl(const Object& object, TaskHeader<Text>& header) {
   object.read("anchorId", header.anchorId);
   object.forEach("children", [&header](const Object& child) {
-    if (child.hasClass("LumoAppIntegratedInlineNode")) {
+    if (child.hasClass(contract::taskKind().word)) {
       readControl(child, header.tasks.emplace_back());
     }
   });

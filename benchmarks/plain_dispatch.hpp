@@ -16,58 +16,66 @@
 #include <string_view>
 #include <unordered_map>
 #include <utility>
+#include <variant>
 #include <vector>
 
-#include "document_generator.hpp"
+#include "contract/kinds.hpp"
 #include "plain_controls.hpp"
 
 namespace benchmarks {
 
-/// The kind that an object's words stand for; none for an object that is no control.
+/// The plain structs by the words of their kinds: their places in `PlainControl`.
+struct PlainKinds {
+  std::unordered_map<std::string_view, std::size_t> byClassName;
+  std::unordered_map<std::string_view, std::size_t> byTypeWord;
+
+  static const PlainKinds& all() {
+    static const PlainKinds kinds(static_cast<const PlainControl<std::string>*>(nullptr));
+    return kinds;
+  }
+
+ private:
+  template <typename... Plain>
+  explicit PlainKinds(const std::variant<Plain...>*) {
+    std::size_t place = 0;
+    (add(contract::kindOf(Plain::kBuilder), place++), ...);
+  }
+  void add(const contract::Kind& kind, std::size_t place) {
+    (contract::isGeneric(kind) ? byTypeWord : byClassName).emplace(kind.word, place);
+  }
+};
+
+/// The place in `PlainControl` that an object's words stand for; none for one without a plain
+/// struct.
 template <typename Object>
-std::optional<Kind> kindOf(const Object& object) {
-  static const std::unordered_map<std::string_view, Kind> kByClassName = {
-      {"ColorPickerControlNode", Kind::kColorPicker},
-      {"DatePickerControlNode", Kind::kDatePicker},
-      {"FileBrowserControlNode", Kind::kFileBrowser},
-      {"RangeSliderControlNode", Kind::kRangeSlider},
-      {"SpinnerControlNode", Kind::kSpinner},
-      {"StateButtonControlNode", Kind::kStateButton},
-      {"LumoAppLineNode", Kind::kTaskHeader},
-      {"LumoAppIntegratedInlineNode", Kind::kTask}};
-  static const std::unordered_map<std::string_view, Kind> kByTypeWord = {
-      {"button", Kind::kButton},
-      {"checkBox", Kind::kCheckBox},
-      {"comboBox", Kind::kCombobox},
-      {"editField", Kind::kEditField},
-      {"slider", Kind::kSlider}};
+std::optional<std::size_t> plainKindOf(const Object& object) {
+  static const PlainKinds& kinds = PlainKinds::all();
   const std::string_view className = object.textOf("className");
   if (className.empty()) return std::nullopt;
-  const bool generic = className == "LumoControlNode";
-  const auto& words = generic ? kByTypeWord : kByClassName;
+  const bool generic = className == contract::kGenericControl;
+  const auto& words = generic ? kinds.byTypeWord : kinds.byClassName;
   const auto found = words.find(generic ? object.child("context").textOf("type") : className);
-  return found == words.end() ? std::nullopt : std::optional<Kind>(found->second);
+  return found == words.end() ? std::nullopt : std::optional<std::size_t>(found->second);
 }
 
 template <typename Text, typename Object, std::size_t... Index>
-PlainControl<Text> readAs(Kind kind, const Object& object, std::index_sequence<Index...>) {
+PlainControl<Text> readAs(std::size_t kind, const Object& object, std::index_sequence<Index...>) {
   PlainControl<Text> control;
-  ((static_cast<std::size_t>(kind) == Index ? object.readInto(control.template emplace<Index>())
-                                            : void()),
-   ...);
+  ((kind == Index ? object.readInto(control.template emplace<Index>()) : void()), ...);
   return control;
 }
 
 /// The object as a control of the kind.
 template <typename Text, typename Object>
-PlainControl<Text> readAs(Kind kind, const Object& object) {
-  return readAs<Text>(kind, object, std::make_index_sequence<kKindCount>());
+PlainControl<Text> readAs(std::size_t kind, const Object& object) {
+  constexpr std::size_t kKinds = std::variant_size_v<PlainControl<Text>>;
+  return readAs<Text>(kind, object, std::make_index_sequence<kKinds>());
 }
 
 /// Appends the controls in a document, in its order; there are none inside of another.
 template <typename Text, typename Object>
 void collectControls(const Object& object, std::vector<PlainControl<Text>>& controls) {
-  if (const auto kind = kindOf(object)) {
+  if (const auto kind = plainKindOf(object)) {
     controls.push_back(readAs<Text>(*kind, object));
     return;
   }

@@ -1,5 +1,5 @@
 /// @file
-/// Any bytes, as the text of a document: parsed, imported with all thirteen builders, exported, and
+/// Any bytes, as the text of a document: parsed, imported with all builders, exported, and
 /// parsed again.
 ///
 /// Holds the code to this: a text is refused with `ParseError` alone, at a place that it has, and
@@ -12,7 +12,6 @@
 #include <string>
 #include <vector>
 
-#include "fuzz/builders.hpp"
 #include "fuzz/check.hpp"
 #include "reference_host/export/export.hpp"
 #include "reference_host/importer/importer.hpp"
@@ -21,6 +20,7 @@
 #include "reference_host/json/text_places.hpp"
 #include "reference_host/json/text_writer.hpp"
 #include "reference_host/logging/log_capture.hpp"
+#include "support/all_builders.hpp"
 
 namespace {
 
@@ -76,7 +76,7 @@ std::string imported(const Value& document) {
   std::string report;
   {
     const auto result =
-        reference_host::importer::importDocument(fuzz::allBuilders(), model, document);
+        reference_host::importer::importDocument(test_support::allBuilders(), model, document);
     require(result.nodes.size() == result.summary.built, "each object that is built is a node");
     require(result.errors.size() == result.summary.failed, "each object that fails is an error");
     for (const auto& error : result.errors) {

@@ -1,6 +1,5 @@
 #include "fuzz/value_maker.hpp"
 
-#include <algorithm>
 #include <cstdint>
 #include <iterator>
 #include <limits>
@@ -9,12 +8,16 @@
 #include <utility>
 #include <vector>
 
-#include "fuzz/contract.hpp"
+#include "contract/kinds.hpp"
 
 namespace fuzz {
 
 namespace {
 
+using contract::Field;
+using contract::Kind;
+using contract::kinds;
+using contract::Type;
 using foundation::json::Value;
 using Array = Value::Array;
 using Object = Value::Object;
@@ -22,11 +25,8 @@ using Object = Value::Object;
 /// Every key of the contract, and some that are nearly one.
 const std::vector<std::string>& keys() {
   static const std::vector<std::string> all = [] {
-    std::set<std::string> names = {
-        "className", "context",     "type",           "data",       "text",
-        "controlId", "startColumn", "endColumn",      "children",   "anchorId",
-        "label",     "value",       "executionModel", "instanceId", "defaultValueLinkedVariable",
-        "",          "ClassName",   "taskId"};
+    std::set<std::string> names = {"className", "context", "type",      "data",  "label",
+                                   "value",     "",        "ClassName", "taskId"};
     for (const Kind& kind : kinds()) {
       for (const Field& field : kind.fields) names.insert(field.key);
     }
@@ -50,7 +50,7 @@ const std::vector<std::string>& words() {
                                       "\xED\xA0\x80",
                                       "\xC3",
                                       std::string("a\0b", 3),
-                                      kGenericControl};
+                                      contract::kGenericControl};
     for (const Kind& kind : kinds()) texts.push_back(kind.word);
     return texts;
   }();
@@ -139,6 +139,7 @@ class ValueMaker {
   Value fitting(Type type) {
     switch (type) {
       case Type::kNumber:
+      case Type::kColumn:
       case Type::kLineCount:
         return number();
       case Type::kFlag:
@@ -155,7 +156,13 @@ class ValueMaker {
       case Type::kDefault:
         if (bytes_.below(2) != 0) return number();
         break;
+      case Type::kChildren:
+        return list([this] { return ofKind(contract::taskKind()); });
       case Type::kText:
+      case Type::kTextOrNothing:
+      case Type::kAnchor:
+      case Type::kValueType:
+      case Type::kDefaultLinked:
         break;
     }
     return text();
@@ -191,29 +198,16 @@ class ValueMaker {
   }
 
   Value ofKind(const Kind& kind) {
-    const bool isGeneric = kind.rule == Rule::kTypeWord ||
-                           (kind.rule == Rule::kTypeWordOrClassName && bytes_.below(2) == 0);
+    const bool isGeneric =
+        contract::isGeneric(kind) &&
+        (kind.rule != contract::Rule::kTypeWordOrClassName || bytes_.below(2) == 0);
     Object object;
-    object["className"] = wordOr(isGeneric ? kGenericControl : kind.word);
-    if (kind.shape == Shape::kHeader) {
-      give(object, "anchorId", Type::kText);
-      const auto task = std::find_if(kinds().begin(), kinds().end(),
-                                     [](const Kind& each) { return each.shape == Shape::kTask; });
-      object["children"] = list([this, task] { return ofKind(*task); });
-      return object;
-    }
-    if (kind.shape == Shape::kTask) {
-      give(object, "instanceId", Type::kText);
-      for (const Field& field : kind.fields) give(object, field.key, field.type);
-      return object;
-    }
-    for (const char* name : {"startColumn", "endColumn"}) give(object, name, Type::kNumber);
-    for (const char* name : {"controlId", "text"}) give(object, name, Type::kText);
+    object["className"] = wordOr(isGeneric ? contract::kGenericControl : kind.word);
     Object data;
-    for (const char* name : {"executionModel", "text", "defaultValueLinkedVariable"}) {
-      give(data, name, Type::kText);
+    for (const Field& field : kind.fields) {
+      give(field.place == Field::Place::kData ? data : object, field.key, field.type);
     }
-    for (const Field& field : kind.fields) give(data, field.key, field.type);
+    if (!contract::isControl(kind)) return object;
     Object context;
     if (isGeneric) context["type"] = wordOr(kind.word);
     context["data"] = std::move(data);

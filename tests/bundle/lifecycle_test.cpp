@@ -25,6 +25,7 @@
 #include <string>
 #include <vector>
 
+#include "contract/samples.hpp"
 #include "product.hpp"
 #include "support/records.hpp"
 #include "tessel/shared/logging.hpp"
@@ -82,7 +83,7 @@ void useAll(Host& host) {
   const auto builders = productBuilders(host);
   const auto model = gx::zero::Model::create();
   for (std::size_t index = 0; index < builders.size(); ++index) {
-    const auto value = json(productComponents()[index].claims);
+    const auto value = contract::wholeObjects(*productComponents()[index].kind).front().json;
     ASSERT_TRUE(builders[index].canBuild(value));
     ASSERT_TRUE(builders[index].build(model, value));
   }

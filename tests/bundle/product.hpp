@@ -4,6 +4,7 @@
 /// What the product publishes, and the way to it through a service runtime.
 
 #include <algorithm>
+#include <cstddef>
 #include <memory>
 #include <ostream>
 #include <stdexcept>
@@ -11,6 +12,7 @@
 #include <tuple>
 #include <vector>
 
+#include "contract/kinds.hpp"
 #include "document/gxzero.hpp"
 #include "reference_host/export/export.hpp"
 #include "reference_host/importer/importer.hpp"
@@ -27,8 +29,9 @@ using tessel::build::json::code::CodeElementBuilder;
 const std::string kControlInterface = "tessel::build::json::code::CodeElementBuilder";
 const std::string kNodeInterface = "tessel::build::json::NodeBuilder";
 const std::string kControls = "tessel::build::json::controls::";
-const std::string kHeader = "tessel::build::json::widgets::LumoTaskHeaderBuilderImpl";
-const std::string kInline = "tessel::build::json::widgets::LumoTaskIntegratedInlineNodeBuilderImpl";
+const std::string kWidgets = "tessel::build::json::widgets::";
+const std::string kHeader = kWidgets + "LumoTaskHeaderBuilderImpl";
+const std::string kInline = kWidgets + "LumoTaskIntegratedInlineNodeBuilderImpl";
 
 /// A service as the registry describes it.
 struct Service {
@@ -46,65 +49,35 @@ struct Service {
   }
 };
 
-/// A component of the product, and how it is known by its behaviour.
+/// A component of the product, and the kind that it builds.
 struct Component {
   Service service;
-  std::string recognitionText;
-  std::string claims;     ///< an object that it alone claims
-  std::string nodeClass;  ///< of what it builds from that object
+  const contract::Kind* kind;
 };
 
 /// All of them, in the manifest's order.
 inline const std::vector<Component>& productComponents() {
-  const auto control = [](const std::string& name, const std::string& subject,
-                          const std::string& claims, const std::string& nodeClass) {
-    return Component{{kControls + name, kControlInterface, ""},
-                     "Checking if can build " + subject,
-                     claims,
-                     "document::gxzero::" + nodeClass};
-  };
-  const auto generic = [](const std::string& type) {
-    return R"({"className":"LumoControlNode","context":{"type":")" + type + R"(","data":{}}})";
-  };
-  const auto named = [](const std::string& name, const std::string& data) {
-    return R"({"className":")" + name + R"(","context":{"data":)" + data + "}}";
-  };
-  static const std::vector<Component> components = {
-      control("ButtonBuilderImpl", "Button", generic("button"), "ButtonNode"),
-      control("CheckBoxBuilderImpl", "CheckBox", generic("checkBox"), "CheckBoxNode"),
-      control("ColorPickerBuilderImpl", "ColorPicker",
-              named("ColorPickerControlNode", R"({"colorFormat":"hex","defaultValue":"#000"})"),
-              "ColorPickerNode"),
-      control("ComboboxBuilderImpl", "ComboBox", generic("comboBox"), "ComboboxNode"),
-      control("DatePickerBuilderImpl", "DatePicker",
-              named("DatePickerControlNode", R"({"displayFormat":"d","defaultValue":"1"})"),
-              "DatePickerNode"),
-      // The edit field's builder has the combo box's text.
-      control(
-          "EditFieldBuilderImpl", "ComboBox",
-          R"({"className":"LumoControlNode","context":{"type":"editField",)"
-          R"("data":{"valueType":"String","defaultValue":"a","defaultValueLinkedVariable":"b"}}})",
-          "EditFieldNode"),
-      control("FileBrowserBuilderImpl", "FileBrowser",
-              named("FileBrowserControlNode", R"({"browserType":"file","defaultValue":"a"})"),
-              "FileBrowserNode"),
-      {{kHeader, kNodeInterface, "LumoTaskHeaderBuilderImpl"},
-       "Checking if can build LumoAppLineNode",
-       R"({"className":"LumoAppLineNode","children":[]})",
-       "document::gxzero::LumoAppLineNode"},
-      {{kInline, kNodeInterface, "LumoTaskIntegratedInlineNodeBuilderImpl"},
-       "Checking if can build LumoAppIntegratedInline",
-       R"({"className":"LumoAppIntegratedInlineNode"})",
-       "document::gxzero::LumoAppIntegratedInlineNode"},
-      control("RangeSliderNodeBuilderImpl", "RangeSliderNode",
-              named("RangeSliderControlNode", "{}"), "RangeSliderNode"),
-      control("SliderNodeBuilderImpl", "SliderNode", generic("slider"), "SliderNode"),
-      control("SpinnerNodeBuilderImpl", "SpinnerNode", named("SpinnerControlNode", "{}"),
-              "SpinnerNode"),
-      control("StateButtonBuilderImpl", "StateButton", named("StateButtonControlNode", "{}"),
-              "StateButtonNode"),
-  };
+  static const std::vector<Component> components = [] {
+    std::vector<Component> all;
+    for (const contract::Kind& kind : contract::kinds()) {
+      if (contract::isControl(kind)) {
+        all.push_back({{kControls + kind.builder, kControlInterface, ""}, &kind});
+      } else {
+        all.push_back({{kWidgets + kind.builder, kNodeInterface, kind.builder}, &kind});
+      }
+    }
+    return all;
+  }();
   return components;
+}
+
+/// How many of them offer an interface.
+inline std::size_t countOf(const std::string& interface) {
+  std::size_t count = 0;
+  for (const Component& component : productComponents()) {
+    count += component.service.interface == interface ? 1U : 0U;
+  }
+  return count;
 }
 
 inline std::vector<Service> productServices() {

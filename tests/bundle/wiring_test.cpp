@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
+#include "contract/outcome.hpp"
+#include "contract/samples.hpp"
 #include "product.hpp"
-#include "support/build_outcome.hpp"
-#include "support/records.hpp"
 
 namespace bundle_test {
 namespace {
@@ -19,7 +19,6 @@ namespace {
 using cppmicroservices::Bundle;
 using service_runtime_test::takeJournal;
 using test_support::json;
-using test_support::recordsOf;
 using ::testing::Contains;
 using ::testing::ElementsAreArray;
 using ::testing::HasSubstr;
@@ -27,15 +26,16 @@ using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::SizeIs;
 
-TEST(Wiring, PublishesThirteenServicesInTheManifestsOrder) {
+TEST(Wiring, PublishesItsServicesInTheManifestsOrder) {
   Host host;
   Bundle bundle = installProduct(host);
   EXPECT_EQ(bundle.GetSymbolicName(), "com_quorvex_tessel_build_json_controls");
   EXPECT_THAT(servicesOf(host, bundle), IsEmpty());
   bundle.Start();
   EXPECT_THAT(servicesOf(host, bundle), ElementsAreArray(productServices()));
-  EXPECT_THAT(host.context().GetServiceReferences<CodeElementBuilder>(), SizeIs(11));
-  EXPECT_THAT(host.context().GetServiceReferences<NodeBuilder>(), SizeIs(2));
+  EXPECT_THAT(host.context().GetServiceReferences<CodeElementBuilder>(),
+              SizeIs(countOf(kControlInterface)));
+  EXPECT_THAT(host.context().GetServiceReferences<NodeBuilder>(), SizeIs(countOf(kNodeInterface)));
   EXPECT_THAT(host.takeEvents(), IsEmpty());
 }
 
@@ -47,16 +47,17 @@ TEST(Wiring, EachNameStandsForItsClass) {
   for (std::size_t index = 0; index < builders.size(); ++index) {
     const Component& component = productComponents()[index];
     SCOPED_TRACE(component.service.component);
-    const auto records = recordsOf([&] { builders[index].canBuild(json("{}")); });
-    EXPECT_EQ(records, test_support::Records{component.recognitionText});
-
-    std::vector<std::string> claimants;
-    for (const auto& builder : builders) {
-      if (builder.canBuild(json(component.claims))) claimants.push_back(builder.name());
+    for (const contract::Sample& sample : contract::wholeObjects(*component.kind)) {
+      std::vector<std::string> claimants;
+      for (const auto& builder : builders) {
+        if (builder.canBuild(sample.json)) claimants.push_back(builder.name());
+      }
+      EXPECT_THAT(claimants, ::testing::ElementsAre(component.service.component));
+      EXPECT_EQ(contract::answerOf(builders[index], sample.json),
+                contract::expectedAnswer(*component.kind, sample.json));
+      EXPECT_EQ(contract::buildOf(builders[index], sample.json),
+                contract::expectedBuild(*component.kind, sample.json));
     }
-    EXPECT_THAT(claimants, ::testing::ElementsAre(component.service.component));
-    EXPECT_THAT(built(builders[index], component.claims),
-                ::testing::StartsWith(R"({"class":")" + component.nodeClass + '"'));
   }
 }
 
@@ -79,7 +80,7 @@ TEST(Wiring, OneInstanceServesAll) {
       instances.insert(first.get());
     }
   }
-  EXPECT_THAT(instances, SizeIs(13));
+  EXPECT_THAT(instances, SizeIs(productComponents().size()));
 }
 
 TEST(Wiring, HeaderIsGivenTheInlineBuilderAndNoStranger) {
@@ -94,7 +95,8 @@ TEST(Wiring, HeaderIsGivenTheInlineBuilderAndNoStranger) {
     if (row.strangersFirst) host.start("strangers");
     startProduct(host);
     if (!row.strangersFirst) host.start("strangers");
-    ASSERT_THAT(host.context().GetServiceReferences<NodeBuilder>(), SizeIs(5));
+    ASSERT_THAT(host.context().GetServiceReferences<NodeBuilder>(),
+                SizeIs(countOf(kNodeInterface) + 3));
 
     const auto header = serviceOf<NodeBuilder>(host, kHeader);
     ASSERT_TRUE(header);
@@ -233,15 +235,15 @@ TEST(Wiring, ADocumentIsBuiltByThePublishedServices) {
 
   const std::string position = R"("position":{"class":"document::gxzero::LumoControlPosition"})";
   const std::string data = "lumocode::contentmodel::gxzero::";
-  EXPECT_EQ(test_support::exportedRoots(model),
-            R"([{"class":"document::gxzero::LumoAppLineNode","anchorId":"M_t","children":[)" +
-                kEmptyInlineNode + "]}," +  //
-                R"({"class":"document::gxzero::ButtonNode","id":"b",)" + position +
-                R"(,"buttonData":{"class":")" + data + R"(ButtonData"}},)" +
-                R"({"class":"document::gxzero::StateButtonNode",)" + position +
-                R"(,"stateButtonData":{"class":")" + data + R"(StateButtonData"}},)" +
-                R"({"class":"document::gxzero::SpinnerNode",)" + position + "}," +
-                R"({"class":"document::gxzero::LumoAppLineNode","anchorId":""}])");
+  EXPECT_EQ(foundation::json::Value(contract::rootsOf(model)),
+            json(R"([{"class":"document::gxzero::LumoAppLineNode","anchorId":"M_t","children":[)" +
+                 kEmptyInlineNode + "]}," +  //
+                 R"({"class":"document::gxzero::ButtonNode","id":"b",)" + position +
+                 R"(,"buttonData":{"class":")" + data + R"(ButtonData"}},)" +
+                 R"({"class":"document::gxzero::StateButtonNode",)" + position +
+                 R"(,"stateButtonData":{"class":")" + data + R"(StateButtonData"}},)" +
+                 R"({"class":"document::gxzero::SpinnerNode",)" + position + "}," +
+                 R"({"class":"document::gxzero::LumoAppLineNode","anchorId":""}])"));
   std::vector<std::string> errors;
   for (const auto& error : result.errors) {
     errors.push_back(error.pointer + " " + error.builder + " " + stepName(error.step) + " " +

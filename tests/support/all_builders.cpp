@@ -1,33 +1,50 @@
 #include "support/all_builders.hpp"
 
 #include <memory>
+#include <stdexcept>
+#include <type_traits>
 
 #include "controls/control_builders.hpp"
 #include "widgets/task_builders.hpp"
 
 namespace test_support {
 
+namespace {
+
 using reference_host::importer::NamedBuilder;
 
+/// A component of the manifest.
+template <typename Class>
+struct Component {
+  using Implementation = Class;
+  std::string path;  ///< the qualified name of the class
+};
+
+template <typename Visit>
+void forEachComponent(const Visit& visit) {
+#include "manifest_components.inc"
+}
+
+}  // namespace
+
 const std::vector<BuilderService>& allBuilderServices() {
-  namespace controls = tessel::build::json::controls;
-  namespace widgets = tessel::build::json::widgets;
+  using Task = tessel::build::json::widgets::LumoTaskIntegratedInlineNodeBuilderImpl;
   static const std::vector<BuilderService> all = [] {
-    const auto task = std::make_shared<widgets::LumoTaskIntegratedInlineNodeBuilderImpl>();
-    return std::vector<BuilderService>{
-        {"ButtonBuilderImpl", std::make_shared<controls::ButtonBuilderImpl>()},
-        {"CheckBoxBuilderImpl", std::make_shared<controls::CheckBoxBuilderImpl>()},
-        {"ColorPickerBuilderImpl", std::make_shared<controls::ColorPickerBuilderImpl>()},
-        {"ComboboxBuilderImpl", std::make_shared<controls::ComboboxBuilderImpl>()},
-        {"DatePickerBuilderImpl", std::make_shared<controls::DatePickerBuilderImpl>()},
-        {"EditFieldBuilderImpl", std::make_shared<controls::EditFieldBuilderImpl>()},
-        {"FileBrowserBuilderImpl", std::make_shared<controls::FileBrowserBuilderImpl>()},
-        {"LumoTaskHeaderBuilderImpl", std::make_shared<widgets::LumoTaskHeaderBuilderImpl>(task)},
-        {"LumoTaskIntegratedInlineNodeBuilderImpl", task},
-        {"RangeSliderNodeBuilderImpl", std::make_shared<controls::RangeSliderNodeBuilderImpl>()},
-        {"SliderNodeBuilderImpl", std::make_shared<controls::SliderNodeBuilderImpl>()},
-        {"SpinnerNodeBuilderImpl", std::make_shared<controls::SpinnerNodeBuilderImpl>()},
-        {"StateButtonBuilderImpl", std::make_shared<controls::StateButtonBuilderImpl>()}};
+    const auto task = std::make_shared<Task>();
+    std::vector<BuilderService> services;
+    forEachComponent([&](const auto& component) {
+      using Class = typename std::decay_t<decltype(component)>::Implementation;
+      std::shared_ptr<Class> service;
+      if constexpr (std::is_same_v<Class, Task>) {
+        service = task;
+      } else if constexpr (std::is_default_constructible_v<Class>) {
+        service = std::make_shared<Class>();
+      } else {
+        service = std::make_shared<Class>(task);  // what the manifest's reference is bound to
+      }
+      services.push_back({component.path.substr(component.path.rfind(':') + 1), service});
+    });
+    return services;
   }();
   return all;
 }
@@ -41,6 +58,13 @@ const std::vector<NamedBuilder>& allBuilders() {
     return named;
   }();
   return all;
+}
+
+const NamedBuilder& builderOf(const std::string& name) {
+  for (const NamedBuilder& builder : allBuilders()) {
+    if (builder.name() == name) return builder;
+  }
+  throw std::invalid_argument("there is no builder " + name);
 }
 
 }  // namespace test_support

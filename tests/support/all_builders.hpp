@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The thirteen builders, without a service runtime around them.
+/// The manifest's builders, without a service runtime around them.
 
 #include <string>
 #include <vector>
@@ -20,5 +20,8 @@ const std::vector<BuilderService>& allBuilderServices();
 
 /// The same, as an import takes them.
 const std::vector<reference_host::importer::NamedBuilder>& allBuilders();
+
+/// @throws std::invalid_argument when there is none of the name.
+const reference_host::importer::NamedBuilder& builderOf(const std::string& name);
 
 }  // namespace test_support

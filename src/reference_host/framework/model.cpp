@@ -1,3 +1,4 @@
+#include <atomic>
 #include <cstddef>
 #include <limits>
 #include <stdexcept>
@@ -6,6 +7,12 @@
 #include "gx/zero.hpp"
 
 namespace gx::zero {
+
+namespace {
+
+std::atomic<std::size_t> liveModels{0};
+
+}  // namespace
 
 Model Model::create() {
   return Model(new Impl);
@@ -21,7 +28,17 @@ Model::~Model() {
   if (impl_ != nullptr) impl_->releaseHandle();
 }
 
-Model::Impl::~Impl() = default;
+Model::Impl::Impl() noexcept {
+  ++liveModels;
+}
+
+Model::Impl::~Impl() {
+  --liveModels;
+}
+
+std::size_t Model::Impl::getLiveCount() noexcept {
+  return liveModels;
+}
 
 std::vector<ModelElement> Model::Impl::getRoots() const {
   std::vector<ModelElement> roots;

@@ -1,95 +1,67 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
-#include <memory>
 #include <string>
-#include <vector>
 
-#include "control_kinds.hpp"
-#include "controls/control_builders.hpp"
-#include "support/control_fields.hpp"
-#include "support/json.hpp"
+#include "support/rows.hpp"
 
 namespace tessel::build::json::controls {
-
-using test_support::ControlKind;
-using test_support::expectRows;
-using test_support::FieldType;
-using test_support::json;
-using test_support::Recognition;
-using test_support::Records;
-using test_support::recordsOf;
-
-ControlKind datePickerKind() {
-  return {"DatePicker",
-          std::make_shared<DatePickerBuilderImpl>(),
-          Recognition::kHostClassName,
-          "DatePickerControlNode",
-          "Checking if can build DatePicker",
-          "Starting to build a DatePicker using the incoming JSON below",
-          "DatePickerNode",
-          "datePickerData",
-          "DatePickerData",
-          true,
-          // Meant: the record names the other picker's format.
-          {test_support::requiredText("displayFormat", "d.M.y", "Set the colorFormat property"),
-           test_support::defaultValueField(FieldType::kText, "1.2.2030", R"("1.2.2030")")},
-          {"displayFormat", "defaultValue"},
-          {}};
-}
-
 namespace {
 
-TEST(DatePickerBuilder, IsMeantToWriteSetTheColorFormatProperty) {
-  expectRows(datePickerKind(), {{"a display format and no default value",
-                                 R"({"displayFormat":"dd/MM"})",
-                                 R"(,"displayFormat":"dd/MM")",
-                                 "",
-                                 {"Set the colorFormat property"}}});
+using test_support::claimantsOf;
+using test_support::expectRows;
+using test_support::kDump;
+using test_support::Row;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+const std::string kBuilder = "DatePickerBuilderImpl";
+
+TEST(DatePickerBuilder, SetsItsFormatAndItsDefaultValue) {
+  expectRows(
+      kBuilder,
+      {Row("every key of its own")
+           .object(
+               R"({"className":"DatePickerControlNode","context":{"data":{"displayFormat":"dd.MM.yyyy",
+               "defaultValue":""}}})")
+           .asked("Checking if can build DatePicker")
+           .node(R"({"class":"document::gxzero::DatePickerNode",
+               "position":{"class":"document::gxzero::LumoControlPosition"},
+               "datePickerData":{"class":"lumocode::contentmodel::gxzero::DatePickerData",
+               "displayFormat":"dd.MM.yyyy","defaultValue":""}})")
+           // Irregular by contract: the format has this one record, whatever its key.
+           .records({"Starting to build a DatePicker using the incoming JSON below", kDump,
+                     "Found the context property", "Found the context.data property",
+                     "Set the colorFormat property", "Found the defaultValue property",
+                     "Set the defaultValue property"}),
+       Row("without a context nothing is read")
+           .object(R"({"className":"DatePickerControlNode","text":"x = 1"})")
+           .node(R"({"class":"document::gxzero::DatePickerNode",
+               "position":{"class":"document::gxzero::LumoControlPosition"},
+               "datePickerData":{"class":"lumocode::contentmodel::gxzero::DatePickerData"}})")
+           .records({"Starting to build a DatePicker using the incoming JSON below", kDump}),
+       Row("the format is required")
+           .data(R"({"defaultValue":"a"})")
+           .error("invalid conversion: undefined to string"),
+       Row("data that is a number: the host is asked for the format")
+           .data("7")
+           .error("invalid conversion: double to object"),
+       Row("the common fields come before a format that fails")
+           .data(R"({"text":"Shown","displayFormat":null})")
+           .record(R"({"label":"Shown"})")
+           .error("invalid conversion: null to string")
+           .records({"Found the label property", "Set the label property"}),
+       Row("a default value that is a number: the format stays")
+           .data(R"({"displayFormat":"dd.MM.yyyy","defaultValue":1})")
+           .record(R"({"displayFormat":"dd.MM.yyyy"})")
+           .error("invalid conversion: double to string")
+           .records({"Set the colorFormat property", "Found the defaultValue property"})});
 }
 
-TEST(DatePickerBuilder, BuildsEveryRow) {
-  expectRows(datePickerKind(),
-             {
-                 {"data that is a number: the host is asked for the format",
-                  "7",
-                  "",
-                  "invalid conversion: double to object",
-                  {}},
-                 {"what is no date passes through",
-                  R"({"displayFormat":"","defaultValue":"größe"})",
-                  R"(,"displayFormat":"","defaultValue":"größe")",
-                  "",
-                  {"Set the colorFormat property", "Found the defaultValue property",
-                   "Set the defaultValue property"}},
-                 {"empty default value",
-                  R"({"displayFormat":"y","defaultValue":""})",
-                  R"(,"displayFormat":"y","defaultValue":"")",
-                  "",
-                  {"Set the colorFormat property", "Found the defaultValue property",
-                   "Set the defaultValue property"}},
-                 {"the display format is required",
-                  R"({"defaultValue":"1.2.2030"})",
-                  "",
-                  "invalid conversion: undefined to string",
-                  {}},
-                 {"the format that the record names is no key",
-                  R"({"colorFormat":"y"})",
-                  "",
-                  "invalid conversion: undefined to string",
-                  {}},
-                 {"a default value that is a number",
-                  R"({"displayFormat":"y","defaultValue":2030})",
-                  R"(,"displayFormat":"y")",
-                  "invalid conversion: double to string",
-                  {"Set the colorFormat property", "Found the defaultValue property"}},
-             });
-}
-
-TEST(DatePickerBuilder, RefusesAListWithoutARecordOfItsOwn) {
-  bool answer = true;
-  EXPECT_EQ(recordsOf([&] { answer = DatePickerBuilderImpl().canBuild(json("[]")); }),
-            Records{"Checking if can build DatePicker"});
-  EXPECT_FALSE(answer);
+TEST(DatePickerBuilder, IsRecognisedByItsClassNameOnly) {
+  EXPECT_THAT(claimantsOf(R"({"className":"DatePickerControlNode","context":{"type":"button"}})"),
+              ElementsAre(kBuilder));
+  EXPECT_THAT(claimantsOf(R"({"className":"LumoControlNode","context":{"type":"datePicker"}})"),
+              IsEmpty());
 }
 
 }  // namespace

@@ -1,134 +1,77 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
-#include <memory>
 #include <string>
-#include <vector>
 
-#include "control_kinds.hpp"
-#include "controls/control_builders.hpp"
-#include "support/control_fields.hpp"
-#include "support/json.hpp"
+#include "support/rows.hpp"
 
 namespace tessel::build::json::controls {
-
-using test_support::buildWith;
-using test_support::ControlKind;
-using test_support::expectRows;
-using test_support::FieldType;
-using test_support::json;
-using test_support::Outcome;
-using test_support::outcomeOf;
-using test_support::Recognition;
-using test_support::Records;
-using test_support::recordsOf;
-
-ControlKind fileBrowserKind() {
-  return {"FileBrowser",
-          std::make_shared<FileBrowserBuilderImpl>(),
-          Recognition::kClassName,
-          "FileBrowserControlNode",
-          "Checking if can build FileBrowser",
-          "Starting to build a FileBrowser using the incoming JSON below",
-          "FileBrowserNode",
-          "fileBrowserData",
-          "FileBrowserData",
-          false,
-          {test_support::requiredText("browserType", "folder", "Set the browserType property"),
-           test_support::defaultValueField(FieldType::kText, "/data", R"("/data")")},
-          {"browserType", "defaultValue"},
-          {}};
-}
-
 namespace {
 
-TEST(FileBrowserBuilder, IsMeantToHaveNoGuards) {
-  const Records codeRecords = {"Found the code property", "Set the code property"};
-  struct Row {
-    const char* description;
-    Value value;
-    std::string record;
-    Records records;
-    std::string error = "invalid conversion: undefined to string";
+using test_support::claimantsOf;
+using test_support::expectRows;
+using test_support::kDump;
+using test_support::Row;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+const std::string kBuilder = "FileBrowserBuilderImpl";
+
+TEST(FileBrowserBuilder, HasNoGuardsByContract) {
+  const auto expectFailure = [](const char* description, const char* object,
+                                const std::string& error) {
+    Row(description)
+        .object(object)
+        .node(R"({"class":"document::gxzero::FileBrowserNode",
+            "position":{"class":"document::gxzero::LumoControlPosition"},
+            "fileBrowserData":{"class":"lumocode::contentmodel::gxzero::FileBrowserData",
+            "code":"x = 1"}})")
+        .error(error)
+        .records({"Starting to build a FileBrowser using the incoming JSON below", kDump,
+                  "Found the code property", "Set the code property"})
+        .expectOf(kBuilder);
   };
-  const Row rows[] = {
-      {"no context: the code was read all the same",
-       json(R"({"className":"FileBrowserControlNode","text":"x = 1"})"), R"(,"code":"x = 1")",
-       codeRecords},
-      {"no data", json(R"({"className":"FileBrowserControlNode","text":"x = 1","context":{}})"),
-       R"(,"code":"x = 1")", codeRecords},
-      {"a context that is text",
-       json(R"({"className":"FileBrowserControlNode","context":"x"})"),
-       "",
-       {},
-       "invalid conversion: string to object"},
-      {"data that is null",
-       json(R"({"className":"FileBrowserControlNode","context":{"data":null}})"),
-       "",
-       {},
-       "invalid conversion: null to object"},
-  };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.description);
-    EXPECT_EQ(buildWith(FileBrowserBuilderImpl(), row.value),
-              outcomeOf(fileBrowserKind(), row.value, row.record, row.error, row.records));
-  }
+  const std::string missing = "invalid conversion: undefined to string";
+  expectFailure("no context", R"({"text":"x = 1"})", missing);
+  expectFailure("no data", R"({"text":"x = 1","context":{}})", missing);
+  expectFailure("no browser type", R"({"text":"x = 1","context":{"data":{}}})", missing);
+  expectFailure("a context that is text", R"({"text":"x = 1","context":"data"})",
+                "invalid conversion: string to object");
+  expectFailure("data that is null", R"({"text":"x = 1","context":{"data":null}})",
+                "invalid conversion: null to object");
 }
 
-TEST(FileBrowserBuilder, FailsWhereAColourPickerBuilds) {
-  const auto withoutData = [](const ControlKind& kind) {
-    return json(R"({"className":")" + kind.word + R"(","context":{"other":{}}})");
-  };
-  const Outcome browser = buildWith(FileBrowserBuilderImpl(), withoutData(fileBrowserKind()));
-  EXPECT_EQ(browser.error, "invalid conversion: undefined to string");
-  const Outcome picker = buildWith(ColorPickerBuilderImpl(), withoutData(colorPickerKind()));
-  EXPECT_EQ(picker.error, "");
-  EXPECT_NE(picker.node, "");
+TEST(FileBrowserBuilder, SetsItsTypeAndItsDefaultValue) {
+  expectRows(kBuilder,
+             {Row("every key of its own")
+                  .object(R"({"className":"FileBrowserControlNode","context":{"data":{
+               "text":"Open","browserType":"file","defaultValue":"/data/a.txt"}}})")
+                  .asked("Checking if can build FileBrowser")
+                  .node(R"({"class":"document::gxzero::FileBrowserNode",
+               "position":{"class":"document::gxzero::LumoControlPosition"},
+               "fileBrowserData":{"class":"lumocode::contentmodel::gxzero::FileBrowserData",
+               "label":"Open","browserType":"file","defaultValue":"/data/a.txt"}})")
+                  .records({"Starting to build a FileBrowser using the incoming JSON below", kDump,
+                            "Found the label property", "Set the label property",
+                            "Set the browserType property", "Found the defaultValue property",
+                            "Set the defaultValue property"}),
+              Row("no default value")
+                  .data(R"({"browserType":""})")
+                  .record(R"({"browserType":""})")
+                  .records({"Set the browserType property"}),
+              Row("a type that is a number")
+                  .data(R"({"browserType":7})")
+                  .error("invalid conversion: double to string"),
+              Row("a default value that is null: the type stays")
+                  .data(R"({"browserType":"file","defaultValue":null})")
+                  .record(R"({"browserType":"file"})")
+                  .error("invalid conversion: null to string")
+                  .records({"Set the browserType property", "Found the defaultValue property"})});
 }
 
-// Neither "context" nor "data" has a record here.
-TEST(FileBrowserBuilder, BuildsEveryRow) {
-  expectRows(fileBrowserKind(),
-             {
-                 {"type and default value",
-                  R"({"browserType":"file","defaultValue":"/data/a.txt"})",
-                  R"(,"browserType":"file","defaultValue":"/data/a.txt")",
-                  "",
-                  {"Set the browserType property", "Found the defaultValue property",
-                   "Set the defaultValue property"}},
-                 {"no default value",
-                  R"({"browserType":"file"})",
-                  R"(,"browserType":"file")",
-                  "",
-                  {"Set the browserType property"}},
-                 {"empty texts",
-                  R"({"browserType":"","defaultValue":""})",
-                  R"(,"browserType":"","defaultValue":"")",
-                  "",
-                  {"Set the browserType property", "Found the defaultValue property",
-                   "Set the defaultValue property"}},
-                 {"the common fields come first",
-                  R"({"text":"Open","browserType":7})",
-                  R"(,"label":"Open")",
-                  "invalid conversion: double to string",
-                  {"Found the label property", "Set the label property"}},
-                 {"the type is required",
-                  R"({"defaultValue":"/data"})",
-                  "",
-                  "invalid conversion: undefined to string",
-                  {}},
-                 {"a default value that is null: the type stays",
-                  R"({"browserType":"file","defaultValue":null})",
-                  R"(,"browserType":"file")",
-                  "invalid conversion: null to string",
-                  {"Set the browserType property", "Found the defaultValue property"}},
-             });
-}
-
-TEST(FileBrowserBuilder, RefusesAListWithARecord) {
-  bool answer = true;
-  EXPECT_EQ(recordsOf([&] { answer = FileBrowserBuilderImpl().canBuild(json("[]")); }),
-            (Records{"Checking if can build FileBrowser", "Incoming JSON was not an Object"}));
-  EXPECT_FALSE(answer);
+TEST(FileBrowserBuilder, IsRecognisedByItsClassNameOnly) {
+  EXPECT_THAT(claimantsOf(R"({"className":"FileBrowserControlNode"})"), ElementsAre(kBuilder));
+  EXPECT_THAT(claimantsOf(R"({"className":"LumoControlNode","context":{"type":"fileBrowser"}})"),
+              IsEmpty());
 }
 
 }  // namespace

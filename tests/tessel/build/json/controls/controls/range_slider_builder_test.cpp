@@ -1,86 +1,61 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
-#include <memory>
 #include <string>
-#include <vector>
 
-#include "control_kinds.hpp"
-#include "controls/control_builders.hpp"
-#include "support/control_fields.hpp"
-#include "support/json.hpp"
+#include "support/rows.hpp"
 
 namespace tessel::build::json::controls {
-
-using test_support::ControlKind;
-using test_support::expectRows;
-using test_support::FieldType;
-using test_support::json;
-using test_support::Recognition;
-
-ControlKind rangeSliderKind() {
-  return {
-      "RangeSlider",
-      std::make_shared<RangeSliderNodeBuilderImpl>(),
-      Recognition::kClassName,
-      "RangeSliderControlNode",
-      "Checking if can build RangeSliderNode",
-      "Starting to build a RangeSliderNode using the incoming JSON below",
-      "RangeSliderNode",
-      "rangeSliderData",
-      "RangeSliderData",
-      true,
-      test_support::with(test_support::numericFields(),
-                         test_support::defaultValueField(FieldType::kText, "[1 4]", R"("[1 4]")")),
-      test_support::numericProperties(),
-      {}};
-}
-
 namespace {
 
-using Names = std::vector<std::string>;
+using test_support::claimantsOf;
+using test_support::expectRows;
+using test_support::kDump;
+using test_support::Row;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
-TEST(RangeSliderBuilder, ItsDefaultValueIsMeantToBeText) {
+const std::string kBuilder = "RangeSliderNodeBuilderImpl";
+
+TEST(RangeSliderBuilder, ItsDefaultValueIsTextByContract) {
   expectRows(
-      rangeSliderKind(),
-      {
-          {"text is stored unchanged",
-           R"({"defaultValue":"[2 8]"})",
-           R"(,"defaultValue":"[2 8]")",
-           "",
-           {"Found the defaultValue property", "Set the defaultValue property"}},
-          {"text that is no range is stored unchanged",
-           R"({"defaultValue":" 8..2 "})",
-           R"(,"defaultValue":" 8..2 ")",
-           "",
-           {"Found the defaultValue property", "Set the defaultValue property"}},
-          {"a number is an error, after every numeric field was set",
-           R"({"defaultValue":2,"executionOn":"drag","minimum":0,"maximum":10,"step":1,
+      kBuilder,
+      {Row("text is stored unchanged")
+           .object(R"({"className":"RangeSliderControlNode","context":{"data":{
+               "defaultValue":" [2 8]"}}})")
+           .asked("Checking if can build RangeSliderNode")
+           .node(R"({"class":"document::gxzero::RangeSliderNode",
+               "position":{"class":"document::gxzero::LumoControlPosition"},
+               "rangeSliderData":{"class":"lumocode::contentmodel::gxzero::RangeSliderData",
+               "defaultValue":" [2 8]"}})")
+           .records({"Starting to build a RangeSliderNode using the incoming JSON below", kDump,
+                     "Found the context property", "Found the context.data property",
+                     "Found the defaultValue property", "Set the defaultValue property"}),
+       Row("a number is an error, after every numeric field was set")
+           .data(R"({"defaultValue":2,"executionOn":"drag","minimum":0,"maximum":10,"step":1,
                "defaultValueLinkedVariable":"d","minLinkedVariable":"lo",
-               "maxLinkedVariable":"hi","stepLinkedVariable":"by"})",
-           R"(,"executeOn":"drag","min":0,"max":10,"step":1,"defaultLinkedVariable":"d")"
-           R"(,"minimumLinkedVariable":"lo","maximumLinkedVariable":"hi")"
-           R"(,"stepLinkedVariable":"by")",
-           "invalid conversion: double to string",
-           {"Found the executionOn property", "Set the executionOn property",
-            "Found the min property", "Set the min property", "Found the max property",
-            "Set the max property", "Found the step property", "Set the step property",
-            "Found the defaultValueLinkedVariable property",
-            "Set the defaultValueLinkedVariable property", "Found the minLinkedVariable property",
-            "Set the minLinkedVariable property", "Found the maxLinkedVariable property",
-            "Found the maxLinkedVariable property", "Found the stepLinkedVariable property",
-            "Set the stepLinkedVariable property", "Found the defaultValue property"}},
-          {"a list of two numbers is an error",
-           R"({"defaultValue":[2,8]})",
-           "",
-           "invalid conversion: array to string",
-           {"Found the defaultValue property"}},
-      });
+               "maxLinkedVariable":"hi","stepLinkedVariable":"by"})")
+           .record(R"({"executeOn":"drag","min":0,"max":10,"step":1,"defaultLinkedVariable":"d",
+               "minimumLinkedVariable":"lo","maximumLinkedVariable":"hi",
+               "stepLinkedVariable":"by"})")
+           .error("invalid conversion: double to string")
+           .records({"Found the executionOn property", "Set the executionOn property",
+                     "Found the min property", "Set the min property", "Found the max property",
+                     "Set the max property", "Found the step property", "Set the step property",
+                     "Found the defaultValueLinkedVariable property",
+                     "Set the defaultValueLinkedVariable property",
+                     "Found the minLinkedVariable property", "Set the minLinkedVariable property",
+                     "Found the maxLinkedVariable property", "Found the maxLinkedVariable property",
+                     "Found the stepLinkedVariable property", "Set the stepLinkedVariable property",
+                     "Found the defaultValue property"}),
+       Row("a list of two numbers is an error")
+           .data(R"({"defaultValue":[2,8]})")
+           .error("invalid conversion: array to string")
+           .records({"Found the defaultValue property"})});
 }
 
 TEST(RangeSliderBuilder, IsRecognisedByItsClassNameOnly) {
-  EXPECT_EQ(claimantsOf(json(R"({"className":"RangeSliderControlNode"})")), Names{"RangeSlider"});
-  EXPECT_EQ(claimantsOf(json(R"({"className":"rangeSlider"})")), Names{});
-  EXPECT_EQ(claimantsOf(json(R"({"className":"RangeSliderNode"})")), Names{});
+  EXPECT_THAT(claimantsOf(R"({"className":"RangeSliderControlNode"})"), ElementsAre(kBuilder));
+  EXPECT_THAT(claimantsOf(R"({"className":"rangeSlider"})"), IsEmpty());
 }
 
 }  // namespace

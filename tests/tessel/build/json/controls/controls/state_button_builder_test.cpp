@@ -1,93 +1,58 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
-#include <memory>
 #include <string>
-#include <vector>
 
-#include "control_kinds.hpp"
-#include "controls/control_builders.hpp"
-#include "support/control_fields.hpp"
-#include "support/json.hpp"
+#include "support/rows.hpp"
 
 namespace tessel::build::json::controls {
-
-using test_support::buildWith;
-using test_support::ControlKind;
-using test_support::expectRows;
-using test_support::json;
-using test_support::outcomeOf;
-using test_support::Recognition;
-
-ControlKind stateButtonKind() {
-  return {"StateButton",
-          std::make_shared<StateButtonBuilderImpl>(),
-          Recognition::kClassName,
-          "StateButtonControlNode",
-          "Checking if can build StateButton",
-          "Starting to build a StateButton using the incoming JSON below",
-          "StateButtonNode",
-          "stateButtonData",
-          "StateButtonData",
-          true,
-          test_support::booleanFields(),
-          test_support::booleanProperties(),
-          {}};
-}
-
 namespace {
 
-using Names = std::vector<std::string>;
+using test_support::claimantsOf;
+using test_support::expectRows;
+using test_support::kDump;
+using test_support::Row;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
-TEST(StateButtonBuilder, BuildsWithIdAndPositionOnlyWhereThereIsNoContext) {
-  const Value bare = json(R"({"className":"StateButtonControlNode"})");
-  EXPECT_EQ(claimantsOf(bare), Names{"StateButton"});
-  EXPECT_EQ(buildWith(StateButtonBuilderImpl(), bare),
-            outcomeOf(stateButtonKind(), bare, "", "", {}));
+const std::string kBuilder = "StateButtonBuilderImpl";
 
-  // Meant: the code is not read either.
-  const Value withCode = json(R"({"className":"StateButtonControlNode","text":"x = 1"})");
-  EXPECT_EQ(buildWith(StateButtonBuilderImpl(), withCode),
-            outcomeOf(stateButtonKind(), withCode, "", "", {}));
+TEST(StateButtonBuilder, SetsItsFieldsInReadingOrder) {
+  expectRows(
+      kBuilder,
+      {Row("every key of its own")
+           .object(R"({"className":"StateButtonControlNode","context":{"data":{
+               "defaultValue":false,"defaultValueLinkedVariable":""}}})")
+           .asked("Checking if can build StateButton")
+           .node(R"({"class":"document::gxzero::StateButtonNode",
+               "position":{"class":"document::gxzero::LumoControlPosition"},
+               "stateButtonData":{"class":"lumocode::contentmodel::gxzero::StateButtonData",
+               "defaultValue":false,"defaultLinkedVariable":""}})")
+           .records({"Starting to build a StateButton using the incoming JSON below", kDump,
+                     "Found the context property", "Found the context.data property",
+                     "Found the defaultValue property", "Set the defaultValue property",
+                     "Found the defaultValueLinkedVariable property",
+                     "Set the defaultValueLinkedVariable property"}),
+       Row("without a context nothing is read, not even the code")
+           .object(R"({"className":"StateButtonControlNode","text":"x = 1"})")
+           .asked("Checking if can build StateButton")
+           .node(R"({"class":"document::gxzero::StateButtonNode",
+               "position":{"class":"document::gxzero::LumoControlPosition"},
+               "stateButtonData":{"class":"lumocode::contentmodel::gxzero::StateButtonData"}})")
+           .records({"Starting to build a StateButton using the incoming JSON below", kDump}),
+       Row("0 is no flag")
+           .data(R"({"defaultValue":0})")
+           .error("invalid conversion: double to bool")
+           .records({"Found the defaultValue property"})});
 }
 
-TEST(StateButtonBuilder, BuildsEveryRow) {
-  expectRows(stateButtonKind(),
-             {
-                 {"true",
-                  R"({"defaultValue":true})",
-                  R"(,"defaultValue":true)",
-                  "",
-                  {"Found the defaultValue property", "Set the defaultValue property"}},
-                 {"0 is no flag",
-                  R"({"defaultValue":0})",
-                  "",
-                  "invalid conversion: double to bool",
-                  {"Found the defaultValue property"}},
-                 {"empty linked variable",
-                  R"({"defaultValueLinkedVariable":""})",
-                  R"(,"defaultLinkedVariable":"")",
-                  "",
-                  {"Found the defaultValueLinkedVariable property",
-                   "Set the defaultValueLinkedVariable property"}},
-             });
-}
-
-TEST(StateButtonBuilder, IsMeantNeverToBeRecognisedByATypeWord) {
-  for (const char* word : {"stateButton", "StateButton", "statebutton", "StateButtonControlNode"}) {
-    SCOPED_TRACE(word);
-    const std::string context = R"("context":{"type":")" + std::string(word) + R"("})";
-    EXPECT_EQ(claimantsOf(json(R"({"className":"LumoControlNode",)" + context + "}")), Names{});
-  }
-}
-
-TEST(StateButtonBuilder, ItsContextIsNotLookedAtInRecognition) {
-  for (const char* context : {"7", "null", "{}", R"({"type":"checkBox"})", R"({"type":3})",
-                              R"({"data":{"defaultValue":true}})"}) {
-    SCOPED_TRACE(context);
-    const Value control =
-        json(R"({"className":"StateButtonControlNode","context":)" + std::string(context) + "}");
-    EXPECT_EQ(claimantsOf(control), Names{"StateButton"});
-  }
+TEST(StateButtonBuilder, GoesByItsClassNameAndLooksAtNoContext) {
+  EXPECT_THAT(claimantsOf(R"({"className":"StateButtonControlNode","context":7})"),
+              ElementsAre(kBuilder));
+  EXPECT_THAT(
+      claimantsOf(R"({"className":"StateButtonControlNode","context":{"type":"checkBox"}})"),
+      ElementsAre(kBuilder));
+  EXPECT_THAT(claimantsOf(R"({"className":"LumoControlNode","context":{"type":"stateButton"}})"),
+              IsEmpty());
 }
 
 }  // namespace

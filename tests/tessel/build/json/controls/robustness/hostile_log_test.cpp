@@ -26,15 +26,16 @@
 
 #include "reference_host/logging/log_capture.hpp"
 #include "sample_builds.hpp"
+#include "support/records.hpp"
 #include "tessel/shared/logging.hpp"
 
 namespace tessel::build::json::controls {
 namespace {
 
+using contract::buildOf;
+using contract::Outcome;
+using contract::Records;
 using reference_host::logging::LogCapture;
-using test_support::buildWith;
-using test_support::Outcome;
-using test_support::Records;
 using test_support::recordsOf;
 
 /// How often a log misbehaved.
@@ -209,6 +210,15 @@ const HostileLog kHostileLogs[] = {
      Left::kAll},
 };
 
+TEST(Among, SomeOfTheRecordsAreToldFromOthers) {
+  const Records all = {"a", "b", "a", "c"};
+  EXPECT_TRUE(areAmong({}, all));
+  EXPECT_TRUE(areAmong(all, all));
+  EXPECT_TRUE(areAmong({"a", "a"}, all));
+  EXPECT_FALSE(areAmong({"c", "a"}, all));
+  EXPECT_FALSE(areAmong({"a", "a", "a"}, all));
+}
+
 class EveryBuildTest : public testing::TestWithParam<HostileLog> {};
 
 INSTANTIATE_TEST_SUITE_P(HostileLogs, EveryBuildTest, testing::ValuesIn(kHostileLogs),
@@ -235,7 +245,7 @@ void expectSameUnder(const HostileLog& log, const SampleBuild& sample) {
     const LogCapture before;
     const Installed installed = log.install();
     recognition = recordsOf([&] { claimed = sample.builder.canBuild(sample.json); });
-    outcome = buildWith(sample.builder, sample.json);
+    outcome = buildOf(sample.builder, sample.json);
   }
   EXPECT_GT(misbehaved, 0U);
   EXPECT_TRUE(claimed);
@@ -250,7 +260,7 @@ TEST_P(EveryBuildTest, ComesOutAsWithoutTheLog) {
     SCOPED_TRACE(sample.name);
     expectSameUnder(GetParam(), sample);
     // Of what went wrong nothing stays.
-    EXPECT_EQ(buildWith(sample.builder, sample.json), sample.expected);
+    EXPECT_EQ(buildOf(sample.builder, sample.json), sample.expected);
   }
 }
 
@@ -272,7 +282,7 @@ TEST(FlippedLevel, EndsTheRecordsOfABuildWhereItIsCleared) {
         if (++opened == last) levels() &= ~kDiagnosticLevel;
         return 0;
       });
-      EXPECT_EQ(buildWith(sample.builder, sample.json), expected);
+      EXPECT_EQ(buildOf(sample.builder, sample.json), expected);
       EXPECT_EQ(opened, last);
     }
   }
@@ -286,7 +296,7 @@ TEST(FlippedLevel, OfOtherSeveritiesLosesNoRecord) {
       levels() ^= ~kDiagnosticLevel;
       return 0;
     });
-    EXPECT_EQ(buildWith(sample.builder, sample.json), sample.expected);
+    EXPECT_EQ(buildOf(sample.builder, sample.json), sample.expected);
     levels() = before;
   }
 }
@@ -319,7 +329,7 @@ TEST(FlippedLevel, ByAnotherThreadLosesRecordsAndNothingElse) {
           recordsOf([&] { claimed = sample.builder.canBuild(sample.json); });
       EXPECT_TRUE(claimed);
       EXPECT_TRUE(areAmong(recognition, sample.recognition));
-      Outcome outcome = buildWith(sample.builder, sample.json);
+      Outcome outcome = buildOf(sample.builder, sample.json);
       EXPECT_TRUE(areAmong(outcome.records, sample.expected.records));
       written += outcome.records.size();
       lost += sample.expected.records.size() - outcome.records.size();

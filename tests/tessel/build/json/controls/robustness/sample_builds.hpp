@@ -1,27 +1,26 @@
 #pragma once
 
 /// @file
-/// Every kind of builder with objects of its own, for what has to hold whatever the kind: what
-/// a hostile log, a full memory or another thread does must not depend on it.
+/// Builds of every kind that go through and ones that fail, with what they come to by contract:
+/// what a hostile log, a full memory or another thread does must not depend on it.
 
 #include <ostream>
 #include <string>
 #include <vector>
 
+#include "contract/outcome.hpp"
 #include "foundation/json.hpp"
 #include "reference_host/importer/importer.hpp"
-#include "support/build_outcome.hpp"
-#include "support/records.hpp"
 
 namespace tessel::build::json::controls {
 
 /// A builder, an object that it claims, and what it has to make of the object.
 struct SampleBuild {
-  std::string name;
+  std::string name;  ///< letters and digits
   reference_host::importer::NamedBuilder builder;
   foundation::json::Value json;
-  test_support::Records recognition;  ///< the records of `canBuild`
-  test_support::Outcome expected;     ///< of `build`
+  contract::Records recognition;  ///< the records of `canBuild`
+  contract::Outcome expected;     ///< of `build`
   /// Whether the host's class name test recognises the object; it takes a text of its own.
   bool recognizedByHost;
 
@@ -30,17 +29,15 @@ struct SampleBuild {
   }
 };
 
-/// All thirteen kinds, each with every field and with texts that need memory of their own; the edit
-/// field with both types of default value, the task header with children.
+/// All kinds, each with every field and with texts that need memory of their own.
 std::vector<SampleBuild> successfulSamples();
-
-/// The same kinds, each failing with the conversion error at the last thing that it reads.
-std::vector<SampleBuild> failingSamples();
-
-/// Both.
+/// These, and the same failing with the conversion error at the last thing that they read.
 std::vector<SampleBuild> allSamples();
 
+/// The first one of a builder.
+const SampleBuild& sampleOf(const std::string& builder);
+
 /// Whether records are some of others, each whole, and in their order.
-bool areAmong(const test_support::Records& records, const test_support::Records& all);
+bool areAmong(const contract::Records& records, const contract::Records& all);
 
 }  // namespace tessel::build::json::controls

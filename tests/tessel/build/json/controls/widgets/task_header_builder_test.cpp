@@ -1,200 +1,239 @@
 #include <gmock/gmock.h>
 
-#include <array>
 #include <cstddef>
+#include <exception>
 #include <memory>
-#include <new>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
-#include "support/allocation_count.hpp"
-#include "support/build_outcome.hpp"
-#include "support/control_kind.hpp"
+#include "contract/outcome.hpp"
 #include "support/json.hpp"
-#include "support/records.hpp"
+#include "support/rows.hpp"
 #include "support/scripted_node_builder.hpp"
-#include "support/task_case.hpp"
 #include "widgets/task_builders.hpp"
 
 namespace tessel::build::json::widgets {
 namespace {
 
-using test_support::alternativesExcept;
-using test_support::buildWith;
-using test_support::exportedLine;
+using contract::Outcome;
+using test_support::claimantsOf;
+using test_support::expectRows;
 using test_support::json;
-using test_support::Outcome;
-using test_support::Records;
-using test_support::recordsOf;
+using test_support::Row;
 using test_support::ScriptedNodeBuilder;
-using test_support::TaskCase;
+using Strings = std::vector<std::string>;
 
-const std::string kChecking = "Checking if can build LumoAppLineNode";
+const std::string kBuilder = "LumoTaskHeaderBuilderImpl";
 const std::string kStart = "Starting to build a LumoAppLineNode";
 const std::string kAnchor = "Building the anchorId for the LumoAppLineNode";
 const std::string kFinish = "Finished building the LumoAppLineNode";
 
-/// The builder with the children's builder that it has in the product.
-LumoTaskHeaderBuilderImpl headerBuilder() {
-  return LumoTaskHeaderBuilderImpl(std::make_shared<LumoTaskIntegratedInlineNodeBuilderImpl>());
+/// A header line as exported, with lines as its children.
+Value line(const std::string& anchor, const Strings& children = {}) {
+  Value::Object members{{"class", "document::gxzero::LumoAppLineNode"}, {"anchorId", anchor}};
+  Value::Array lines;
+  for (const std::string& child : children) lines.push_back(line(child));
+  if (!lines.empty()) members["children"] = lines;
+  return members;
 }
 
-TEST(TaskHeaderRecognition, IsTheHostsClassNameTest) {
-  struct Row {
-    std::string description;
-    Value value;
-    bool expected;
+TEST(TaskHeaderBuilder, OffersEachChildToTheInlineBuilder) {
+  const std::string start = R"({"className":"LumoAppLineNode","anchorId":"a","children":)";
+  const std::string node = R"({"class":"document::gxzero::LumoAppLineNode","anchorId":"M_a")";
+  const std::string task = R"({"class":"document::gxzero::LumoAppIntegratedInlineNode","id":"t",
+      "lumoTaskData":{"class":"lumocode::contentmodel::gxzero::LumoTaskData","taskId":"",
+      "appIdentifier":"","view":"","collapsed":"","appVariables":"","appVariablesUserMap":"",
+      "executionModel":"","appState":"","autoRun":"","text":"","numCodeLines":0}})";
+  const std::string asked = "Checking if can build LumoAppIntegratedInline";
+  expectRows(
+      kBuilder,
+      {Row("no children")
+           .object(start + "[]}")
+           .asked("Checking if can build LumoAppLineNode")
+           .node(node + "}")
+           .records({"Starting to build a LumoAppLineNode",
+                     "Building the anchorId for the LumoAppLineNode",
+                     "Finished building the LumoAppLineNode"}),
+       Row("a text and a number are dropped, a task is built")
+           .object(start + R"([{"className":"TextNode"},7,
+               {"className":"LumoAppIntegratedInlineNode","instanceId":"t"}]})")
+           .node(node + R"(,"children":[)" + task + "]}")
+           .records({kStart, kAnchor, asked, asked, "Incoming JSON was not an Object", asked,
+                     "Starting to build a LumoAppIntegratedNode", "Setting the instanceId property",
+                     "Finished building a LumoAppIntegratedNode", kFinish}),
+       Row("a task that fails stays a root; nothing after it is tried")
+           .object(start + R"([{"className":"LumoAppIntegratedInlineNode","instanceId":"t"},
+               {"className":"LumoAppIntegratedInlineNode","numOfCodeLines":"12"},
+               {"className":"LumoAppIntegratedInlineNode"}]})")
+           .node(node + R"(,"children":[)" + task + "]}")
+           .stray(R"({"class":"document::gxzero::LumoAppIntegratedInlineNode","id":""})")
+           .error("invalid conversion: string to double")
+           .records({kStart, kAnchor, asked, "Starting to build a LumoAppIntegratedNode",
+                     "Setting the instanceId property", "Finished building a LumoAppIntegratedNode",
+                     asked, "Starting to build a LumoAppIntegratedNode",
+                     "Setting the numOfCodeLines property"}),
+       Row("a child that cannot be asked")
+           .object(start + R"([{"className":7}]})")
+           .node(node + "}")
+           .error("invalid conversion: double to string")
+           .records({kStart, kAnchor, asked}),
+       Row("children that are no array")
+           .object(start + "{}}")
+           .node(node + "}")
+           .error("invalid conversion: object to array")
+           .records({kStart, kAnchor}),
+       Row("neither children nor anchor")
+           .object(R"({"className":"LumoAppLineNode"})")
+           .node(R"({"class":"document::gxzero::LumoAppLineNode","anchorId":""})")
+           .error("invalid conversion: undefined to array")
+           .records({kStart, kAnchor})});
+}
+
+TEST(TaskHeaderBuilder, GoesByTheHostsClassNameTest) {
+  EXPECT_THAT(claimantsOf(R"({"className":"LumoAppLineNode","children":7})"),
+              ::testing::ElementsAre(kBuilder));
+  EXPECT_THAT(claimantsOf(R"({"className":"LumoAppLineNodes"})"), ::testing::IsEmpty());
+  EXPECT_THAT(claimantsOf(R"({"children":[]})"), ::testing::IsEmpty());
+}
+
+TEST(TaskHeaderBuilder, DoesAsItsChildrensBuilderSays) {
+  struct Script {
+    const char* description;
+    Strings script;    // a word for each child
+    Strings calls;     // of the children's builder
+    Strings appended;  // anchors
+    std::string error;
+    Strings strays;  // anchors of further roots
+    std::size_t operations;
   };
-  std::vector<Row> rows = {
-      {"its class name", json(R"({"className":"LumoAppLineNode"})"), true},
-      {"its class name, with what a build would fail for",
-       json(R"({"className":"LumoAppLineNode","children":7})"), true},
-      {"the inline node's", json(R"({"className":"LumoAppIntegratedInlineNode"})"), false},
-      {"with a character added", json(R"({"className":"LumoAppLineNodes"})"), false},
-      {"first letter in lower case", json(R"({"className":"lumoAppLineNode"})"), false},
-      {"space behind", json(R"({"className":"LumoAppLineNode "})"), false},
-      {"no class name", json(R"({"children":[]})"), false},
-      {"empty object", json("{}"), false},
-      {"the class name itself", Value("LumoAppLineNode"), false},
+  const Script rows[] = {
+      {"all declined", {"no", "no"}, {"canBuild no", "canBuild no"}, {}, "", {}, 0},
+      {"declined ones leave no trace",
+       {"no", "node a", "no", "node b"},
+       {"canBuild no", "canBuild node a", "build node a", "canBuild no", "canBuild node b",
+        "build node b"},
+       {"a", "b"},
+       "",
+       {},
+       2},
+      {"empty ones are passed over in silence",
+       {"empty", "node a", "empty"},
+       {"canBuild empty", "build empty", "canBuild node a", "build node a", "canBuild empty",
+        "build empty"},
+       {"a"},
+       "",
+       {},
+       1},
+      {"a node that is there already stays where it is",
+       {"node a", "node b", "first", "node c"},
+       {"canBuild node a", "build node a", "canBuild node b", "build node b", "canBuild first",
+        "build first", "canBuild node c", "build node c"},
+       {"a", "b", "c"},
+       "",
+       {},
+       3},
+      {"asking fails",
+       {"node a", "throw asked", "node b"},
+       {"canBuild node a", "build node a", "canBuild throw asked"},
+       {"a"},
+       "asked",
+       {},
+       1},
+      {"asking for the first one fails",
+       {"throw asked"},
+       {"canBuild throw asked"},
+       {},
+       "asked",
+       {},
+       0},
+      {"building fails half-way",
+       {"node a", "half h", "node b"},
+       {"canBuild node a", "build node a", "canBuild half h", "build half h"},
+       {"a"},
+       "half h",
+       {"h"},
+       1},
+      {"a node of another model",
+       {"node a", "foreign", "node b"},
+       {"canBuild node a", "build node a", "canBuild foreign", "build foreign"},
+       {"a"},
+       "the element belongs to another model",
+       {},
+       1},
+      {"the line itself: the insertion is undone",
+       {"node a", "line", "node b"},
+       {"canBuild node a", "build node a", "canBuild line", "build line"},
+       {"a"},
+       "an element cannot contain itself",
+       {},
+       2},
   };
-  for (const auto& other : alternativesExcept("object")) {
-    rows.push_back({"no object: " + other.name, other.value, false});
-  }
-  for (const auto& other : alternativesExcept("string")) {
-    rows.push_back({"class name that is no text: " + other.name,
-                    Value(Value::Object{{"className", other.value}}), false});
-  }
-  const auto children = std::make_shared<ScriptedNodeBuilder>();
-  const LumoTaskHeaderBuilderImpl builder(children);
-  for (const Row& row : rows) {
+  for (const Script& row : rows) {
     SCOPED_TRACE(row.description);
-    const Value before = row.value;
-    bool answer = !row.expected;
-    EXPECT_EQ(recordsOf([&] { answer = builder.canBuild(row.value); }), Records{kChecking});
-    EXPECT_EQ(answer, row.expected);
-    EXPECT_EQ(row.value, before);
-  }
-  EXPECT_THAT(children->takeCalls(), ::testing::IsEmpty());
-}
+    const auto children = std::make_shared<ScriptedNodeBuilder>();
+    const LumoTaskHeaderBuilderImpl builder(children);
+    const Value value(Value::Object{
+        {"anchorId", "M_1"}, {"children", Value::Array(row.script.begin(), row.script.end())}});
+    Outcome expected;
+    expected.error = row.error;
+    expected.records = {kStart, kAnchor};
+    if (row.error.empty()) expected.records.push_back(kFinish);
+    expected.roots = {line("M_1", row.appended)};
+    for (const std::string& anchor : row.strays) expected.roots.push_back(line(anchor));
+    Outcome actual = contract::buildOf(builder, value);
+    actual.created.clear();
+    EXPECT_EQ(actual, expected);
+    EXPECT_EQ(children->takeCalls(), row.calls);
+    EXPECT_EQ(children->heldForeignElements(), 0U);
 
-TEST(TaskHeaderBuild, SetsTheAnchorWhateverItIs) {
-  struct Row {
-    std::string description;
-    Value anchorId;
-    std::string exported;
-  };
-  std::vector<Row> rows = {
-      {"gets the prefix", "a1", R"("M_a1")"},
-      {"has the prefix", "M_a1", R"("M_a1")"},
-      {"has the prefix twice", "M_M_a1", R"("M_M_a1")"},
-      {"is the prefix", "M_", R"("M_")"},
-      {"is half the prefix", "M", R"("M_M")"},
-      {"has the prefix in another case", "m_a1", R"("M_m_a1")"},
-      {"has the prefix further on", "xM_a1", R"("M_xM_a1")"},
-      {"empty", "", R"("M_")"},
-      {"not ASCII", "Größe \xF0\x9F\x9A\x80", "\"M_Größe \xF0\x9F\x9A\x80\""},
-  };
-  for (const auto& other : alternativesExcept("string")) {
-    rows.push_back({"no text: " + other.name, other.value, R"("")"});
-  }
-  const LumoTaskHeaderBuilderImpl builder = headerBuilder();
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.description);
-    const Value value(Value::Object{{"className", "LumoAppLineNode"},
-                                    {"anchorId", row.anchorId},
-                                    {"children", Value::Array()}});
-    const std::string built = exportedLine(row.exported);
-    EXPECT_EQ(buildWith(builder, value),
-              (Outcome{built, "", "[" + built + "]", {kStart, kAnchor, kFinish}}));
-  }
-  const std::string unnamed = exportedLine(R"("")");
-  EXPECT_EQ(buildWith(builder, json(R"({"children":[]})")),
-            (Outcome{unnamed, "", "[" + unnamed + "]", {kStart, kAnchor, kFinish}}))
-      << "no anchor";
-}
-
-TEST(TaskHeaderBuild, FailsWithoutAnArrayOfChildren) {
-  struct Row {
-    std::string description;
-    Value value;
-    std::string held;
-    std::string anchor;
-  };
-  std::vector<Row> rows = {
-      {"no children", json(R"({"className":"LumoAppLineNode","anchorId":"a"})"), "undefined",
-       R"("M_a")"},
-      {"children in another spelling", json(R"({"Children":[],"child":[]})"), "undefined", R"("")"},
-      {"children further down", json(R"({"context":{"children":[]}})"), "undefined", R"("")"},
-  };
-  for (const auto& other : alternativesExcept("array")) {
-    rows.push_back({"children of type " + other.name,
-                    Value(Value::Object{{"anchorId", "a"}, {"children", other.value}}), other.name,
-                    R"("M_a")"});
-  }
-  for (const auto& other : alternativesExcept("object")) {
-    rows.push_back({"the header is no object: " + other.name, other.value, "undefined", R"("")"});
-  }
-  const auto children = std::make_shared<ScriptedNodeBuilder>();
-  const LumoTaskHeaderBuilderImpl builder(children);
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.description);
-    EXPECT_EQ(buildWith(builder, row.value),
-              (Outcome{"",
-                       "invalid conversion: " + row.held + " to array",
-                       "[" + exportedLine(row.anchor) + "]",
-                       {kStart, kAnchor}}));
-  }
-  EXPECT_THAT(children->takeCalls(), ::testing::IsEmpty());
-}
-
-TEST(TaskHeaderBuild, ReleasesItsHandlesWhereverMemoryEnds) {
-  const Value value(Value::Object{
-      {"anchorId", "a"},
-      {"children", Value::Array{TaskCase().giveAll().json(), TaskCase().give(0).json()}}});
-  const LumoTaskHeaderBuilderImpl builder = headerBuilder();
-  builder.build(Model::create(), value);  // makes what the process makes once
-  std::size_t allocations = 0;
-  for (bool built = false; !built; ++allocations) {
-    ASSERT_LT(allocations, 2000U);
     const Model model = Model::create();
-    {
-      const test_support::AllocationFailure failure(allocations);
-      try {
-        builder.build(model, value);
-        built = true;
-      } catch (const std::bad_alloc&) {
-      }
+    try {
+      LumoTaskHeaderBuilderImpl(std::make_shared<ScriptedNodeBuilder>()).build(model, value);
+    } catch (const std::exception&) {
     }
-    EXPECT_EQ(model.get()->getHeldElementCount(), 0U) << allocations;
-    // A child that was built but not appended is a root beside the line.
-    EXPECT_LE(model.get()->getRoots().size(), built ? 1U : 2U) << allocations;
+    const std::size_t undone = row.error == "an element cannot contain itself" ? 1 : 0;
+    EXPECT_EQ(model.get()->getOperationCounts().opened, row.operations);
+    EXPECT_EQ(model.get()->getOperationCounts().committed, row.operations - undone);
   }
-  EXPECT_GT(allocations, 5U);
 }
 
-TEST(TaskHeaderBuild, ServesManyThreadsAtOnce) {
-  const TaskCase task = TaskCase().giveAll();
-  const Value value(
-      Value::Object{{"className", "LumoAppLineNode"}, {"children", Value::Array{task.json()}}});
-  const std::string built = exportedLine(R"("")", {task.expected().node});
-  const LumoTaskHeaderBuilderImpl builder = headerBuilder();
-  std::array<std::size_t, 4> good{};
-  std::vector<std::thread> threads;
-  for (std::size_t& count : good) {
-    threads.emplace_back([&count, &value, &built, &builder] {
-      for (int round = 0; round < 50; ++round) {
-        const bool claimed = builder.canBuild(value);
-        count += claimed && buildWith(builder, value).node == built ? 1U : 0U;
-      }
-    });
+TEST(TaskHeaderBuilder, WhatIsNoExceptionPassesToo) {
+  const LumoTaskHeaderBuilderImpl builder(std::make_shared<ScriptedNodeBuilder>());
+  const Model model = Model::create();
+  int caught = 0;
+  try {
+    builder.build(model, json(R"({"children":["node a","throw a number"]})"));
+  } catch (int number) {
+    caught = number;
   }
-  for (std::thread& thread : threads) thread.join();
-  EXPECT_THAT(good, ::testing::Each(50U));
+  EXPECT_EQ(caught, 42);
+  EXPECT_EQ(model.get()->getHeldElementCount(), 0U);
+  EXPECT_EQ(contract::rootsOf(model), (Value::Array{line("", {"a"})}));
 }
 
-TEST(TaskHeaderReference, IsSharedForLifeAndThenReleased) {
+TEST(TaskHeaderBuilder, TakesAChildFromAnotherLine) {
+  const auto children = std::make_shared<ScriptedNodeBuilder>();
+  const LumoTaskHeaderBuilderImpl builder(children);
+  const Model model = Model::create();
+  builder.build(model, json(R"({"anchorId":"1","children":["node a","node b"]})"));
+  builder.build(model, json(R"({"anchorId":"2","children":["first"]})"));
+  EXPECT_EQ(contract::rootsOf(model), (Value::Array{line("M_1", {"b"}), line("M_2", {"a"})}));
+}
+
+TEST(TaskHeaderBuilder, HandsOnTheModelAndTheWholeChild) {
+  const auto children = std::make_shared<ScriptedNodeBuilder>();
+  const LumoTaskHeaderBuilderImpl builder(children);
+  const Model model = Model::create();
+  builder.build(model, json(R"({"children":[{"b":[1,null],"a":"x"},[],"node a"]})"));
+  EXPECT_THAT(children->takeCalls(),
+              ::testing::ElementsAre("canBuild {\n  \"a\": \"x\",\n  \"b\": [\n    1,\n    null\n"
+                                     "  ]\n}",
+                                     "canBuild []", "canBuild node a", "build node a"));
+  EXPECT_EQ(children->lastModel(), model.get());
+}
+
+TEST(TaskHeaderBuilder, IsSharedForLifeAndThenReleased) {
   auto children = std::make_shared<ScriptedNodeBuilder>();
   const std::weak_ptr<ScriptedNodeBuilder> observer = children;
   {
@@ -219,7 +258,7 @@ TEST(TaskHeaderReference, IsSharedForLifeAndThenReleased) {
   EXPECT_TRUE(observer.expired());
 }
 
-TEST(TaskHeaderReference, IsKeptWhenAnotherOneComesAlong) {
+TEST(TaskHeaderBuilder, IsKeptWhenAnotherOneComesAlong) {
   const auto first = std::make_shared<ScriptedNodeBuilder>();
   const auto second = std::make_shared<ScriptedNodeBuilder>();
   std::shared_ptr<NodeBuilder> injected = first;

@@ -184,7 +184,7 @@ class TESSEL_HOST_API ModelElement::Impl {
 /// The implementation object of a model.
 class TESSEL_HOST_API Model::Impl {
  public:
-  Impl() = default;
+  Impl() noexcept;
   ~Impl();
   Impl(const Impl&) = delete;
   Impl& operator=(const Impl&) = delete;
@@ -197,6 +197,9 @@ class TESSEL_HOST_API Model::Impl {
   std::vector<ModelElement> getRoots() const;
   /// How many of the model's elements are referred to by a handle now.
   std::size_t getHeldElementCount() const noexcept { return heldElements_; }
+  /// How many models there are in the process: those that a handle on them or on one of their
+  /// elements keeps alive.
+  static std::size_t getLiveCount() noexcept;
 
   /// How many operations on collections of the model were opened, and how many committed.
   struct OperationCounts {

@@ -1,4 +1,4 @@
-#include "floor.hpp"
+#include "baseline.hpp"
 
 #include <boost/uuid/uuid.hpp>
 #include <cmath>

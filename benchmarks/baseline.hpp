@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The floor under a build: the same elements, made by straight-line code.
+/// The baseline of a build: the same elements, made by straight-line code.
 
 #include <string>
 

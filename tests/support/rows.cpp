@@ -1,0 +1,113 @@
+#include "support/rows.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "contract/samples.hpp"
+#include "support/all_builders.hpp"
+#include "support/json.hpp"
+
+namespace test_support {
+
+using contract::Kind;
+using contract::Outcome;
+using foundation::json::Value;
+
+Row& Row::object(std::string_view text) {
+  return value(json(text));
+}
+Row& Row::value(Value object) {
+  object_ = std::move(object);
+  return *this;
+}
+Row& Row::data(std::string_view text) {
+  data_ = text;
+  return *this;
+}
+Row& Row::node(std::string_view text) {
+  node_ = json(text);
+  return *this;
+}
+Row& Row::record(std::string_view text) {
+  record_ = json(text);
+  return *this;
+}
+Row& Row::stray(std::string_view text) {
+  strays_.push_back(json(text));
+  return *this;
+}
+Row& Row::error(std::string text) {
+  error_ = std::move(text);
+  return *this;
+}
+Row& Row::records(Records texts) {
+  records_ = std::move(texts);
+  return *this;
+}
+Row& Row::asked(std::string text) {
+  asked_ = std::move(text);
+  return *this;
+}
+
+Value Row::objectFor(const Kind& kind) const {
+  return data_.empty() ? object_ : contract::objectWith(kind, data_);
+}
+
+Outcome Row::expected(const Kind& kind, const Value& object) const {
+  Outcome outcome;
+  outcome.error = error_;
+  outcome.records = records_;
+  Value node = node_;
+  if (!data_.empty()) {
+    Records records = {kind.start, kDump};
+    if (kind.shape == contract::Shape::kGuarded) {
+      records.insert(records.end(),
+                     {"Found the context property", "Found the context.data property"});
+    }
+    outcome.records.insert(outcome.records.begin(), records.begin(), records.end());
+    Value record = record_;
+    record["class"] = contract::recordClass(kind.record);
+    node["class"] = contract::nodeClass(kind.node);
+    node["position"]["class"] = contract::nodeClass("LumoControlPosition");
+    node[kind.slot.c_str()] = record;
+  }
+  std::replace(outcome.records.begin(), outcome.records.end(), kDump,
+               foundation::json::pretty_print(object));
+  outcome.roots = {node};
+  outcome.roots.insert(outcome.roots.end(), strays_.begin(), strays_.end());
+  return outcome;
+}
+
+void Row::expectOf(const std::string& builder) const {
+  SCOPED_TRACE(description_);
+  const Kind& kind = contract::kindOf(builder);
+  const Value object = objectFor(kind);
+  if (!asked_.empty()) {
+    Outcome answer;
+    answer.claims = true;
+    answer.records = {asked_};
+    EXPECT_EQ(contract::answerOf(builderOf(builder), object), answer);
+  }
+  Outcome built = contract::buildOf(builderOf(builder), object);
+  built.created.clear();  // the contract's business
+  EXPECT_EQ(built, expected(kind, object));
+}
+
+void expectRows(const std::string& builder, const std::vector<Row>& rows) {
+  for (const Row& row : rows) row.expectOf(builder);
+}
+
+std::vector<std::string> claimantsOf(std::string_view text) {
+  const Value object = json(text);
+  std::vector<std::string> claimants;
+  for (const auto& builder : allBuilders()) {
+    const Outcome answer = contract::answerOf(builder, object);
+    if (answer.claims) claimants.push_back(builder.name());
+    if (!answer.error.empty()) claimants.push_back(builder.name() + ": " + answer.error);
+  }
+  return claimants;
+}
+
+}  // namespace test_support
