@@ -7,35 +7,15 @@
 #include <string>
 #include <vector>
 
+#include "contract/samples.hpp"
 #include "foundation/json.hpp"
 
 namespace tessel::build::json::controls::framework {
 namespace {
 
-using foundation::json::Null;
-using foundation::json::Undefined;
+using contract::Alternative;
+using contract::alternatives;
 using foundation::json::Value;
-
-struct Alternative {
-  const char* name;
-  Value value;
-};
-
-const std::vector<Alternative>& alternatives() {
-  static const std::vector<Alternative> all = {
-      {"undefined", Value(Undefined())},
-      {"null", Value(Null())},
-      {"bool", Value(true)},
-      {"double", Value(1.5)},
-      {"string", Value("text")},
-      {"array", Value(Value::Array{Value(1.0)})},
-      {"object", Value(Value::Object{{"key", Value(1.0)}})},
-      {"float", Value(1.5F)},
-      {"int64", Value(std::int64_t{-1})},
-      {"uint64", Value(std::uint64_t{1})},
-  };
-  return all;
-}
 
 struct Read {
   const char* requested;
@@ -106,14 +86,12 @@ TEST(RequiredMember, IsTheHostsToAnswerForWhereItIsMissing) {
     SCOPED_TRACE(holder.name);
     const Value before = holder.value;
     Value copy;
-    const bool mayHaveMembers =
-        std::string(holder.name) == "undefined" || std::string(holder.name) == "object";
+    const bool mayHaveMembers = holder.name == "undefined" || holder.name == "object";
     const Read ask{"", [&copy](const Value& value) {
                      EXPECT_EQ(requiredMember(value, "missing", copy), Value());
                    }};
-    EXPECT_EQ(
-        errorOf(ask, holder.value),
-        mayHaveMembers ? "" : std::string("invalid conversion: ") + holder.name + " to object");
+    EXPECT_EQ(errorOf(ask, holder.value),
+              mayHaveMembers ? "" : "invalid conversion: " + holder.name + " to object");
     EXPECT_EQ(holder.value, before);
   }
 }
