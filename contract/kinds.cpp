@@ -36,9 +36,10 @@ Field defaultValue(Type type, Usage usage = {80}) {
   return pair("defaultValue", type, std::move(usage));
 }
 
-const Field kDefaultLinkedVariable =
-    pair("defaultValueLinkedVariable", Type::kText, "defaultLinkedVariable",
-         "defaultValueLinkedVariable", {40});
+Field defaultLinkedVariable() {
+  return pair("defaultValueLinkedVariable", Type::kText, "defaultLinkedVariable",
+              "defaultValueLinkedVariable", {40});
+}
 
 /// What every control carries, in front of a kind's own fields.
 Fields withCommon(Fields own) {
@@ -59,7 +60,7 @@ Fields withCommon(Fields own) {
 }
 
 Fields flagFields() {
-  return {defaultValue(Type::kFlag), kDefaultLinkedVariable};
+  return {defaultValue(Type::kFlag), defaultLinkedVariable()};
 }
 
 Fields numericFields(const Field& defaultValue) {
@@ -73,7 +74,7 @@ Fields numericFields(const Field& defaultValue) {
       pair("minimum", Type::kNumber, "min", "min", {90}),
       pair("maximum", Type::kNumber, "max", "max", {90}),
       pair("step", Type::kNumber, {90}),
-      kDefaultLinkedVariable,
+      defaultLinkedVariable(),
       pair("minLinkedVariable", Type::kText, "minimumLinkedVariable", "minLinkedVariable", {20}),
       maximumLinkedVariable,
       pair("stepLinkedVariable", Type::kText, {20}),
@@ -91,7 +92,7 @@ Fields formatFields(const std::string& key, const std::string& set, const Values
 }
 
 /// Irregular by contract: whatever the key of the format, the record names the first one.
-const std::string kSetFormat = "Set the colorFormat property";
+constexpr const char* kSetFormat = "Set the colorFormat property";
 
 Fields comboboxFields() {
   return {
@@ -149,6 +150,48 @@ Fields headerFields() {
   return {silent("anchorId", Type::kAnchor, "anchorId", Field::Holder::kNode), children};
 }
 
+/// A kind, put together part by part.
+class Described {
+ public:
+  Described(std::string name, std::string builder) {
+    kind_.name = std::move(name);
+    kind_.builder = std::move(builder);
+  }
+
+  Described& claims(Rule rule, std::string word) {
+    kind_.rule = rule;
+    kind_.word = std::move(word);
+    return *this;
+  }
+  Described& asks(std::string record) {
+    kind_.asked = std::move(record);
+    return *this;
+  }
+  Described& starts(std::string record) {
+    kind_.start = std::move(record);
+    return *this;
+  }
+  Described& makes(std::string node) {
+    kind_.node = std::move(node);
+    return *this;
+  }
+  Described& keeps(std::string record, std::string slot) {
+    kind_.record = std::move(record);
+    kind_.slot = std::move(slot);
+    return *this;
+  }
+  Described& reads(Shape shape, Fields fields) {
+    kind_.shape = shape;
+    kind_.fields = std::move(fields);
+    return *this;
+  }
+
+  operator Kind() const { return kind_; }
+
+ private:
+  Kind kind_{};
+};
+
 }  // namespace
 
 const char* const kGenericControl = "LumoControlNode";
@@ -164,93 +207,107 @@ std::string recordClass(const std::string& name) {
 const std::vector<Kind>& kinds() {
   // The texts stand whole: people search for them.
   static const std::vector<Kind> all = {
-      {"button", "ButtonBuilderImpl",                               //
-       Rule::kTypeWordOrClassName, "button",                        //
-       "Checking if can build Button",                              //
-       "Starting to build a Button using the incoming JSON below",  //
-       "ButtonNode", "buttonData", "ButtonData",                    //
-       Shape::kUnguarded, withCommon({})},
-      {"check box", "CheckBoxBuilderImpl",                            //
-       Rule::kTypeWord, "checkBox",                                   //
-       "Checking if can build CheckBox",                              //
-       "Starting to build a CheckBox using the incoming JSON below",  //
-       "CheckBoxNode", "checkBoxData", "CheckboxData",                //
-       Shape::kGuarded, withCommon(flagFields())},
-      {"colour picker", "ColorPickerBuilderImpl",                        //
-       Rule::kClassName, "ColorPickerControlNode",                       //
-       "Checking if can build ColorPicker",                              //
-       "Starting to build a ColorPicker using the incoming JSON below",  //
-       "ColorPickerNode", "colorPickerData", "ColorPickerData",          //
-       Shape::kGuarded,
-       withCommon(formatFields("colorFormat", kSetFormat, {R"("hex")", R"("rgb")", R"("name")"},
-                               {80, {R"("#0072b2")", R"("[0.25 0.5 1]")", R"("red")"}}))},
-      {"combo box", "ComboboxBuilderImpl",                                //
-       Rule::kTypeWord, "comboBox",                                       //
-       "Checking if can build ComboBox",                                  //
-       "Starting to build a comboBoxNode using the incoming JSON below",  //
-       "ComboboxNode", "comboBoxData", "ComboboxData",                    //
-       Shape::kGuarded, withCommon(comboboxFields())},
-      {"date picker", "DatePickerBuilderImpl",                          //
-       Rule::kHostClassName, "DatePickerControlNode",                   //
-       "Checking if can build DatePicker",                              //
-       "Starting to build a DatePicker using the incoming JSON below",  //
-       "DatePickerNode", "datePickerData", "DatePickerData",            //
-       Shape::kGuarded,
-       withCommon(formatFields("displayFormat", kSetFormat,
-                               {R"("yyyy-MM-dd")", R"("dd.MM.yyyy HH:mm")", R"("MM/dd")"},
-                               {80, {R"("2026-03-01")", R"("01.03.2026 12:00")", R"("03/01")"}}))},
-      {"edit field", "EditFieldBuilderImpl",  //
-       Rule::kTypeWord, "editField",          //
-       "Checking if can build ComboBox",      // irregular by contract: the combo box's words
-       "Starting to build a editFieldNode using the incoming JSON below",  //
-       "EditFieldNode", "editFieldData", "EditFieldData",                  //
-       Shape::kGuarded, withCommon(editFieldFields())},
-      {"file browser", "FileBrowserBuilderImpl",                         //
-       Rule::kClassName, "FileBrowserControlNode",                       //
-       "Checking if can build FileBrowser",                              //
-       "Starting to build a FileBrowser using the incoming JSON below",  //
-       "FileBrowserNode", "fileBrowserData", "FileBrowserData",          //
-       Shape::kUnguarded,
-       withCommon(formatFields("browserType", "Set the browserType property",
-                               {R"("file")", R"("folder")"}, {80, {}, 3}))},
-      {"task header", "LumoTaskHeaderBuilderImpl",  //
-       Rule::kHostClassName, "LumoAppLineNode",     //
-       "Checking if can build LumoAppLineNode",     //
-       "Starting to build a LumoAppLineNode",       //
-       "LumoAppLineNode", "", "",                   //
-       Shape::kHeader, headerFields()},
-      {"task", "LumoTaskIntegratedInlineNodeBuilderImpl",              //
-       Rule::kClassName, "LumoAppIntegratedInlineNode",                //
-       "Checking if can build LumoAppIntegratedInline",                //
-       "Starting to build a LumoAppIntegratedNode",                    //
-       "LumoAppIntegratedInlineNode", "lumoTaskData", "LumoTaskData",  //
-       Shape::kTask, taskFields()},
-      {"range slider", "RangeSliderNodeBuilderImpl",                         //
-       Rule::kClassName, "RangeSliderControlNode",                           //
-       "Checking if can build RangeSliderNode",                              //
-       "Starting to build a RangeSliderNode using the incoming JSON below",  //
-       "RangeSliderNode", "rangeSliderData", "RangeSliderData",              //
-       Shape::kGuarded,
-       withCommon(
-           numericFields(defaultValue(Type::kText, {80, {R"("[2 8]")", R"("[0.25 0.75]")"}})))},
-      {"slider", "SliderNodeBuilderImpl",                               //
-       Rule::kTypeWord, "slider",                                       //
-       "Checking if can build SliderNode",                              //
-       "Starting to build a SliderNode using the incoming JSON below",  //
-       "SliderNode", "sliderData", "SliderData",                        //
-       Shape::kGuarded, withCommon(numericFields(defaultValue(Type::kNumber)))},
-      {"spinner", "SpinnerNodeBuilderImpl",                              //
-       Rule::kClassName, "SpinnerControlNode",                           //
-       "Checking if can build SpinnerNode",                              //
-       "Starting to build a SpinnerNode using the incoming JSON below",  //
-       "SpinnerNode", "spinnerData", "SpinnerData",                      //
-       Shape::kGuarded, withCommon(numericFields(defaultValue(Type::kNumber)))},
-      {"state button", "StateButtonBuilderImpl",                         //
-       Rule::kClassName, "StateButtonControlNode",                       //
-       "Checking if can build StateButton",                              //
-       "Starting to build a StateButton using the incoming JSON below",  //
-       "StateButtonNode", "stateButtonData", "StateButtonData",          //
-       Shape::kGuarded, withCommon(flagFields())},
+      Described("button", "ButtonBuilderImpl")
+          .claims(Rule::kTypeWordOrClassName, "button")
+          .asks("Checking if can build Button")
+          .starts("Starting to build a Button using the incoming JSON below")
+          .makes("ButtonNode")
+          .keeps("ButtonData", "buttonData")
+          .reads(Shape::kUnguarded, withCommon({})),
+      Described("check box", "CheckBoxBuilderImpl")
+          .claims(Rule::kTypeWord, "checkBox")
+          .asks("Checking if can build CheckBox")
+          .starts("Starting to build a CheckBox using the incoming JSON below")
+          .makes("CheckBoxNode")
+          .keeps("CheckboxData", "checkBoxData")
+          .reads(Shape::kGuarded, withCommon(flagFields())),
+      Described("colour picker", "ColorPickerBuilderImpl")
+          .claims(Rule::kClassName, "ColorPickerControlNode")
+          .asks("Checking if can build ColorPicker")
+          .starts("Starting to build a ColorPicker using the incoming JSON below")
+          .makes("ColorPickerNode")
+          .keeps("ColorPickerData", "colorPickerData")
+          .reads(Shape::kGuarded,
+                 withCommon(formatFields("colorFormat", kSetFormat,
+                                         {R"("hex")", R"("rgb")", R"("name")"},
+                                         {80, {R"("#0072b2")", R"("[0.25 0.5 1]")", R"("red")"}}))),
+      Described("combo box", "ComboboxBuilderImpl")
+          .claims(Rule::kTypeWord, "comboBox")
+          .asks("Checking if can build ComboBox")
+          .starts("Starting to build a comboBoxNode using the incoming JSON below")
+          .makes("ComboboxNode")
+          .keeps("ComboboxData", "comboBoxData")
+          .reads(Shape::kGuarded, withCommon(comboboxFields())),
+      Described("date picker", "DatePickerBuilderImpl")
+          .claims(Rule::kHostClassName, "DatePickerControlNode")
+          .asks("Checking if can build DatePicker")
+          .starts("Starting to build a DatePicker using the incoming JSON below")
+          .makes("DatePickerNode")
+          .keeps("DatePickerData", "datePickerData")
+          .reads(Shape::kGuarded,
+                 withCommon(formatFields(
+                     "displayFormat", kSetFormat,
+                     {R"("yyyy-MM-dd")", R"("dd.MM.yyyy HH:mm")", R"("MM/dd")"},
+                     {80, {R"("2026-03-01")", R"("01.03.2026 12:00")", R"("03/01")"}}))),
+      Described("edit field", "EditFieldBuilderImpl")
+          .claims(Rule::kTypeWord, "editField")
+          // Irregular by contract: the edit field asks in the combo box's words.
+          .asks("Checking if can build ComboBox")
+          .starts("Starting to build a editFieldNode using the incoming JSON below")
+          .makes("EditFieldNode")
+          .keeps("EditFieldData", "editFieldData")
+          .reads(Shape::kGuarded, withCommon(editFieldFields())),
+      Described("file browser", "FileBrowserBuilderImpl")
+          .claims(Rule::kClassName, "FileBrowserControlNode")
+          .asks("Checking if can build FileBrowser")
+          .starts("Starting to build a FileBrowser using the incoming JSON below")
+          .makes("FileBrowserNode")
+          .keeps("FileBrowserData", "fileBrowserData")
+          .reads(Shape::kUnguarded,
+                 withCommon(formatFields("browserType", "Set the browserType property",
+                                         {R"("file")", R"("folder")"}, {80, {}, 3}))),
+      Described("task header", "LumoTaskHeaderBuilderImpl")
+          .claims(Rule::kHostClassName, "LumoAppLineNode")
+          .asks("Checking if can build LumoAppLineNode")
+          .starts("Starting to build a LumoAppLineNode")
+          .makes("LumoAppLineNode")
+          .reads(Shape::kHeader, headerFields()),
+      Described("task", "LumoTaskIntegratedInlineNodeBuilderImpl")
+          .claims(Rule::kClassName, "LumoAppIntegratedInlineNode")
+          .asks("Checking if can build LumoAppIntegratedInline")
+          .starts("Starting to build a LumoAppIntegratedNode")
+          .makes("LumoAppIntegratedInlineNode")
+          .keeps("LumoTaskData", "lumoTaskData")
+          .reads(Shape::kTask, taskFields()),
+      Described("range slider", "RangeSliderNodeBuilderImpl")
+          .claims(Rule::kClassName, "RangeSliderControlNode")
+          .asks("Checking if can build RangeSliderNode")
+          .starts("Starting to build a RangeSliderNode using the incoming JSON below")
+          .makes("RangeSliderNode")
+          .keeps("RangeSliderData", "rangeSliderData")
+          .reads(Shape::kGuarded, withCommon(numericFields(defaultValue(
+                                      Type::kText, {80, {R"("[2 8]")", R"("[0.25 0.75]")"}})))),
+      Described("slider", "SliderNodeBuilderImpl")
+          .claims(Rule::kTypeWord, "slider")
+          .asks("Checking if can build SliderNode")
+          .starts("Starting to build a SliderNode using the incoming JSON below")
+          .makes("SliderNode")
+          .keeps("SliderData", "sliderData")
+          .reads(Shape::kGuarded, withCommon(numericFields(defaultValue(Type::kNumber)))),
+      Described("spinner", "SpinnerNodeBuilderImpl")
+          .claims(Rule::kClassName, "SpinnerControlNode")
+          .asks("Checking if can build SpinnerNode")
+          .starts("Starting to build a SpinnerNode using the incoming JSON below")
+          .makes("SpinnerNode")
+          .keeps("SpinnerData", "spinnerData")
+          .reads(Shape::kGuarded, withCommon(numericFields(defaultValue(Type::kNumber)))),
+      Described("state button", "StateButtonBuilderImpl")
+          .claims(Rule::kClassName, "StateButtonControlNode")
+          .asks("Checking if can build StateButton")
+          .starts("Starting to build a StateButton using the incoming JSON below")
+          .makes("StateButtonNode")
+          .keeps("StateButtonData", "stateButtonData")
+          .reads(Shape::kGuarded, withCommon(flagFields())),
   };
   return all;
 }
