@@ -237,7 +237,8 @@ class Collector {
     }
   }
 
-  /// The model's names for properties and the words of the log are no keys either.
+  /// In every place what is no key of the kind's there: other kinds' keys, the model's names for
+  /// properties, and the words of the log.
   void addUnknownKeys() {
     Value object = wholeObjects(kind_).front().json;
     std::set<std::string> names = {"label", "code", "min", "max", "id", "position", "unknown"};
@@ -246,15 +247,8 @@ class Collector {
     }
     std::vector<Object*> places = {object.get_if<Object>(), &dataOf(kind_, object)};
     if (isControl(kind_)) places.push_back((*places.front())["context"].get_if<Object>());
-    const Value::Object known = *object.get_if<Object>();
     for (Object* place : places) {
       for (const std::string& name : names) place->emplace(name, 1.0F);
-    }
-    // What is a key of this kind's stays out of its place.
-    const Value whole = wholeObjects(kind_).front().json;
-    for (const Field& field : kind_.fields) {
-      Value original = whole;
-      placeOf(kind_, field, object)[field.key] = placeOf(kind_, field, original)[field.key];
     }
     add("unknown keys", object);
   }
