@@ -58,6 +58,21 @@ class GoldenRunner(unittest.TestCase):
                 (folder / name).unlink()
                 self.assertEqual(self.run_runner()[0], 1)
 
+    def test_reads_the_table(self):
+        table = self.cases / "cases.toml"
+        good = '[[case]]\nsays = "what it does"\nrun = "{A} two"\nstatus = 2\nstderr = "{A} two"\n'
+        table.write_text(good + 'stdin = "in"\nstdout = "in"\n', encoding="utf-8")
+        define = ["--define", "A=one"]
+        self.assertEqual(self.run_runner(*define), (0, "1 cases, 0 failures\n"))
+        table.write_text(good + "depth = 2\nstdout = '[[]]'\n", encoding="utf-8")
+        self.assertEqual(self.run_runner(*define)[0], 0)
+        for wrong in ('stdout = "in"\n', 'status2 = 3\n', 'stdin = "in"\n'):
+            with self.subTest(wrong=wrong):
+                table.write_text(good + wrong, encoding="utf-8")
+                status, output = self.run_runner(*define)
+                self.assertEqual(status, 1)
+                self.assertIn("FAILED", output)
+
     def test_fails_without_cases(self):
         status, output = self.run_runner()
         self.assertEqual(status, 1)

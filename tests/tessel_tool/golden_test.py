@@ -9,8 +9,13 @@ A case is a folder below CASES with
   stdout   what the tool has to write; nothing if the file is missing
   stderr   the same for standard error
   status   the exit status; 0 if the file is missing
-The tool runs in the --root folder. In args, {NAME} stands for VALUE; where VALUE comes out, the
-files have {NAME}. --update writes the three last files as they come out now.
+or, where the answer is short, a table in CASES/cases.toml with
+  says     what the case is for
+  run      the command line
+  stdin, stdout, stderr, status as above; instead of stdin, depth for so many nested arrays, or
+  latin1 for text that is no UTF-8
+The tool runs in the --root folder. In command lines, {NAME} stands for VALUE; where VALUE comes out,
+{NAME} is expected. --update writes the three last files of each folder as they come out now.
 """
 
 import argparse
@@ -19,6 +24,7 @@ import pathlib
 import shlex
 import subprocess
 import sys
+import tomllib
 
 SECONDS = 120
 
@@ -31,20 +37,70 @@ def read(path):
     return path.read_bytes() if path.exists() else b""
 
 
-def arguments(case, definitions):
-    lines = (case / "args").read_text(encoding="utf-8").splitlines()
-    if not any(line.startswith("#") and line.strip("# ") for line in lines):
-        raise BadCase("args does not say what the case is for")
-    words = shlex.split("\n".join(line for line in lines if not line.startswith("#")))
-    for name, value in definitions.items():
-        words = [word.replace("{" + name + "}", value) for word in words]
-    return words
+class FolderCase:
+    """A case with a file for each part."""
+
+    def __init__(self, folder):
+        self.name = str(folder)
+        self.folder = folder
+        self.stdin = read(folder / "stdin")
+        self.expected = {name: read(folder / name) for name in ("stdout", "stderr", "status")}
+
+    def command_line(self):
+        lines = (self.folder / "args").read_text(encoding="utf-8").splitlines()
+        if not any(line.startswith("#") and line.strip("# ") for line in lines):
+            raise BadCase("args does not say what the case is for")
+        return "\n".join(line for line in lines if not line.startswith("#"))
+
+    def update(self, actual):
+        for name, content in actual.items():
+            if content:
+                (self.folder / name).write_bytes(content)
+            else:
+                (self.folder / name).unlink(missing_ok=True)
+
+
+class TableCase:
+    """A case of the table."""
+
+    def __init__(self, file, row):
+        self.name = f"{file}: {row.get('says', 'a case that does not say what it is for')}"
+        self.row = row
+        self.stdin = row.get("stdin", "").encode()
+        if "depth" in row:
+            self.stdin = b"[" * row["depth"] + b"]" * row["depth"]
+        if "latin1" in row:
+            self.stdin = row["latin1"].encode("latin-1")
+        status = row.get("status", 0)
+        self.expected = {"stdout": row.get("stdout", "").encode(),
+                         "stderr": row.get("stderr", "").encode(),
+                         "status": f"{status}\n".encode() if status else b""}
+
+    def command_line(self):
+        unknown = set(self.row) - {"says", "run", "stdin", "depth", "latin1", "stdout", "stderr", "status"}
+        if unknown or not self.row.get("says") or "run" not in self.row:
+            raise BadCase(f"a row has says and run, and nothing like {sorted(unknown)}")
+        return self.row["run"]
+
+    def update(self, actual):
+        """Rows are written by hand."""
+
+
+def cases_in(folder):
+    table = folder / "cases.toml"
+    if table.exists():
+        rows = tomllib.loads(table.read_text(encoding="utf-8")).get("case", [])
+        yield from (TableCase(table, row) for row in rows)
+    yield from (FolderCase(path.parent) for path in sorted(folder.rglob("args")))
 
 
 def outcome(tool, case, root, definitions):
-    """The three files of the case, as they come out now."""
-    done = subprocess.run([tool, *arguments(case, definitions)], input=read(case / "stdin"),
-                          capture_output=True, cwd=root, timeout=SECONDS, check=False)
+    """The three expected parts of the case, as they come out now."""
+    words = shlex.split(case.command_line())
+    for name, value in definitions.items():
+        words = [word.replace("{" + name + "}", value) for word in words]
+    done = subprocess.run([tool, *words], input=case.stdin, capture_output=True, cwd=root,
+                          timeout=SECONDS, check=False)
     written = {"stdout": done.stdout, "stderr": done.stderr}
     for name, value in definitions.items():
         for stream in written:
@@ -60,14 +116,6 @@ def difference(name, expected, actual):
     return "\n".join(lines) or f"{name}: the line ends differ"
 
 
-def update(case, actual):
-    for name, content in actual.items():
-        if content:
-            (case / name).write_bytes(content)
-        else:
-            (case / name).unlink(missing_ok=True)
-
-
 def main():
     parser = argparse.ArgumentParser(description=__doc__,
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
@@ -79,7 +127,7 @@ def main():
     options = parser.parse_args()
     definitions = dict(definition.split("=", 1) for definition in options.define)
 
-    cases = sorted(path.parent for path in options.cases.rglob("args"))
+    cases = list(cases_in(options.cases))
     stray = sorted(path for path in options.cases.rglob("*")
                    if path.is_dir() and not any(path.rglob("args")))
     failures = [f"{path}: no args file" for path in stray]
@@ -89,15 +137,14 @@ def main():
         try:
             actual = outcome(options.tool.resolve(), case, options.root, definitions)
         except (BadCase, ValueError, subprocess.TimeoutExpired) as error:
-            failures.append(f"{case}: {error}")
+            failures.append(f"{case.name}: {error}")
             continue
         if options.update:
-            update(case, actual)
+            case.update(actual)
             continue
         for name, content in actual.items():
-            expected = read(case / name)
-            if content != expected:
-                failures.append(f"{case}\n{difference(name, expected, content)}")
+            if content != case.expected[name]:
+                failures.append(f"{case.name}\n{difference(name, case.expected[name], content)}")
     for failure in failures:
         print(f"FAILED {failure}", file=sys.stderr)
     print(f"{len(cases)} cases, {len(failures)} failures")
