@@ -14,7 +14,7 @@
 #include "peers.hpp"
 #include "plain_controls.hpp"
 #include "plain_dispatch.hpp"
-#include "reference_host/i18n/utf16.hpp"
+#include "reference_host/fl/utf16.hpp"
 
 namespace benchmarks {
 

@@ -11,7 +11,7 @@
 #include "bundle_file/bundle_file.hpp"
 #include "bundle_file/file_builder.hpp"
 #include "bundle_file/manifest.hpp"
-#include "fuzz/check.hpp"
+#include "check.hpp"
 
 namespace fuzz {
 

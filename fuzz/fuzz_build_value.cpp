@@ -10,12 +10,12 @@
 #include <cstdint>
 #include <sstream>
 
+#include "check.hpp"
 #include "contract/outcome.hpp"
-#include "fuzz/check.hpp"
-#include "fuzz/value_maker.hpp"
 #include "gx/zero.hpp"
 #include "reference_host/logging/log_capture.hpp"
 #include "support/all_builders.hpp"
+#include "value_maker.hpp"
 
 namespace {
 

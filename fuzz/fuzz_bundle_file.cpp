@@ -2,8 +2,8 @@
 /// Any bytes as the file of a bundle, and as the archive inside a file that is otherwise right: the
 /// readers of sections and of the archive. What they are held to stands in bundle_check.hpp.
 
+#include "bundle_check.hpp"
 #include "bundle_file/file_builder.hpp"
-#include "fuzz/bundle_check.hpp"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace service_runtime_test;

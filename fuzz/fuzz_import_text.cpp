@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "fuzz/check.hpp"
+#include "check.hpp"
 #include "reference_host/export/export.hpp"
 #include "reference_host/importer/importer.hpp"
 #include "reference_host/json/parse.hpp"

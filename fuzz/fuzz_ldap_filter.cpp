@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "check.hpp"
 #include "filter/ldap_expression.hpp"
-#include "fuzz/check.hpp"
 
 namespace {
 

@@ -2,8 +2,8 @@
 /// Any bytes as the manifest of a bundle whose file and archive are right, so that they come to the
 /// manifest's reader at once. What it is held to stands in bundle_check.hpp.
 
+#include "bundle_check.hpp"
 #include "bundle_file/file_builder.hpp"
-#include "fuzz/bundle_check.hpp"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::readAsBundle(service_runtime_test::craftedBundle(std::string(fuzz::asText(data, size))));

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "fuzz/check.hpp"
+#include "check.hpp"
 
 int main(int argc, char** argv) {
   std::vector<std::filesystem::path> files;

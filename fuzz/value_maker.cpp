@@ -1,4 +1,4 @@
-#include "fuzz/value_maker.hpp"
+#include "value_maker.hpp"
 
 #include <cstdint>
 #include <iterator>

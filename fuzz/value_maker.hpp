@@ -3,8 +3,8 @@
 /// @file
 /// JSON values out of the fuzzer's bytes.
 
+#include "byte_reader.hpp"
 #include "foundation/json.hpp"
-#include "fuzz/byte_reader.hpp"
 
 namespace fuzz {
 

@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
 """Checks who may include whom.
 
-usage: check_includes.py
+usage: check_includes.py [--table]
 
-Each folder of src/, and contract/, may include its own files and those of the folders listed with it;
-everything else that is ours is refused, with file and line.
+Each folder of ROOMS may include its own files, those of the folders listed with it, system headers and
+libraries; everything else is refused, with file and line. --table prints the table as docs/architecture.md
+shows it; the check fails when that page shows another.
 """
 
 import pathlib
@@ -12,81 +13,98 @@ import re
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-SOURCE = ROOT / "src"
-CONTRACT = ROOT / "contract"
-BUNDLE = "tessel/build/json/controls"
+PAGE = ROOT / "docs/architecture.md"
+BUNDLE = "src/tessel/build/json/controls"
+HOST = "src/reference_host"
+RUNTIME = "src/service_runtime"
 
-# A quoted include belongs to the first of these whose pattern matches.
-OWNERS = [
-    ("framework", re.compile(r"^framework/")),
-    ("controls", re.compile(r"^controls/")),
-    ("widgets", re.compile(r"^widgets/")),
-    ("runtime", re.compile(r"^cppmicroservices/")),
-    ("importer", re.compile(r"^reference_host/importer/")),
-    ("reference_host", re.compile(r"^reference_host/")),
-    ("tool", re.compile(r"^tessel_tool/")),
-    ("contract", re.compile(r"^contract/")),
-    ("host", re.compile(r"^(document|fl|foundation|gx|lumocode|tessel)/")),
+# Name, folder, what it may include. A file belongs to the innermost folder that has it.
+ROOMS = [
+    ("host", f"{BUNDLE}/host", []),
+    ("framework", f"{BUNDLE}/framework", ["host"]),
+    ("controls", f"{BUNDLE}/controls", ["framework", "host"]),
+    ("widgets", f"{BUNDLE}/widgets", ["framework", "host"]),
+    ("registration", BUNDLE, ["controls", "widgets", "runtime API", "host"]),
+    ("reference host", HOST, ["host"]),
+    ("importer", f"{HOST}/importer", ["reference host", "host"]),
+    ("runtime API", f"{RUNTIME}/include", []),
+    ("runtime filter", f"{RUNTIME}/filter", ["runtime API"]),
+    ("runtime bundle_file", f"{RUNTIME}/bundle_file", ["runtime filter", "runtime API"]),
+    ("runtime core", f"{RUNTIME}/core", ["runtime bundle_file", "runtime filter", "runtime API"]),
+    ("tool", "src/tessel_tool", ["importer", "reference host", "runtime API", "host"]),
+    ("contract", "contract", ["reference host", "host"]),
+    ("generator", "benchmarks/generator", ["contract", "reference host", "host"]),
 ]
-
-# The files of a folder, and what they may include besides system headers and libraries. The first
-# folder that contains a file decides.
-RULES = [
-    (f"{BUNDLE}/host", {"host"}),
-    (f"{BUNDLE}/framework", {"framework", "host"}),
-    (f"{BUNDLE}/controls", {"controls", "framework", "host"}),
-    (f"{BUNDLE}/widgets", {"widgets", "framework", "host"}),
-    (BUNDLE, {"controls", "widgets", "runtime", "host"}),  # the registration
-    ("reference_host/importer", {"importer", "reference_host", "host"}),
-    ("reference_host", {"reference_host", "host"}),
-    ("service_runtime", {"runtime", "own"}),
-    ("tessel_tool", {"tool", "importer", "reference_host", "runtime", "host", "own"}),
-]
+# A header that others include belongs to the room that it is declared for.
+HEADERS_OF = {f"{HOST}/include/reference_host/importer": "importer"}
+# The model classes' headers are made by the build.
+GENERATED_HOST = re.compile(r"^(document|lumocode/contentmodel)/gxzero\.hpp$")
+# Where a quoted include is looked for: what the libraries expose, and each library's own folder.
+EXPOSED = [f"{BUNDLE}/host", f"{HOST}/include", f"{RUNTIME}/include", "contract/include",
+           "benchmarks/generator"]
+OWN_ROOTS = [BUNDLE, HOST, RUNTIME, "src/tessel_tool", "contract", "benchmarks/generator"]
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"')
+TABLE_MARK = "<!-- tools/check_includes.py --table -->"
 
 
-def owner_of(included):
-    for owner, pattern in OWNERS:
-        if pattern.match(included):
-            return owner
-    return "own"
+def table():
+    width = max(len(folder) for _, folder, _ in ROOMS) + 1
+    names = max(len(name) for name, _, _ in ROOMS)
+    for name, folder, allowed in ROOMS:
+        yield f"    {name:{names}}  {folder + '/':{width}}  ->  {', '.join(allowed) or 'nothing of ours'}"
 
 
-def rule_for(path):
-    if path.parent == CONTRACT:  # never the bundle, which is held to it
-        return "contract", {"contract", "reference_host", "host"}
-    relative = path.relative_to(SOURCE).as_posix()
-    for folder, allowed in RULES:
-        if relative.startswith(folder + "/"):
-            return folder, allowed
-    return None, set()
+def room_of(path):
+    """The innermost room that a path, relative to ROOT, lies in."""
+    folders = [(folder, name) for name, folder, _ in ROOMS] + list(HEADERS_OF.items())
+    within = [entry for entry in folders if path.startswith(entry[0] + "/")]
+    return max(within, key=lambda entry: len(entry[0]))[1] if within else None
+
+
+def resolve(path, included):
+    """The file that an include means, relative to ROOT; None when there is none in the tree."""
+    own = [root for root in OWN_ROOTS if path.startswith(root + "/")]
+    for root in own + EXPOSED:
+        if (ROOT / root / included).is_file():
+            return f"{root}/{included}"
+    return None
 
 
 def offences():
-    files = sorted(p for folder in (SOURCE, CONTRACT) for p in folder.rglob("*")
-                   if p.suffix in (".cpp", ".hpp", ".h"))
+    allowed = {name: {name, *others} for name, _, others in ROOMS}
+    folders = [ROOT / "src", ROOT / "contract", ROOT / "benchmarks/generator"]
+    files = sorted(path for folder in folders for path in folder.rglob("*")
+                   if path.suffix in (".cpp", ".hpp", ".h"))
     if not files:
-        yield f"{SOURCE}: no C++ files"
-    for path in files:
-        folder, allowed = rule_for(path)
-        name = path.relative_to(ROOT)
-        if folder is None:
-            yield f"{name}: no include rule for this folder"
+        yield f"{ROOT}: no C++ files"
+    for file in files:
+        path = file.relative_to(ROOT).as_posix()
+        room = room_of(path)
+        if room is None:
+            yield f"{path}: no include rule for this folder"
             continue
-        for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
+        for number, line in enumerate(file.read_text(encoding="utf-8").splitlines(), 1):
             match = INCLUDE.match(line)
             if not match:
                 continue
             included = match.group(1)
-            if ".." in included.split("/"):
-                yield f'{name}:{number}: "{included}": includes go down from an include root'
-            owner = owner_of(included)
-            if owner not in allowed:
-                yield f'{name}:{number}: "{included}": {folder} may not include {owner}'
+            target = resolve(path, included)
+            owner = "host" if GENERATED_HOST.match(included) else target and room_of(target)
+            where = f'{path}:{number}: "{included}"'
+            if owner is None:
+                yield f"{where}: no file of that name under the include roots"
+            elif owner not in allowed[room]:
+                yield f"{where}: {room} may not include {owner}"
+    shown = PAGE.read_text(encoding="utf-8")
+    if "\n".join([TABLE_MARK, "", *table(), ""]) not in shown:
+        yield f"{PAGE.relative_to(ROOT)}: shows another table than --table prints"
 
 
 def main():
+    if sys.argv[1:] == ["--table"]:
+        print("\n".join(table()))
+        return
     found = list(offences())
     for offence in found:
         print(offence, file=sys.stderr)

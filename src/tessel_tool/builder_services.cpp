@@ -1,4 +1,4 @@
-#include "tessel_tool/builder_services.hpp"
+#include "builder_services.hpp"
 
 #include <cppmicroservices/Any.h>
 #include <cppmicroservices/Bundle.h>
@@ -17,10 +17,10 @@
 #include <sstream>
 #include <utility>
 
+#include "console.hpp"
 #include "reference_host/json/text_writer.hpp"
+#include "runtime_marker.hpp"
 #include "tessel/build/json/builders.hpp"
-#include "tessel_tool/console.hpp"
-#include "tessel_tool/runtime_marker.hpp"
 
 namespace tessel_tool {
 

@@ -1,11 +1,11 @@
-#include "tessel_tool/builders_command.hpp"
+#include "builders_command.hpp"
 
 #include <string>
 #include <vector>
 
+#include "console.hpp"
 #include "reference_host/json/text_writer.hpp"
-#include "tessel_tool/console.hpp"
-#include "tessel_tool/text_form.hpp"
+#include "text_form.hpp"
 
 namespace tessel_tool {
 

@@ -1,10 +1,10 @@
-#include "tessel_tool/bundle_location.hpp"
+#include "bundle_location.hpp"
 
 #define BOOST_DLL_USE_STD_FS
 #include <boost/dll/runtime_symbol_info.hpp>
 #include <system_error>
 
-#include "tessel_tool/builder_services.hpp"
+#include "builder_services.hpp"
 
 namespace tessel_tool {
 

@@ -1,4 +1,4 @@
-#include "tessel_tool/console.hpp"
+#include "console.hpp"
 
 #include <cerrno>
 #include <cstdio>
@@ -6,8 +6,8 @@
 #include <new>
 #include <system_error>
 
-#include "tessel_tool/platform.hpp"
-#include "tessel_tool/text_form.hpp"
+#include "platform.hpp"
+#include "text_form.hpp"
 
 namespace tessel_tool {
 

@@ -1,4 +1,4 @@
-#include "tessel_tool/explain_command.hpp"
+#include "explain_command.hpp"
 
 #include <cstddef>
 #include <new>
@@ -6,13 +6,13 @@
 #include <string>
 #include <vector>
 
+#include "console.hpp"
+#include "explanation.hpp"
+#include "input.hpp"
 #include "reference_host/json/parse.hpp"
 #include "reference_host/json/text_writer.hpp"
-#include "tessel_tool/console.hpp"
-#include "tessel_tool/explanation.hpp"
-#include "tessel_tool/input.hpp"
-#include "tessel_tool/stop.hpp"
-#include "tessel_tool/text_form.hpp"
+#include "stop.hpp"
+#include "text_form.hpp"
 
 namespace tessel_tool {
 

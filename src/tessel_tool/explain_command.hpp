@@ -3,8 +3,8 @@
 #include <optional>
 #include <string>
 
-#include "tessel_tool/builder_services.hpp"
-#include "tessel_tool/exit_status.hpp"
+#include "builder_services.hpp"
+#include "exit_status.hpp"
 
 namespace tessel_tool {
 

@@ -1,4 +1,4 @@
-#include "tessel_tool/explanation.hpp"
+#include "explanation.hpp"
 
 #include <cstddef>
 #include <exception>
@@ -8,7 +8,7 @@
 #include "reference_host/export/export.hpp"
 #include "reference_host/json/text_writer.hpp"
 #include "reference_host/logging/log_capture.hpp"
-#include "tessel_tool/text_form.hpp"
+#include "text_form.hpp"
 
 namespace tessel_tool {
 

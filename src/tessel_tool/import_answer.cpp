@@ -1,14 +1,14 @@
-#include "tessel_tool/import_answer.hpp"
+#include "import_answer.hpp"
 
 #include <new>
 #include <utility>
 
+#include "console.hpp"
 #include "reference_host/export/export.hpp"
 #include "reference_host/json/parse.hpp"
 #include "reference_host/json/text_writer.hpp"
 #include "reference_host/logging/log_capture.hpp"
-#include "tessel_tool/console.hpp"
-#include "tessel_tool/text_form.hpp"
+#include "text_form.hpp"
 
 namespace tessel_tool {
 

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "gx/zero.hpp"
+#include "input.hpp"
 #include "reference_host/importer/importer.hpp"
-#include "tessel_tool/input.hpp"
 
 namespace tessel_tool {
 

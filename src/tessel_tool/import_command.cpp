@@ -1,4 +1,4 @@
-#include "tessel_tool/import_command.hpp"
+#include "import_command.hpp"
 
 #include <cstddef>
 #include <new>
@@ -7,12 +7,12 @@
 #include <utility>
 #include <vector>
 
+#include "console.hpp"
+#include "import_answer.hpp"
+#include "input.hpp"
+#include "ordered_work.hpp"
 #include "reference_host/importer/importer.hpp"
-#include "tessel_tool/console.hpp"
-#include "tessel_tool/import_answer.hpp"
-#include "tessel_tool/input.hpp"
-#include "tessel_tool/ordered_work.hpp"
-#include "tessel_tool/stop.hpp"
+#include "stop.hpp"
 
 namespace tessel_tool {
 

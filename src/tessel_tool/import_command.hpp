@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "tessel_tool/builder_services.hpp"
-#include "tessel_tool/exit_status.hpp"
+#include "builder_services.hpp"
+#include "exit_status.hpp"
 
 namespace tessel_tool {
 

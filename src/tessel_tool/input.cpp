@@ -1,4 +1,4 @@
-#include "tessel_tool/input.hpp"
+#include "input.hpp"
 
 #include <algorithm>
 #include <array>
@@ -11,12 +11,12 @@
 #include <system_error>
 #include <utility>
 
+#include "console.hpp"
+#include "platform.hpp"
 #include "reference_host/json/parse.hpp"
 #include "reference_host/json/syntax_check.hpp"
 #include "reference_host/json/text_places.hpp"
 #include "reference_host/json/text_writer.hpp"
-#include "tessel_tool/console.hpp"
-#include "tessel_tool/platform.hpp"
 
 namespace tessel_tool {
 

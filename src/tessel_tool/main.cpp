@@ -9,16 +9,16 @@
 #include <string_view>
 #include <vector>
 
-#include "tessel_tool/builder_services.hpp"
-#include "tessel_tool/builders_command.hpp"
-#include "tessel_tool/bundle_location.hpp"
-#include "tessel_tool/console.hpp"
-#include "tessel_tool/exit_status.hpp"
-#include "tessel_tool/explain_command.hpp"
-#include "tessel_tool/import_command.hpp"
-#include "tessel_tool/input.hpp"
-#include "tessel_tool/nearest_name.hpp"
-#include "tessel_tool/platform.hpp"
+#include "builder_services.hpp"
+#include "builders_command.hpp"
+#include "bundle_location.hpp"
+#include "console.hpp"
+#include "exit_status.hpp"
+#include "explain_command.hpp"
+#include "import_command.hpp"
+#include "input.hpp"
+#include "nearest_name.hpp"
+#include "platform.hpp"
 
 namespace tessel_tool {
 

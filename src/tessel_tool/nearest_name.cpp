@@ -1,4 +1,4 @@
-#include "tessel_tool/nearest_name.hpp"
+#include "nearest_name.hpp"
 
 #include <algorithm>
 #include <cstddef>

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "tessel_tool/platform.hpp"
+#include "platform.hpp"
 
 namespace tessel_tool {
 

@@ -1,4 +1,4 @@
-#include "tessel_tool/stop.hpp"
+#include "stop.hpp"
 
 #include <atomic>
 #include <chrono>
@@ -7,8 +7,8 @@
 #include <string>
 #include <thread>
 
-#include "tessel_tool/platform.hpp"
-#include "tessel_tool/text_form.hpp"
+#include "platform.hpp"
+#include "text_form.hpp"
 
 namespace tessel_tool {
 

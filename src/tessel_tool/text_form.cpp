@@ -1,4 +1,4 @@
-#include "tessel_tool/text_form.hpp"
+#include "text_form.hpp"
 
 #include <cstddef>
 

@@ -1,4 +1,4 @@
-#include "benchmarks/document_generator.hpp"
+#include "document_generator.hpp"
 
 #include <gtest/gtest.h>
 

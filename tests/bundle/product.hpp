@@ -16,8 +16,8 @@
 #include "document/gxzero.hpp"
 #include "reference_host/export/export.hpp"
 #include "reference_host/importer/importer.hpp"
-#include "service_runtime/host.hpp"
 #include "support/json.hpp"
+#include "support/runtime_host.hpp"
 #include "tessel/build/json/builders.hpp"
 
 namespace bundle_test {

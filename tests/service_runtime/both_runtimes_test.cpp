@@ -7,8 +7,8 @@
 
 #include "cppmicroservices/AnyMap.h"
 #include "cppmicroservices/servicecomponent/runtime/ServiceComponentRuntime.hpp"
-#include "host.hpp"
 #include "services.hpp"
+#include "support/runtime_host.hpp"
 
 namespace service_runtime_test {
 namespace {

@@ -1,4 +1,4 @@
-#include "tessel_tool/explanation.hpp"
+#include "explanation.hpp"
 
 #include <gtest/gtest.h>
 

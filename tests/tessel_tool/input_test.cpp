@@ -1,4 +1,4 @@
-#include "tessel_tool/input.hpp"
+#include "input.hpp"
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>

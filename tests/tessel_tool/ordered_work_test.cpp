@@ -1,4 +1,4 @@
-#include "tessel_tool/ordered_work.hpp"
+#include "ordered_work.hpp"
 
 #include <gmock/gmock.h>
 

@@ -14,14 +14,14 @@
 #include <utility>
 #include <vector>
 
+#include "console.hpp"
+#include "explanation.hpp"
+#include "import_answer.hpp"
+#include "input.hpp"
 #include "support/allocation_count.hpp"
 #include "support/json.hpp"
 #include "support/temporary_folder.hpp"
 #include "tessel/build/json/builders.hpp"
-#include "tessel_tool/console.hpp"
-#include "tessel_tool/explanation.hpp"
-#include "tessel_tool/import_answer.hpp"
-#include "tessel_tool/input.hpp"
 
 /// What the tool owes when memory runs out: the document is named, and the next one is looked at.
 namespace tessel_tool {

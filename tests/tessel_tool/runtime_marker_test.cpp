@@ -1,4 +1,4 @@
-#include "tessel_tool/runtime_marker.hpp"
+#include "runtime_marker.hpp"
 
 #include <gtest/gtest.h>
 

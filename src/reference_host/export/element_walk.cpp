@@ -1,9 +1,9 @@
-#include "reference_host/export/element_walk.hpp"
+#include "export/element_walk.hpp"
 
 #include <stdexcept>
 #include <vector>
 
-#include "reference_host/i18n/utf16.hpp"
+#include "reference_host/fl/utf16.hpp"
 
 namespace reference_host::exporting {
 

@@ -1,4 +1,4 @@
-#include "reference_host/export/element_walk.hpp"
+#include "export/element_walk.hpp"
 #include "reference_host/export/export.hpp"
 
 namespace reference_host::exporting {

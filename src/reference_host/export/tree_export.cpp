@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "reference_host/export/element_walk.hpp"
+#include "export/element_walk.hpp"
 #include "reference_host/export/export.hpp"
 
 namespace reference_host::exporting {

@@ -1,8 +1,8 @@
-#include "reference_host/importer/document_walk.hpp"
+#include "importer/document_walk.hpp"
 
 #include <utility>
 
-#include "reference_host/json/pointer.hpp"
+#include "json/pointer.hpp"
 
 namespace reference_host::importer {
 

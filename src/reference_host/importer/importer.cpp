@@ -3,7 +3,7 @@
 #include <new>
 #include <utility>
 
-#include "reference_host/importer/document_walk.hpp"
+#include "importer/document_walk.hpp"
 
 namespace reference_host::importer {
 

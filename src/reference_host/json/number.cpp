@@ -1,4 +1,4 @@
-#include "reference_host/json/number.hpp"
+#include "json/number.hpp"
 
 #include <locale>
 #include <sstream>

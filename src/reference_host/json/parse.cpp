@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "reference_host/json/number.hpp"
+#include "json/number.hpp"
 #include "reference_host/json/syntax_check.hpp"
 
 namespace reference_host::json {

@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
-#include "reference_host/json/number.hpp"
+#include "json/number.hpp"
+#include "json/utf8.hpp"
 #include "reference_host/json/parse.hpp"
 #include "reference_host/json/text_places.hpp"
-#include "reference_host/json/utf8.hpp"
 
 namespace reference_host::json {
 

@@ -9,8 +9,8 @@
 #include <cmath>
 #include <vector>
 
-#include "reference_host/json/pointer.hpp"
-#include "reference_host/json/utf8.hpp"
+#include "json/pointer.hpp"
+#include "json/utf8.hpp"
 
 namespace reference_host::json {
 

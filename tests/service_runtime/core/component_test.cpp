@@ -6,8 +6,8 @@
 #include <map>
 
 #include "cppmicroservices/servicecomponent/runtime/ServiceComponentRuntime.hpp"
-#include "host.hpp"
 #include "services.hpp"
+#include "support/runtime_host.hpp"
 
 namespace service_runtime_test {
 namespace {

@@ -11,8 +11,8 @@
 #include <stdexcept>
 #include <thread>
 
-#include "host.hpp"
 #include "services.hpp"
+#include "support/runtime_host.hpp"
 
 namespace service_runtime_test {
 namespace {

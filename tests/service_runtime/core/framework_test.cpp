@@ -8,8 +8,8 @@
 #include <stdexcept>
 
 #include "bundle_file/file_builder.hpp"
-#include "host.hpp"
 #include "services.hpp"
+#include "support/runtime_host.hpp"
 #include "support/temporary_folder.hpp"
 
 namespace service_runtime_test {

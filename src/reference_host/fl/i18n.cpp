@@ -9,7 +9,7 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "reference_host/i18n/utf16.hpp"
+#include "reference_host/fl/utf16.hpp"
 
 namespace reference_host::i18n {
 

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "fl/i18n.hpp"
-#include "reference_host/i18n/utf16.hpp"
+#include "reference_host/fl/utf16.hpp"
 
 namespace {
 
