@@ -3,6 +3,7 @@
 /// @file
 /// The JSON value library: one value type, its member access and its pretty printer.
 
+#include <atomic>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -115,12 +116,30 @@ const T* get_if(const Value& value) noexcept {
   return value.get_if<T>();
 }
 
+namespace detail {
+
+/// How many watches on reads there are in the process. Nearly always none: then a read costs one
+/// look at this and a branch that is never taken.
+TESSEL_HOST_API extern std::atomic<unsigned> readWatches;
+
+/// Tells the calling thread's watch, if it has one, that a value was asked for a member.
+TESSEL_HOST_API void tellAsked(const Value& holder, const std::string& key, const Value* answer);
+
+inline bool mayBeWatched() noexcept {
+  return readWatches.load(std::memory_order_relaxed) != 0;
+}
+
+}  // namespace detail
+
 /// The member under the key; null when there is none or the value is no object.
 inline const Value* find_member(const Value& value, const std::string& key) {
-  const auto* members = get_if<Value::Object>(value);
-  if (members == nullptr) return nullptr;
-  const auto member = members->find(key);
-  return member == members->end() ? nullptr : &member->second;
+  const Value* answer = nullptr;
+  if (const auto* members = get_if<Value::Object>(value)) {
+    const auto member = members->find(key);
+    if (member != members->end()) answer = &member->second;
+  }
+  if (detail::mayBeWatched()) detail::tellAsked(value, key, answer);
+  return answer;
 }
 
 /// The name of an alternative as it appears in "invalid conversion: A to B".
