@@ -23,6 +23,7 @@ OWNERS = [
     ("widgets", re.compile(r"^widgets/")),
     ("runtime", re.compile(r"^cppmicroservices/")),
     ("importer", re.compile(r"^reference_host/importer/")),
+    ("diagnosis", re.compile(r"^reference_host/diagnosis/")),
     ("reference_host", re.compile(r"^reference_host/")),
     ("tool", re.compile(r"^tessel_tool/")),
     ("contract", re.compile(r"^contract/")),
@@ -38,9 +39,10 @@ RULES = [
     (f"{BUNDLE}/widgets", {"widgets", "framework", "host"}),
     (BUNDLE, {"controls", "widgets", "runtime", "host"}),  # the registration
     ("reference_host/importer", {"importer", "reference_host", "host"}),
+    ("reference_host/diagnosis", {"diagnosis", "importer", "reference_host", "host"}),
     ("reference_host", {"reference_host", "host"}),
     ("service_runtime", {"runtime", "own"}),
-    ("tessel_tool", {"tool", "importer", "reference_host", "runtime", "host", "own"}),
+    ("tessel_tool", {"tool", "importer", "diagnosis", "reference_host", "runtime", "host", "own"}),
 ]
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"')
