@@ -7,12 +7,14 @@
 #include <utility>
 #include <vector>
 
+#include "reference_host/diagnosis/knowledge.hpp"
 #include "reference_host/importer/importer.hpp"
 #include "tessel_tool/console.hpp"
 #include "tessel_tool/import_answer.hpp"
 #include "tessel_tool/input.hpp"
 #include "tessel_tool/ordered_work.hpp"
 #include "tessel_tool/stop.hpp"
+#include "tessel_tool/words.hpp"
 
 namespace tessel_tool {
 
@@ -91,7 +93,7 @@ struct WrittenAnswers {
 
 ExitStatus runImport(BuilderServices& services, const ImportOptions& options) {
   using reference_host::importer::OnError;
-  const auto& builders = services.builders();
+  const reference_host::diagnosis::Knowledge knowledge(services.builders(), knownWords());
   const OnError onError = options.failFast ? OnError::kStop : OnError::kContinue;
   DocumentSource source(options.files, options.ndjson ? DocumentSource::Unit::kLine
                                                       : DocumentSource::Unit::kWholeInput);
@@ -106,7 +108,7 @@ ExitStatus runImport(BuilderServices& services, const ImportOptions& options) {
       [&](std::vector<Document>& batch) {
         WrittenAnswers answers;
         for (Document& document : batch) {
-          answers.add(importOne(builders, document, onError, options.log), options);
+          answers.add(importOne(knowledge, document, onError, options.log), options);
           if (answers.failed != 0 && options.failFast) break;
         }
         return answers;
