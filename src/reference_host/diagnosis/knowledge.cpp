@@ -341,15 +341,12 @@ const Kind& Knowledge::kindOf(const NamedBuilder& builder, const Value& object) 
   if (!isClaimed(builder, words.sample())) words.type = textAt(object, typePlace());
   const std::vector<Recognition>& known = recognitions();
   const std::lock_guard<std::mutex> guard(mutex_);
-  const auto [position, isNew] =
-      kinds_.try_emplace({&builder, words.className, words.type.value_or("")});
-  if (isNew) {
-    // A builder that goes by other words still builds this object.
-    Value sample = words.sample();
-    if (!isClaimed(builder, sample)) sample = object;
-    position->second = Lesson(builder, std::move(sample), known).learn();
-  }
-  return position->second;
+  const Words key{&builder, words.className, words.type.value_or("")};
+  if (const auto learnt = kinds_.find(key); learnt != kinds_.end()) return learnt->second;
+  // A builder that goes by other words still builds this object.
+  Value sample = words.sample();
+  if (!isClaimed(builder, sample)) sample = object;
+  return kinds_.emplace(key, Lesson(builder, std::move(sample), known).learn()).first->second;
 }
 
 std::string Knowledge::wantedInstead(const NamedBuilder& builder, const Value& object,
@@ -357,9 +354,10 @@ std::string Knowledge::wantedInstead(const NamedBuilder& builder, const Value& o
   const Words key{&builder, patternOf(place) + ' ' + typeNameOf(valueAt(object, place)),
                   wordsOf(object)};
   const std::lock_guard<std::mutex> guard(mutex_);
-  const auto [position, isNew] = wantedInstead_.try_emplace(key);
-  if (isNew) position->second = Trial(builder, object, place).wantedInstead();
-  return position->second;
+  if (const auto tried = wantedInstead_.find(key); tried != wantedInstead_.end()) {
+    return tried->second;
+  }
+  return wantedInstead_.emplace(key, Trial(builder, object, place).wantedInstead()).first->second;
 }
 
 bool Knowledge::isGood(const std::string& shape) const {
