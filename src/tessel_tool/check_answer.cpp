@@ -43,10 +43,48 @@ std::vector<PlacedProblem> duplicatesIn(const Knowledge& knowledge, const Value&
   return found;
 }
 
+/// Where the character at a place begins.
+std::size_t offsetOf(std::string_view text, const TextPlace& place) {
+  std::size_t offset = 0;
+  for (std::size_t line = 1; line < place.line; ++line) offset = text.find('\n', offset) + 1;
+  const auto continues = [&] {
+    return offset < text.size() && (static_cast<unsigned char>(text[offset]) & 0xC0U) == 0x80U;
+  };
+  for (std::size_t column = 1; column < place.column && offset < text.size(); ++column) {
+    do ++offset;
+    while (continues());
+  }
+  return offset;
+}
+
+/// What may have been meant where a text is no JSON.
+std::optional<std::string> hintForSyntax(std::string_view text, std::size_t offset,
+                                         std::string_view reason) {
+  if (reason == "unclosed object") return "add the } that is missing at its end";
+  if (reason == "unclosed array") return "add the ] that is missing at its end";
+  if (offset >= text.size()) return std::nullopt;
+  const char character = text[offset];
+  const std::size_t before = text.substr(0, offset).find_last_not_of(" \t\r\n");
+  const bool afterComma = before != std::string_view::npos && text[before] == ',';
+  if (character == '/' || character == '#') return "JSON has no comments: take it out";
+  if (character == '\'') return "put names and texts in double quotes";
+  if (afterComma && (character == '}' || character == ']')) return "take out the comma before it";
+  return std::nullopt;
+}
+
 /// The place where parsing stopped, with the character that is there.
-PlacedProblem syntaxProblem(const reference_host::json::ParseError& error, std::size_t firstLine) {
-  const TextPlace begin{error.line() - firstLine + 1, error.column()};
-  return {{Code::kSyntax, {}, {}, error.reason(), {}, {}, {}, {}},
+PlacedProblem syntaxProblem(const reference_host::json::ParseError& error,
+                            const Document& document) {
+  const TextPlace begin{error.line() - document.line + 1, error.column()};
+  const std::string_view text = document.content();
+  return {{Code::kSyntax,
+           {},
+           {},
+           error.reason(),
+           hintForSyntax(text, offsetOf(text, begin), error.reason()),
+           {},
+           {},
+           {}},
           {begin, {begin.line, begin.column + 1}}};
 }
 
@@ -87,7 +125,7 @@ void check(CheckAnswer& answer, const Knowledge& knowledge, Warnings warnings) {
       sortByPlace(answer.problems);
     }
   } catch (const reference_host::json::ParseError& error) {
-    answer.problems.push_back(syntaxProblem(error, answer.document.line));
+    answer.problems.push_back(syntaxProblem(error, answer.document));
   }
   const auto isAnError = [](const PlacedProblem& placed) { return isError(placed.problem.code); };
   answer.errors = static_cast<std::size_t>(

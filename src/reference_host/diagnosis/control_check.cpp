@@ -88,6 +88,24 @@ std::string messageOf(const std::string& name, const Culprit& culprit) {
          " is wanted";
 }
 
+/// What to add where something is missing by which a builder recognises its objects.
+std::string hintForUnrecognised(const Knowledge& knowledge, const Value& object,
+                                const Culprit& culprit) {
+  const std::string hint = "add " + quoted(*std::get_if<std::string>(&culprit.place.back())) + ": ";
+  const bool isContext = culprit.place == contextPlace();
+  if (!isContext && culprit.place != typePlace()) return hint + exampleOf(culprit.wanted);
+  const Value* className = valueAt(object, classNamePlace());
+  std::string types;
+  for (const Recognition& recognition : knowledge.recognitions()) {
+    if (!recognition.type || className == nullptr || *className != Value(recognition.className)) {
+      continue;
+    }
+    types += (types.empty() ? "" : ", ") + quoted(*recognition.type);
+  }
+  if (types.empty()) return hint + exampleOf(culprit.wanted);
+  return hint + (isContext ? "{\"type\": T, ...}, where T" : "T, which") + " is one of " + types;
+}
+
 Problem problemWith(Code code, const std::string& builder, const std::string& name,
                     const std::string& pointer, const Value& object,
                     const std::optional<Culprit>& culprit, const std::string& message) {
@@ -446,8 +464,7 @@ Problem problemOf(const Knowledge& knowledge, const NamedBuilder& builder, impor
   if (const Value* held = valueAt(object, reason.place)) {
     problem.hint = correction(*held, reason.wanted);
   } else {
-    problem.hint = "add " + quoted(*std::get_if<std::string>(&reason.place.back())) + ": " +
-                   exampleOf(reason.wanted);
+    problem.hint = hintForUnrecognised(knowledge, object, reason);
   }
   return problem;
 }

@@ -106,7 +106,8 @@ TEST(DocumentCheckTest, Hints) {
        {R"(unknown-class /className: write "className": "SpinnerControlNode")"}},
       {R"({"className": "Thing", "controlId": "a"})", {"unknown-class /className"}},
       {R"({"controlId": "a"})", {R"(unknown-class : add "className": "...")"}},
-      {R"({"className": "LumoControlNode"})", {R"(cannot-tell /context: add "context": {...})"}},
+      {R"({"className": "LumoControlNode"})", {R"(cannot-tell /context: add "context": {"type": T, ...}, where T is one of )"
+        R"("button", "comboBox", "editField", "slider")"}},
       {R"({"className": "LumoControlNode", "context": {"type": "comboBox",
            "data": {"items": ["a"]}}})",
        {R"(wrong-type /context/data/items/0: write an object: {"label": ..., "value": ...})"}},
