@@ -43,20 +43,6 @@ std::vector<PlacedProblem> duplicatesIn(const Knowledge& knowledge, const Value&
   return found;
 }
 
-/// Where the character at a place begins.
-std::size_t offsetOf(std::string_view text, const TextPlace& place) {
-  std::size_t offset = 0;
-  for (std::size_t line = 1; line < place.line; ++line) offset = text.find('\n', offset) + 1;
-  const auto continues = [&] {
-    return offset < text.size() && (static_cast<unsigned char>(text[offset]) & 0xC0U) == 0x80U;
-  };
-  for (std::size_t column = 1; column < place.column && offset < text.size(); ++column) {
-    do ++offset;
-    while (continues());
-  }
-  return offset;
-}
-
 /// What may have been meant where a text is no JSON.
 std::optional<std::string> hintForSyntax(std::string_view text, std::size_t offset,
                                          std::string_view reason) {

@@ -190,13 +190,13 @@ void locateErrors(Explanation& explanation, const reference_host::diagnosis::Kno
     errors.push_back({pointer, *explanation.claimedBy, Step::kBuild, *explanation.build->error});
     locations.push_back(&explanation.build->location);
   }
-  std::vector<LocatedError> located = locate(knowledge, errors, value, document);
+  std::vector<LocatedError> located = locate(knowledge, errors, value, document, Tell::kPeople);
   for (std::size_t index = 0; index != located.size(); ++index) {
     *locations[index] = std::move(located[index].location);
   }
   if (located.empty() || (explanation.build && !explanation.build->error)) return;
-  PlacedProblem& told = explanation.build ? located.back().told : located.front().told;
-  appendAsText(explanation.told, {std::move(told)}, originOf(document));
+  LocatedError& told = explanation.build ? located.back() : located.front();
+  appendAsText(explanation.told, {*told.told}, originOf(document));
 }
 
 void appendAsJson(std::string& out, const Explanation& explanation, bool oneLine) {

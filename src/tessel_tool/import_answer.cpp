@@ -49,7 +49,9 @@ void writeSummary(JsonWriter& writer, const Summary& summary) {
 std::string toldErrors(const std::vector<LocatedError>& errors, const Document& document) {
   std::vector<PlacedProblem> problems;
   problems.reserve(errors.size());
-  for (const LocatedError& error : errors) problems.push_back(error.told);
+  for (const LocatedError& error : errors) {
+    if (error.told) problems.push_back(*error.told);
+  }
   sortByPlace(problems);
   std::string text;
   appendAsText(text, problems, originOf(document));
@@ -57,7 +59,7 @@ std::string toldErrors(const std::vector<LocatedError>& errors, const Document& 
 }
 
 void importInto(ImportAnswer& answer, Document& document, const Knowledge& knowledge,
-                OnError onError) {
+                OnError onError, Tell tell) {
   std::optional<LogCapture> capture;
   if (answer.log) capture.emplace();
   const auto endLog = [&] {
@@ -71,7 +73,7 @@ void importInto(ImportAnswer& answer, Document& document, const Knowledge& knowl
     answer.result = importDocument(knowledge.builders(), gx::zero::Model::create(), value, onError);
     // The builders are asked again from here on, which is no part of the import.
     endLog();
-    answer.located = locate(knowledge, answer.result.errors, value, document);
+    answer.located = locate(knowledge, answer.result.errors, value, document, tell);
     answer.told = toldErrors(answer.located, document);
   } catch (const reference_host::json::ParseError& error) {
     answer.failure = error.what();
@@ -92,13 +94,13 @@ void ImportAnswer::runOutOfMemory() noexcept {
 }
 
 ImportAnswer importOne(const Knowledge& knowledge, Document& document, OnError onError,
-                       bool withLog) {
+                       bool withLog, Tell tell) {
   ImportAnswer answer;
   answer.document = std::move(document.name);
   answer.failure = std::move(document.readError);
   if (withLog) answer.log.emplace();
   try {
-    if (answer.failure.empty()) importInto(answer, document, knowledge, onError);
+    if (answer.failure.empty()) importInto(answer, document, knowledge, onError, tell);
   } catch (const std::bad_alloc&) {
     answer.runOutOfMemory();
   }

@@ -35,7 +35,7 @@ struct ImportAnswer {
 
 /// Imports one document, whose names and text are used up, into a model of its own.
 ImportAnswer importOne(const reference_host::diagnosis::Knowledge& knowledge, Document& document,
-                       reference_host::importer::OnError onError, bool withLog);
+                       reference_host::importer::OnError onError, bool withLog, Tell tell);
 
 /// Appends the answer as a JSON object and a line feed.
 /// @param oneLine one line without white space, else indented.

@@ -94,6 +94,7 @@ struct WrittenAnswers {
 ExitStatus runImport(BuilderServices& services, const ImportOptions& options) {
   using reference_host::importer::OnError;
   const reference_host::diagnosis::Knowledge knowledge(services.builders(), knownWords());
+  const Tell tell = options.json ? Tell::kPrograms : Tell::kPeople;
   const OnError onError = options.failFast ? OnError::kStop : OnError::kContinue;
   DocumentSource source(options.files, options.ndjson ? DocumentSource::Unit::kLine
                                                       : DocumentSource::Unit::kWholeInput);
@@ -108,7 +109,7 @@ ExitStatus runImport(BuilderServices& services, const ImportOptions& options) {
       [&](std::vector<Document>& batch) {
         WrittenAnswers answers;
         for (Document& document : batch) {
-          answers.add(importOne(knowledge, document, onError, options.log), options);
+          answers.add(importOne(knowledge, document, onError, options.log, tell), options);
           if (answers.failed != 0 && options.failFast) break;
         }
         return answers;

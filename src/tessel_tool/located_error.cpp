@@ -25,7 +25,7 @@ const NamedBuilder& builderOf(const Knowledge& knowledge, const ImportError& err
 }  // namespace
 
 std::vector<LocatedError> locate(const Knowledge& knowledge, const std::vector<ImportError>& errors,
-                                 const Value& value, const Document& document) {
+                                 const Value& value, const Document& document, Tell tell) {
   namespace diagnosis = reference_host::diagnosis;
   std::vector<LocatedError> located;
   std::vector<std::string>
@@ -34,25 +34,28 @@ std::vector<LocatedError> locate(const Knowledge& knowledge, const std::vector<I
     const NamedBuilder& builder = builderOf(knowledge, error);
     const Value& object = *diagnosis::valueAt(value, diagnosis::pathTo(value, error.pointer));
     const std::optional<Culprit> culprit = diagnosis::findCulprit(builder, error.step, object);
-    LocatedError next{{},
-                      {diagnosis::problemOf(knowledge, builder, error.step, error.pointer, object,
-                                            culprit, error.message),
-                       {}}};
+    LocatedError next;
     if (culprit) {
       next.location.member = error.pointer + diagnosis::pointerOf(culprit->place);
       next.location.held = culprit->held;
       next.location.wanted = culprit->wanted;
     }
     pointers.push_back(next.location.member.value_or(error.pointer));
-    pointers.push_back(next.told.problem.member.value_or(error.pointer));
+    if (tell == Tell::kPeople) {
+      next.told = {diagnosis::problemOf(knowledge, builder, error.step, error.pointer, object,
+                                        culprit, error.message),
+                   {}};
+      pointers.push_back(next.told->problem.member.value_or(error.pointer));
+    }
     located.push_back(std::move(next));
   }
   if (located.empty()) return located;
   const auto places = reference_host::json::findValues(document.content(), pointers);
-  for (std::size_t index = 0; index != located.size(); ++index) {
-    located[index].location.place = places[2 * index].value.begin;
-    located[index].location.place->line += document.line - 1;
-    located[index].told.place = places[2 * index + 1].value;
+  auto place = places.begin();
+  for (LocatedError& error : located) {
+    error.location.place = (place++)->value.begin;
+    error.location.place->line += document.line - 1;
+    if (error.told) error.told->place = (place++)->value;
   }
   return located;
 }

@@ -27,14 +27,18 @@ struct Location {
 
 struct LocatedError {
   Location location;
-  PlacedProblem told;  ///< for people
+  std::optional<PlacedProblem> told;  ///< for people
 };
+
+enum class Tell { kPrograms, kPeople };
 
 /// The errors of the objects of a document, located in its text, in their order.
 /// @param document the parsed one, whose value is `value`.
+/// @param tell whether there is anything for people.
 std::vector<LocatedError> locate(const reference_host::diagnosis::Knowledge& knowledge,
                                  const std::vector<reference_host::importer::ImportError>& errors,
-                                 const foundation::json::Value& value, const Document& document);
+                                 const foundation::json::Value& value, const Document& document,
+                                 Tell tell);
 
 /// Where the text of a document comes from.
 TextOrigin originOf(const Document& document);

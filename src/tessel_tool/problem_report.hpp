@@ -3,6 +3,7 @@
 /// @file
 /// Problems with their places in a text, for people and for programs.
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,6 +24,9 @@ struct PlacedProblem {
 /// @param text what was parsed, without a byte order mark.
 std::vector<PlacedProblem> place(std::vector<reference_host::diagnosis::Problem> problems,
                                  std::string_view text);
+
+/// Where the character at a place of a text begins.
+std::size_t offsetOf(std::string_view text, const reference_host::json::TextPlace& place);
 
 /// Puts problems into the order in which they are told: by line, column, member and code.
 void sortByPlace(std::vector<PlacedProblem>& problems);

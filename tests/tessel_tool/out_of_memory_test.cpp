@@ -83,14 +83,16 @@ TEST(OutOfMemory, ADocumentIsImportedOrHasFailed) {
     for (const bool withLog : {false, true}) {
       SCOPED_TRACE(text + (withLog ? " with log" : ""));
       Document usual = documentOf(text);
-      const std::string whole = asJson(importOne(knowledge, usual, OnError::kContinue, withLog));
+      const std::string whole =
+          asJson(importOne(knowledge, usual, OnError::kContinue, withLog, Tell::kPeople));
       std::set<std::string> failedSteps;
       const std::size_t rounds = sweepAllocations(Refusal::kFromThenOn, [&](LimitedMemory& memory) {
         SCOPED_TRACE(memory.successes());
         Document document = documentOf(text);
         std::optional<ImportAnswer> answer;
-        EXPECT_FALSE(memory.run(
-            [&] { answer = importOne(knowledge, document, OnError::kContinue, withLog); }));
+        EXPECT_FALSE(memory.run([&] {
+          answer = importOne(knowledge, document, OnError::kContinue, withLog, Tell::kPeople);
+        }));
         ASSERT_TRUE(answer);
         EXPECT_EQ(answer->path, kName);
         if (answer->failure != kOutOfMemory) {
@@ -121,7 +123,8 @@ TEST(OutOfMemory, ABuilderThatRunsOutOfItIsNotToBlame) {
     const auto builders = textBuilder(runsOut);
     const Knowledge knowledge(builders, {});
     Document document = documentOf(R"({"text": 1})");
-    const ImportAnswer answer = importOne(knowledge, document, OnError::kContinue, false);
+    const ImportAnswer answer =
+        importOne(knowledge, document, OnError::kContinue, false, Tell::kPeople);
     EXPECT_EQ(answer.failure, kOutOfMemory);
     EXPECT_STREQ(answer.failedStep, "build");
     EXPECT_THROW(explain(builders, value), std::bad_alloc);

@@ -157,7 +157,11 @@ class CulpritSearch {
     if (again.succeeded) return true;
     if (need == Need::kSuccess) return false;
     const auto last = lastRead(again.trace);
-    if (last == place) return false;
+    if (last == place) {
+      // Nothing else was asked for. The failure is still about this value if it names its new type.
+      const auto conversion = conversionIn(again.message);
+      return conversion && conversion->held != type;
+    }
     return again.message != failed_.message || last != last_;
   }
 
