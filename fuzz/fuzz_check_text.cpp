@@ -10,11 +10,11 @@
 #include <string>
 #include <vector>
 
-#include "fuzz/builders.hpp"
 #include "fuzz/check.hpp"
 #include "reference_host/diagnosis/document_check.hpp"
 #include "reference_host/json/parse.hpp"
 #include "reference_host/json/text_places.hpp"
+#include "support/all_builders.hpp"
 #include "tessel_tool/words.hpp"
 
 namespace {
@@ -27,7 +27,7 @@ using reference_host::diagnosis::Warnings;
 using reference_host::json::TextPlace;
 
 const Knowledge& experienced() {
-  static const Knowledge knowledge(fuzz::allBuilders(), tessel_tool::knownWords());
+  static const Knowledge knowledge(test_support::allBuilders(), tessel_tool::knownWords());
   return knowledge;
 }
 
@@ -80,7 +80,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   }
   std::set<std::string> failed;
   const auto imported = reference_host::importer::importDocument(
-      fuzz::allBuilders(), gx::zero::Model::create(), document);
+      test_support::allBuilders(), gx::zero::Model::create(), document);
   for (const auto& error : imported.errors) failed.insert(error.pointer);
   require(wrong == failed, "an object has an error exactly if an import fails on it");
 
@@ -92,7 +92,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   for (const auto& duplicate : reference_host::json::findDuplicates(report.text)) {
     offeredAround(experienced(), document, duplicate.pointer);
   }
-  const Knowledge fresh(fuzz::allBuilders(), tessel_tool::knownWords());
+  const Knowledge fresh(test_support::allBuilders(), tessel_tool::knownWords());
   require(told(experienced(), document) == told(fresh, document),
           "what is told does not depend on what was checked before");
   return 0;
