@@ -76,6 +76,10 @@ void dismantle(Value& root) noexcept {
 /// was loaded while the program runs, the system takes memory for it at a thread's first use.)
 thread_local int containersBeingDestroyed = 0;
 
+void tellAsked(const Value& holder, const std::string& key, const Value* answer) {
+  if (ReadObserver* observer = ReadWatch::observer()) observer->asked(holder, key, answer);
+}
+
 void tellCopied(const Value& original, const Value& copy) {
   if (!detail::mayBeWatched()) return;
   if (ReadObserver* observer = ReadWatch::observer()) observer->copied(original, copy);
@@ -153,22 +157,18 @@ const Value& Value::operator[](const char* key) const {
 
 const Value& Value::operator[](const std::string& key) const {
   static const Value undefined;
-  const auto* members = get_if<Object>();
-  const auto position = members == nullptr ? Object::const_iterator() : members->find(key);
-  const bool found = members != nullptr && position != members->end();
-  const Value& answer = found ? position->second : undefined;
-  if (detail::mayBeWatched()) detail::tellAsked(*this, key, &answer);
-  return answer;
+  const Value* const member = find_member(*this, key);
+  return member == nullptr ? undefined : *member;
 }
 
 Value& Value::operator[](const char* key) {
   if (get_if<Undefined>() != nullptr) held_.emplace<Object>();
   if (auto* members = get_if<Object>()) {
     Value& answer = (*members)[key];
-    if (detail::mayBeWatched()) detail::tellAsked(*this, key, &answer);
+    if (detail::mayBeWatched()) tellAsked(*this, key, &answer);
     return answer;
   }
-  if (detail::mayBeWatched()) detail::tellAsked(*this, key, nullptr);
+  if (detail::mayBeWatched()) tellAsked(*this, key, nullptr);
   const char* const name = std::visit(
       [](const auto& held) { return traits<std::decay_t<decltype(held)>>::name; }, held_);
   throw std::runtime_error(std::string("invalid conversion: ") + name + " to " +
@@ -214,8 +214,13 @@ namespace detail {
 
 std::atomic<unsigned> readWatches{0};
 
-void tellAsked(const Value& holder, const std::string& key, const Value* answer) {
-  if (ReadObserver* observer = ReadWatch::observer()) observer->asked(holder, key, answer);
+const Value* findWatched(const Value& value, const std::string& key) {
+  const auto* members = value.get_if<Value::Object>();
+  const auto member = members == nullptr ? Value::Object::const_iterator() : members->find(key);
+  const bool found = members != nullptr && member != members->end();
+  const Value* const answer = found ? &member->second : nullptr;
+  tellAsked(value, key, answer);
+  return answer;
 }
 
 }  // namespace detail

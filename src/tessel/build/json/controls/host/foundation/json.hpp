@@ -122,8 +122,8 @@ namespace detail {
 /// look at this and a branch that is never taken.
 TESSEL_HOST_API extern std::atomic<unsigned> readWatches;
 
-/// Tells the calling thread's watch, if it has one, that a value was asked for a member.
-TESSEL_HOST_API void tellAsked(const Value& holder, const std::string& key, const Value* answer);
+/// `find_member` for a thread that may have a watch, which it tells.
+TESSEL_HOST_API const Value* findWatched(const Value& value, const std::string& key);
 
 inline bool mayBeWatched() noexcept {
   return readWatches.load(std::memory_order_relaxed) != 0;
@@ -133,13 +133,12 @@ inline bool mayBeWatched() noexcept {
 
 /// The member under the key; null when there is none or the value is no object.
 inline const Value* find_member(const Value& value, const std::string& key) {
-  const Value* answer = nullptr;
-  if (const auto* members = get_if<Value::Object>(value)) {
-    const auto member = members->find(key);
-    if (member != members->end()) answer = &member->second;
-  }
-  if (detail::mayBeWatched()) detail::tellAsked(value, key, answer);
-  return answer;
+  // Asked first, so that nothing has to be kept for it over the look-up.
+  if (detail::mayBeWatched()) return detail::findWatched(value, key);
+  const auto* members = get_if<Value::Object>(value);
+  if (members == nullptr) return nullptr;
+  const auto member = members->find(key);
+  return member == members->end() ? nullptr : &member->second;
 }
 
 /// The name of an alternative as it appears in "invalid conversion: A to B".
