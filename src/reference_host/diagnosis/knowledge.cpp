@@ -83,26 +83,29 @@ class Lesson {
   /// Puts something where a member was asked for and there was none; false when there is no such
   /// place.
   bool addMember(const ReadTrace& trace) {
-    for (const Path& place : trace.askedPlaces()) {
-      if (valueAt(sample_, place) != nullptr || !tried_.insert(place).second) continue;
-      Value with = sample_;
-      put(with, place, Value::Object());
-      const Attempt built = attempt(builder_, importer::Step::kBuild, with);
-      takeDown(built.trace);
-      if (!built.succeeded) {
-        const auto culprit = findCulprit(builder_, importer::Step::kBuild, with, built);
-        if (culprit && culprit->place == place)
-          fill(place, culprit->wanted);
-        else if (culprit)
-          fill(place, traits<Value::Object>::name);
-      } else if (built.trace.wasHolder(place)) {
-        fill(place, traits<Value::Object>::name);
-      } else {
-        addScalar(place);
-      }
-      return true;
+    const std::vector<Path> asked = trace.askedPlaces();
+    const auto missing = std::find_if(asked.begin(), asked.end(), [&](const Path& place) {
+      return valueAt(sample_, place) == nullptr && tried_.insert(place).second;
+    });
+    if (missing == asked.end()) return false;
+    addMemberAt(*missing);
+    return true;
+  }
+
+  void addMemberAt(const Path& place) {
+    const std::string object = traits<Value::Object>::name;
+    Value with = sample_;
+    put(with, place, Value::Object());
+    const Attempt built = attempt(builder_, importer::Step::kBuild, with);
+    takeDown(built.trace);
+    if (!built.succeeded) {
+      const auto culprit = findCulprit(builder_, importer::Step::kBuild, with, built);
+      if (culprit) fill(place, culprit->place == place ? culprit->wanted : object);
+    } else if (built.trace.wasHolder(place)) {
+      fill(place, object);
+    } else {
+      addScalar(place);
     }
-    return false;
   }
 
   /// Of the types that are accepted, the first of which a value makes a difference is wanted.

@@ -157,8 +157,12 @@ const Value& Value::operator[](const char* key) const {
 
 const Value& Value::operator[](const std::string& key) const {
   static const Value undefined;
-  const Value* const member = find_member(*this, key);
-  return member == nullptr ? undefined : *member;
+  const auto* members = get_if<Object>();
+  const auto member = members == nullptr ? Object::const_iterator() : members->find(key);
+  const bool found = members != nullptr && member != members->end();
+  const Value& answer = found ? member->second : undefined;
+  if (detail::mayBeWatched()) tellAsked(*this, key, &answer);
+  return answer;
 }
 
 Value& Value::operator[](const char* key) {
