@@ -39,9 +39,8 @@ void count(const std::string& name, std::size_t units, const Action& action) {
 
 void countParse(const std::string& what, const std::string& document) {
   std::vector<Value> parsed(2);
-  count("parse: " + what, 1, [&](std::size_t run) {
-    parsed[run] = reference_host::json::parse(document);
-  });
+  count("parse: " + what, 1,
+        [&](std::size_t run) { parsed[run] = reference_host::json::parse(document); });
 }
 
 void countRecognition(const std::string& what, const std::vector<const Value*>& objects) {
