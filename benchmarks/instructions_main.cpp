@@ -16,6 +16,7 @@
 #include "document_generator.hpp"
 #include "gx/zero.hpp"
 #include "literal_recognition.hpp"
+#include "reference_host/json/parse.hpp"
 
 namespace {
 
@@ -34,6 +35,12 @@ void count(const std::string& name, std::size_t units, const Action& action) {
   CALLGRIND_DUMP_STATS_AT(name.c_str());
   CALLGRIND_STOP_INSTRUMENTATION;
   std::printf("%zu %s\n", units, name.c_str());
+}
+
+void countParse(const std::string& what, const std::string& document) {
+  std::vector<Value> parsed(2);
+  count("parse: " + what, 1,
+        [&](std::size_t run) { parsed[run] = reference_host::json::parse(document); });
 }
 
 void countRecognition(const std::string& what, const std::vector<const Value*>& objects) {
@@ -75,6 +82,7 @@ void countStrangers() {
 }  // namespace
 
 int main() {
+  countParse("a document of 20,000 bytes", benchmarks::generateDocument(20000));
   for (const Kind* kind : benchmarks::measuredKinds()) {
     countKind(*kind);
   }

@@ -27,16 +27,20 @@ ROOMS = [
     ("registration", BUNDLE, ["controls", "widgets", "runtime API", "host"]),
     ("reference host", HOST, ["host"]),
     ("importer", f"{HOST}/importer", ["reference host", "host"]),
+    ("diagnosis", f"{HOST}/diagnosis", ["importer", "reference host", "host"]),
     ("runtime API", f"{RUNTIME}/include", []),
     ("runtime filter", f"{RUNTIME}/filter", ["runtime API"]),
     ("runtime bundle_file", f"{RUNTIME}/bundle_file", ["runtime filter", "runtime API"]),
     ("runtime core", f"{RUNTIME}/core", ["runtime bundle_file", "runtime filter", "runtime API"]),
-    ("tool", "src/tessel_tool", ["importer", "reference host", "runtime API", "host"]),
+    ("tool", "src/tessel_tool", ["diagnosis", "importer", "reference host", "runtime API", "host"]),
     ("contract", "contract", ["reference host", "host"]),
     ("generator", "benchmarks/generator", ["contract", "reference host", "host"]),
 ]
 # A header that others include belongs to the room that it is declared for.
-HEADERS_OF = {f"{HOST}/include/reference_host/importer": "importer"}
+HEADERS_OF = {
+    f"{HOST}/include/reference_host/importer": "importer",
+    f"{HOST}/include/reference_host/diagnosis": "diagnosis",
+}
 # The model classes' headers are made by the build.
 GENERATED_HOST = re.compile(r"^(document|lumocode/contentmodel)/gxzero\.hpp$")
 # Where a quoted include is looked for: what the libraries expose, and each library's own folder.

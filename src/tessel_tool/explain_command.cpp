@@ -9,52 +9,79 @@
 #include "console.hpp"
 #include "explanation.hpp"
 #include "input.hpp"
+#include "located_error.hpp"
 #include "reference_host/json/parse.hpp"
 #include "reference_host/json/text_writer.hpp"
 #include "stop.hpp"
 #include "text_form.hpp"
+#include "words.hpp"
 
 namespace tessel_tool {
 
 namespace {
 
-using NamedBuilders = std::vector<reference_host::importer::NamedBuilder>;
+using foundation::json::Value;
+using reference_host::diagnosis::Knowledge;
+using reference_host::diagnosis::pathTo;
+using reference_host::diagnosis::valueAt;
 using reference_host::json::JsonWriter;
 
-void appendErrorAsJson(std::string& out, const std::string& message, bool oneLine) {
+/// Why there is no explanation.
+struct Refusal {
+  std::string reason;
+  Location location;
+};
+
+void appendAsJson(std::string& out, const Refusal& refusal, bool oneLine) {
   JsonWriter writer(out, oneLine ? JsonWriter::Layout::kCompact : JsonWriter::Layout::kPretty);
-  writer.beginObject().key("error").value(message).endObject();
+  writer.beginObject().key("error").value(refusal.reason);
+  writeLocation(writer, refusal.location);
+  writer.endObject();
   out += '\n';
 }
 
-void appendExplanation(std::string& out, Document& document, const NamedBuilders& builders,
-                       const ExplainOptions& options) {
-  const foundation::json::Value value = document.parse();
-  const Explanation explanation = explain(builders, value);
+/// The value at the pointer; null when there is none.
+const Value* valueAtPointer(const Value& root, const std::string& pointer) {
+  if (!pointer.empty() && pointer.front() != '/') return nullptr;
+  return valueAt(root, pathTo(root, pointer));
+}
+
+/// Appends the explanation of a document, or of the value at a place in it.
+std::optional<Refusal> appendExplanation(std::string& out, Document& document,
+                                         const Knowledge& knowledge,
+                                         const ExplainOptions& options) {
+  const Value root = document.parse();
+  const Value* value = valueAtPointer(root, options.pointer);
+  if (value == nullptr) return Refusal{"there is no value at " + options.pointer, {}};
+  Explanation explanation = explain(knowledge.builders(), *value);
+  locateErrors(explanation, knowledge, root, options.pointer, document);
   if (options.json) {
     appendAsJson(out, explanation, options.ndjson);
   } else {
     if (options.ndjson) out += visible(document.name) + '\n';
-    appendAsText(out, explanation, value, options.all ? Answers::kAll : Answers::kNotable);
+    appendAsText(out, explanation, *value, options.all ? Answers::kAll : Answers::kNotable);
   }
+  return std::nullopt;
 }
 
-/// @return why there is no explanation; empty if there is one.
-std::string tryToExplain(std::string& out, Document& document, const NamedBuilders& builders,
-                         const ExplainOptions& options) try {
-  if (document.readError.empty()) appendExplanation(out, document, builders, options);
-  return document.readError;
+/// @return why there is no explanation; nothing if there is one.
+std::optional<Refusal> tryToExplain(std::string& out, Document& document,
+                                    const Knowledge& knowledge, const ExplainOptions& options) try {
+  if (!document.readError.empty()) return Refusal{document.readError, {}};
+  return appendExplanation(out, document, knowledge, options);
 } catch (const reference_host::json::ParseError& error) {
-  return error.what();
+  Refusal refusal{error.what(), {}};
+  refusal.location.place = {error.line(), error.column()};
+  return refusal;
 } catch (const std::bad_alloc&) {
   std::string().swap(out);
-  return kOutOfMemory;
+  return Refusal{kOutOfMemory, {}};
 }
 
 }  // namespace
 
 ExitStatus runExplain(BuilderServices& services, const ExplainOptions& options) {
-  const auto& builders = services.builders();
+  const Knowledge knowledge(services.builders(), knownWords());
   std::vector<std::string> files;
   if (options.file) files.push_back(*options.file);
   DocumentSource source(
@@ -64,12 +91,12 @@ ExitStatus runExplain(BuilderServices& services, const ExplainOptions& options) 
   stopBetweenAnswers();
   while (std::optional<Document> document = source.next()) {
     std::string out;
-    const std::string reason = tryToExplain(out, *document, builders, options);
-    if (!reason.empty() && options.json) appendErrorAsJson(out, reason, options.ndjson);
+    const auto refusal = tryToExplain(out, *document, knowledge, options);
+    if (refusal && options.json) appendAsJson(out, *refusal, options.ndjson);
     AnswerInProgress answer;
     writeResult(out);
-    if (!reason.empty()) {
-      complain(reason == kOutOfMemory ? document->name : document->path, reason);
+    if (refusal) {
+      complain(refusal->reason == kOutOfMemory ? document->name : document->path, refusal->reason);
       status = ExitStatus::kInputFailed;
     }
     answer.complete(++answered, document->name);

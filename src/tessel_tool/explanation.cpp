@@ -65,6 +65,7 @@ void writeAnswer(JsonWriter& writer, const BuilderAnswer& answer) {
   } else {
     writer.key("canBuild").null().key("error").value(answer.error);
   }
+  writeLocation(writer, answer.location);
   writer.key("log");
   writeRecords(writer, answer.log);
   writer.endObject();
@@ -80,6 +81,7 @@ void writeBuild(JsonWriter& writer, const BuildOutcome& build) {
   } else {
     writer.null();
   }
+  writeLocation(writer, build.location);
   writer.key("log");
   writeRecords(writer, build.log);
   writer.key("model").beginArray();
@@ -174,6 +176,29 @@ Explanation explain(const std::vector<NamedBuilder>& builders, const Value& valu
   return explanation;
 }
 
+void locateErrors(Explanation& explanation, const reference_host::diagnosis::Knowledge& knowledge,
+                  const Value& value, const std::string& pointer, const Document& document) {
+  using reference_host::importer::Step;
+  std::vector<reference_host::importer::ImportError> errors;
+  std::vector<Location*> locations;
+  for (BuilderAnswer& answer : explanation.answers) {
+    if (answer.canBuild) continue;
+    errors.push_back({pointer, answer.builder, Step::kCanBuild, answer.error});
+    locations.push_back(&answer.location);
+  }
+  if (explanation.build && explanation.build->error) {
+    errors.push_back({pointer, *explanation.claimedBy, Step::kBuild, *explanation.build->error});
+    locations.push_back(&explanation.build->location);
+  }
+  std::vector<LocatedError> located = locate(knowledge, errors, value, document, Tell::kPeople);
+  for (std::size_t index = 0; index != located.size(); ++index) {
+    *locations[index] = std::move(located[index].location);
+  }
+  if (located.empty() || (explanation.build && !explanation.build->error)) return;
+  LocatedError& told = explanation.build ? located.back() : located.front();
+  appendAsText(explanation.told, {*told.told}, originOf(document));
+}
+
 void appendAsJson(std::string& out, const Explanation& explanation, bool oneLine) {
   JsonWriter writer(out, oneLine ? JsonWriter::Layout::kCompact : JsonWriter::Layout::kPretty);
   writer.beginObject();
@@ -212,6 +237,7 @@ void appendAsText(std::string& out, const Explanation& explanation, const Value&
   } else {
     out += "nobody builds it\n";
   }
+  out += explanation.told;
 }
 
 }  // namespace tessel_tool

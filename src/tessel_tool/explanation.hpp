@@ -10,6 +10,7 @@
 #include "document/gxzero.hpp"
 #include "foundation/json.hpp"
 #include "gx/zero.hpp"
+#include "located_error.hpp"
 #include "reference_host/importer/importer.hpp"
 
 namespace tessel_tool {
@@ -21,6 +22,7 @@ struct BuilderAnswer {
   std::string builder;
   std::optional<bool> canBuild;  ///< nothing when it threw
   std::string error;             ///< what it threw
+  Location location;             ///< of what it threw, once it is located
   Records log;
 };
 
@@ -28,6 +30,7 @@ struct BuilderAnswer {
 struct BuildOutcome {
   document::gxzero::Node node;       ///< empty when the build threw
   std::optional<std::string> error;  ///< what it threw
+  Location location;                 ///< of what it threw, once it is located
   Records log;
   gx::zero::Model model;  ///< everything the build created, for roots that a failed build left
 };
@@ -36,11 +39,18 @@ struct Explanation {
   std::vector<BuilderAnswer> answers;    ///< one for each builder, in their order
   std::optional<std::string> claimedBy;  ///< the first builder that said yes
   std::optional<BuildOutcome> build;     ///< there only when a builder claims the value
+  std::string told;                      ///< the error of an import, for people, once it is located
 };
 
 /// Asks every builder about the value, and has the first that claims it build in a fresh model.
 Explanation explain(const std::vector<reference_host::importer::NamedBuilder>& builders,
                     const foundation::json::Value& value);
+
+/// Locates the errors of an explanation.
+/// @param value the document's, in which the value explained is at the pointer.
+void locateErrors(Explanation& explanation, const reference_host::diagnosis::Knowledge& knowledge,
+                  const foundation::json::Value& value, const std::string& pointer,
+                  const Document& document);
 
 /// Appends the explanation as a JSON object and a line feed.
 /// @param oneLine one line without white space, else indented.

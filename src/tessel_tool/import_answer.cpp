@@ -14,7 +14,7 @@ namespace tessel_tool {
 
 namespace {
 
-using NamedBuilders = std::vector<reference_host::importer::NamedBuilder>;
+using reference_host::diagnosis::Knowledge;
 using reference_host::importer::ImportError;
 using reference_host::importer::OnError;
 using reference_host::importer::Step;
@@ -26,13 +26,15 @@ void writeFailure(JsonWriter& writer, const ImportAnswer& answer) {
   writer.beginObject();
   writer.key("pointer").value("").key("builder").null().key("step").value(answer.failedStep);
   writer.key("message").value(answer.failure);
+  writeLocation(writer, answer.failedAt);
   writer.endObject();
 }
 
-void writeError(JsonWriter& writer, const ImportError& error) {
+void writeError(JsonWriter& writer, const ImportError& error, const Location& location) {
   writer.beginObject();
   writer.key("pointer").value(error.pointer).key("builder").value(error.builder);
   writer.key("step").value(stepName(error.step)).key("message").value(error.message);
+  writeLocation(writer, location);
   writer.endObject();
 }
 
@@ -43,56 +45,67 @@ void writeSummary(JsonWriter& writer, const Summary& summary) {
   writer.endObject();
 }
 
-void appendError(std::string& out, const ImportError& error) {
-  out += "  error at ";
-  if (error.pointer.empty()) {
-    out += "the whole document";
-  } else {
-    reference_host::json::appendVisiblePointer(out, error.pointer);
+/// The errors in the order of their places, as people are told of them.
+std::string toldErrors(const std::vector<LocatedError>& errors, const Document& document) {
+  std::vector<PlacedProblem> problems;
+  problems.reserve(errors.size());
+  for (const LocatedError& error : errors) {
+    if (error.told) problems.push_back(*error.told);
   }
-  out += ": ";
-  out += visible(shortName(error.builder));
-  out += error.step == Step::kCanBuild ? " cannot tell whether it can build this: "
-                                       : " cannot build this: ";
-  out += visible(error.message) + '\n';
+  sortByPlace(problems);
+  std::string text;
+  appendAsText(text, problems, originOf(document));
+  return text;
 }
 
-void importInto(ImportAnswer& answer, Document& document, const NamedBuilders& builders,
-                OnError onError) {
+void importInto(ImportAnswer& answer, Document& document, const Knowledge& knowledge,
+                OnError onError, Tell tell) {
   std::optional<LogCapture> capture;
   if (answer.log) capture.emplace();
+  const auto endLog = [&] {
+    if (capture) answer.log = capture->takeTexts();
+    capture.reset();
+  };
   try {
     const foundation::json::Value value = document.parse();
     answer.duplicates = std::move(document.duplicates);
     answer.failedStep = stepName(Step::kBuild);
-    answer.result = importDocument(builders, gx::zero::Model::create(), value, onError);
+    answer.result = importDocument(knowledge.builders(), gx::zero::Model::create(), value, onError);
+    // The builders are asked again from here on, which is no part of the import.
+    endLog();
+    answer.located = locate(knowledge, answer.result.errors, value, document, tell);
+    answer.told = toldErrors(answer.located, document);
   } catch (const reference_host::json::ParseError& error) {
     answer.failure = error.what();
+    answer.failedAt.place = {error.line(), error.column()};
   }
-  if (capture) answer.log = capture->takeTexts();
+  endLog();
 }
 
 }  // namespace
 
 void ImportAnswer::runOutOfMemory() noexcept {
   result = {};
+  located.clear();
+  failedAt = {};
   duplicates = {};
   failure = kOutOfMemory;
   if (log) log.emplace();
 }
 
-ImportAnswer importOne(const NamedBuilders& builders, Document& document, OnError onError,
-                       bool withLog) {
+ImportAnswer importOne(const Knowledge& knowledge, Document& document, OnError onError,
+                       bool withLog, Tell tell) {
   ImportAnswer answer;
   answer.document = std::move(document.name);
   answer.failure = std::move(document.readError);
   if (withLog) answer.log.emplace();
   try {
-    if (answer.failure.empty()) importInto(answer, document, builders, onError);
+    if (answer.failure.empty()) importInto(answer, document, knowledge, onError, tell);
   } catch (const std::bad_alloc&) {
     answer.runOutOfMemory();
   }
   answer.path = std::move(document.path);
+  std::string().swap(document.text);
   return answer;
 }
 
@@ -105,7 +118,9 @@ void appendAsJson(std::string& out, const ImportAnswer& answer, bool oneLine) {
   writer.endArray();
   writer.key("errors").beginArray();
   if (!answer.failure.empty()) writeFailure(writer, answer);
-  for (const ImportError& error : answer.result.errors) writeError(writer, error);
+  for (std::size_t index = 0; index != answer.result.errors.size(); ++index) {
+    writeError(writer, answer.result.errors[index], answer.located[index].location);
+  }
   writer.endArray();
   writer.key("summary");
   writeSummary(writer, answer.result.summary);
@@ -124,7 +139,7 @@ void appendAsTree(std::string& out, const ImportAnswer& answer) {
   for (const auto& node : answer.result.nodes) {
     reference_host::exporting::appendTree(out, node, 1);
   }
-  for (const ImportError& error : answer.result.errors) appendError(out, error);
+  out += answer.told;
   if (answer.log) {
     out += "  log\n";
     appendRecords(out, *answer.log, "    ");

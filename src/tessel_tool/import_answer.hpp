@@ -9,6 +9,7 @@
 
 #include "gx/zero.hpp"
 #include "input.hpp"
+#include "located_error.hpp"
 #include "reference_host/importer/importer.hpp"
 
 namespace tessel_tool {
@@ -19,8 +20,11 @@ struct ImportAnswer {
   std::string path;                  ///< the input that it comes from
   std::string failure;               ///< not empty when the document has failed as a whole
   const char* failedStep = "parse";  ///< the step of that: reading counts as parsing
+  Location failedAt;                 ///< where parsing stopped
   DuplicateMembers duplicates;
   reference_host::importer::ImportResult result;
+  std::vector<LocatedError> located;            ///< its errors
+  std::string told;                             ///< its errors for people
   std::optional<std::vector<std::string>> log;  ///< the records, if they were asked for
 
   bool failed() const { return !failure.empty() || !result.errors.empty(); }
@@ -30,8 +34,8 @@ struct ImportAnswer {
 };
 
 /// Imports one document, whose names and text are used up, into a model of its own.
-ImportAnswer importOne(const std::vector<reference_host::importer::NamedBuilder>& builders,
-                       Document& document, reference_host::importer::OnError onError, bool withLog);
+ImportAnswer importOne(const reference_host::diagnosis::Knowledge& knowledge, Document& document,
+                       reference_host::importer::OnError onError, bool withLog, Tell tell);
 
 /// Appends the answer as a JSON object and a line feed.
 /// @param oneLine one line without white space, else indented.

@@ -11,8 +11,10 @@
 #include "import_answer.hpp"
 #include "input.hpp"
 #include "ordered_work.hpp"
+#include "reference_host/diagnosis/knowledge.hpp"
 #include "reference_host/importer/importer.hpp"
 #include "stop.hpp"
+#include "words.hpp"
 
 namespace tessel_tool {
 
@@ -91,7 +93,8 @@ struct WrittenAnswers {
 
 ExitStatus runImport(BuilderServices& services, const ImportOptions& options) {
   using reference_host::importer::OnError;
-  const auto& builders = services.builders();
+  const reference_host::diagnosis::Knowledge knowledge(services.builders(), knownWords());
+  const Tell tell = options.json ? Tell::kPrograms : Tell::kPeople;
   const OnError onError = options.failFast ? OnError::kStop : OnError::kContinue;
   DocumentSource source(options.files, options.ndjson ? DocumentSource::Unit::kLine
                                                       : DocumentSource::Unit::kWholeInput);
@@ -106,7 +109,7 @@ ExitStatus runImport(BuilderServices& services, const ImportOptions& options) {
       [&](std::vector<Document>& batch) {
         WrittenAnswers answers;
         for (Document& document : batch) {
-          answers.add(importOne(builders, document, onError, options.log), options);
+          answers.add(importOne(knowledge, document, onError, options.log, tell), options);
           if (answers.failed != 0 && options.failFast) break;
         }
         return answers;

@@ -151,14 +151,20 @@ std::string DuplicateMembers::describe() const {
 }
 
 foundation::json::Value Document::parse() {
+  reference_host::json::ParseReport report;
+  const auto rememberContent = [&] {
+    contentBegin_ =
+        report.text.empty() ? 0 : static_cast<std::size_t>(report.text.data() - text.data());
+    contentSize_ = report.text.size();
+  };
   try {
     // Only the start of an input may have a byte order mark; elsewhere it is a fault of the text.
+    report.text = text;
     if (line > 1 && std::string_view(text).substr(0, kByteOrderMark.size()) == kByteOrderMark) {
       reference_host::json::checkSyntax(text);
     }
-    std::string givenUp = std::move(text);
-    reference_host::json::ParseReport report;
-    foundation::json::Value value = reference_host::json::parseInPlace(givenUp, report);
+    foundation::json::Value value = reference_host::json::parseInPlace(text, report);
+    rememberContent();
     if (report.duplicateMembers != 0) {
       const auto first = reference_host::json::findDuplicates(report.text).front();
       const auto& place = first.key.begin;
@@ -169,6 +175,7 @@ foundation::json::Value Document::parse() {
     }
     return value;
   } catch (const reference_host::json::ParseError& error) {
+    rememberContent();
     if (line == 1) throw;
     throw reference_host::json::ParseError(line + error.line() - 1, error.column(), error.reason());
   }

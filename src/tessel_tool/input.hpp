@@ -73,15 +73,24 @@ struct DuplicateMembers {
 struct Document {
   std::string path;       ///< the input that it comes from, as given
   std::string name;       ///< what results call it
-  std::string text;       ///< the JSON text
+  std::string text;       ///< the JSON text, until it is parsed
   std::size_t line = 1;   ///< where in the input the text begins
   std::string readError;  ///< not empty when the input could not be read
 
   DuplicateMembers duplicates;  ///< those that `parse` found
 
-  /// The document's value; the text is used up.
+  /// The document's value. The text is left to `content` alone.
   /// @throws reference_host::json::ParseError with the line as counted in the input.
   foundation::json::Value parse();
+
+  /// The text that `parse` read or refused, without a byte order mark.
+  std::string_view content() const noexcept {
+    return std::string_view(text).substr(contentBegin_, contentSize_);
+  }
+
+ private:
+  std::size_t contentBegin_ = 0;
+  std::size_t contentSize_ = 0;
 };
 
 /// The documents of several inputs, one after the other: whole inputs, or one for each of their

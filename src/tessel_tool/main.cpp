@@ -12,6 +12,7 @@
 #include "builder_services.hpp"
 #include "builders_command.hpp"
 #include "bundle_location.hpp"
+#include "check_command.hpp"
 #include "console.hpp"
 #include "exit_status.hpp"
 #include "explain_command.hpp"
@@ -30,7 +31,7 @@ constexpr std::size_t kMostJobs = 256;
 struct CommandLine {
   CommandLine() {
     app.require_subcommand(0, 1);
-    for (CLI::App* command : {importCommand, explainCommand, buildersCommand}) {
+    for (CLI::App* command : {importCommand, checkCommand, explainCommand, buildersCommand}) {
       command->fallthrough();
       command->footer("--bundle PATH and --version work with every command.");
     }
@@ -43,27 +44,35 @@ struct CommandLine {
     importCommand->add_flag("--log", importOptions.log, "Show the diagnostic records too");
     importCommand->add_flag("--ndjson", importOptions.ndjson,
                             "Each line of an input is a document");
-    importCommand
-        ->add_option("--jobs", importOptions.jobs, "How many documents to import at a time")
-        ->type_name("N")
-        ->check(CLI::Range(std::size_t{1}, kMostJobs).description(""));
+    addJobs(*importCommand, importOptions.jobs, "How many documents to import at a time");
     importCommand->add_flag("--fail-fast", importOptions.failFast,
                             "Stop at the first error instead of doing the rest");
-    importCommand
-        ->add_option("FILE", importOptions.files, "JSON documents; none, or -, is standard input")
-        ->type_name("");
-    importCommand->final_callback([this] {
-      const auto& files = importOptions.files;
-      if (std::count(files.begin(), files.end(), kStandardInput) > 1) {
-        throw CLI::ValidationError("FILE", "standard input can be read only once");
-      }
-    });
+    addFiles(*importCommand, importOptions.files);
+
+    addFormat(*checkCommand, "text");
+    CLI::Option* noWarnings =
+        checkCommand->add_flag("--no-warnings", checkOptions.noWarnings, "Tell errors alone");
+    checkCommand->add_flag("--strict", checkOptions.strict, "Let a warning fail like an error")
+        ->excludes(noWarnings);
+    checkCommand->add_flag("--ndjson", checkOptions.ndjson, "Each line of an input is a document");
+    addJobs(*checkCommand, checkOptions.jobs, "How many documents to check at a time");
+    checkCommand
+        ->add_option("--words", checkOptions.wordFiles,
+                     "A file of class names and types to suggest, one a line")
+        ->type_name("FILE")
+        ->expected(1)
+        ->allow_extra_args(false);
+    addFiles(*checkCommand, checkOptions.files);
 
     addFormat(*explainCommand, "text");
     explainCommand->add_flag("--all", explainOptions.all,
                              "List the builders that say no, too; JSON always does");
     explainCommand->add_flag("--ndjson", explainOptions.ndjson,
                              "Each line of the input is a value");
+    explainCommand
+        ->add_option("--pointer", explainOptions.pointer,
+                     "Explain the value at this JSON pointer of a document")
+        ->type_name("P");
     explainCommand
         ->add_option("FILE", explainOptions.file, "A JSON value; none, or -, is standard input")
         ->type_name("");
@@ -77,6 +86,22 @@ struct CommandLine {
         ->check(CLI::IsMember({forPeople, std::string("json")}).description(""));
   }
 
+  static void addJobs(CLI::App& command, std::size_t& jobs, const std::string& description) {
+    command.add_option("--jobs", jobs, description)
+        ->type_name("N")
+        ->check(CLI::Range(std::size_t{1}, kMostJobs).description(""));
+  }
+
+  static void addFiles(CLI::App& command, std::vector<std::string>& files) {
+    command.add_option("FILE", files, "JSON documents; none, or -, is standard input")
+        ->type_name("");
+    command.final_callback([&files] {
+      if (std::count(files.begin(), files.end(), kStandardInput) > 1) {
+        throw CLI::ValidationError("FILE", "standard input can be read only once");
+      }
+    });
+  }
+
   ExitStatus run() {
     BuilderServices services(locateBundle(bundle));
     const bool json = format == "json";
@@ -84,6 +109,9 @@ struct CommandLine {
     if (importCommand->parsed()) {
       importOptions.json = json;
       status = runImport(services, importOptions);
+    } else if (checkCommand->parsed()) {
+      checkOptions.json = json;
+      status = runCheck(services, checkOptions);
     } else if (explainCommand->parsed()) {
       explainOptions.json = json;
       status = runExplain(services, explainOptions);
@@ -97,6 +125,8 @@ struct CommandLine {
   CLI::App app{"Turns JSON documents into document models through a bundle of builders", "tessel"};
   CLI::App* importCommand =
       app.add_subcommand("import", "Import documents and show the nodes that are built from them");
+  CLI::App* checkCommand =
+      app.add_subcommand("check", "Tell all problems of documents, and what to write instead");
   CLI::App* explainCommand =
       app.add_subcommand("explain", "Show what each builder makes of a JSON value, and why");
   CLI::App* buildersCommand =
@@ -104,6 +134,7 @@ struct CommandLine {
   std::optional<std::string> bundle;
   std::string format;
   ImportOptions importOptions;
+  CheckOptions checkOptions;
   ExplainOptions explainOptions;
 };
 
@@ -145,7 +176,7 @@ ExitStatus runCommandLine(int argc, char** argv) {
   try {
     commandLine.app.parse(argc, argv);
     if (!help && commandLine.app.get_subcommands().empty()) {
-      return refuse("a command is needed: import, explain or builders");
+      return refuse("a command is needed: import, check, explain or builders");
     }
   } catch (const CLI::CallForVersion& version) {
     if (!help) {

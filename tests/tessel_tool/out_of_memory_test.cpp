@@ -31,6 +31,7 @@ using document::gxzero::ButtonNode;
 using document::gxzero::Node;
 using foundation::json::Value;
 using gx::zero::Model;
+using reference_host::diagnosis::Knowledge;
 using reference_host::importer::NamedBuilder;
 using reference_host::importer::OnError;
 using test_support::LimitedMemory;
@@ -77,18 +78,21 @@ std::string asJson(const ImportAnswer& answer) {
 
 TEST(OutOfMemory, ADocumentIsImportedOrHasFailed) {
   const auto builders = textBuilder();
+  const Knowledge knowledge(builders, {});
   for (const std::string text : {R"([{"text": 1}, {"more": [{"text": "a"}]}])", "[1, 2,"}) {
     for (const bool withLog : {false, true}) {
       SCOPED_TRACE(text + (withLog ? " with log" : ""));
       Document usual = documentOf(text);
-      const std::string whole = asJson(importOne(builders, usual, OnError::kContinue, withLog));
+      const std::string whole =
+          asJson(importOne(knowledge, usual, OnError::kContinue, withLog, Tell::kPeople));
       std::set<std::string> failedSteps;
       const std::size_t rounds = sweepAllocations(Refusal::kFromThenOn, [&](LimitedMemory& memory) {
         SCOPED_TRACE(memory.successes());
         Document document = documentOf(text);
         std::optional<ImportAnswer> answer;
-        EXPECT_FALSE(memory.run(
-            [&] { answer = importOne(builders, document, OnError::kContinue, withLog); }));
+        EXPECT_FALSE(memory.run([&] {
+          answer = importOne(knowledge, document, OnError::kContinue, withLog, Tell::kPeople);
+        }));
         ASSERT_TRUE(answer);
         EXPECT_EQ(answer->path, kName);
         if (answer->failure != kOutOfMemory) {
@@ -99,7 +103,9 @@ TEST(OutOfMemory, ADocumentIsImportedOrHasFailed) {
         EXPECT_EQ(asJson(*answer),
                   R"({"document":")" + std::string(kName) +
                       R"(","nodes":[],"errors":[{"pointer":"","builder":null,"step":")" +
-                      answer->failedStep + R"(","message":"out of memory"}],"summary":)" +
+                      answer->failedStep +
+                      R"(","message":"out of memory","member":null,"line":null,"column":null,)"
+                      R"("held":null,"wanted":null}],"summary":)" +
                       R"({"objects":0,"claimed":0,"built":0,"failed":0})" +
                       (withLog ? R"(,"log":[]})" : "}") + '\n');
       });
@@ -115,8 +121,10 @@ TEST(OutOfMemory, ABuilderThatRunsOutOfItIsNotToBlame) {
   const Value value = test_support::json(R"({"text": 1})");
   for (const RunsOut runsOut : {RunsOut::kAsked, RunsOut::kBuilding}) {
     const auto builders = textBuilder(runsOut);
+    const Knowledge knowledge(builders, {});
     Document document = documentOf(R"({"text": 1})");
-    const ImportAnswer answer = importOne(builders, document, OnError::kContinue, false);
+    const ImportAnswer answer =
+        importOne(knowledge, document, OnError::kContinue, false, Tell::kPeople);
     EXPECT_EQ(answer.failure, kOutOfMemory);
     EXPECT_STREQ(answer.failedStep, "build");
     EXPECT_THROW(explain(builders, value), std::bad_alloc);

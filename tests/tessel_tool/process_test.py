@@ -188,7 +188,7 @@ class Process(ProcessTest):
         self.assertEqual(tessel("explain", first).stderr, b"")
 
     def test_help_wins_over_every_mistake(self):
-        for command in ("import", "explain", "builders"):
+        for command in ("import", "check", "explain", "builders"):
             about = tessel(command, "--help")
             self.assert_failed(about, 0, "")
             for mistake in (["--jobs", "0"], ["--format", "xml"], ["--format"], ["--loud"],
@@ -204,7 +204,7 @@ class Process(ProcessTest):
                            "tessel: --help: No such file or directory\n")
 
     def test_a_mistake_on_the_command_line_is_blamed_on_the_right_word(self):
-        commands = "(import, explain, builders)"
+        commands = "(import, check, explain, builders)"
         for arguments, reason in (
                 (["exprt", "x.json"], f"there is no command exprt; did you mean import? {commands}"),
                 (["xyzzy", "--loud"], f"there is no command xyzzy {commands}"),
@@ -221,7 +221,7 @@ class Process(ProcessTest):
         text = self.file("text.so", "no library")
         empty = self.file("empty.so", "")
         for path in (text, empty, ORDINARY_LIBRARY):
-            for command in ("import", "explain", "builders"):
+            for command in ("import", "check", "explain", "builders"):
                 with self.subTest(path=path, command=command):
                     done = tessel(command, "--bundle", path, given=b"{}")
                     message = done.stderr.decode()
@@ -236,7 +236,7 @@ class Process(ProcessTest):
         bundle = str(self.folder / "marked.so")
         subprocess.run([OBJCOPY, "--add-section", f".tessel_runtime={marker}", BUNDLE, bundle],
                        check=True, timeout=SECONDS)
-        for command in ("import", "explain", "builders"):
+        for command in ("import", "check", "explain", "builders"):
             done = tessel(command, "--bundle", bundle, given=b"{}")
             self.assert_failed(done, 2, f"tessel: {bundle}: was built for the embedded service "
                                         "runtime, not CppMicroServices\n")

@@ -5,7 +5,12 @@
 #include <stdexcept>
 #include <type_traits>
 
+#include "reference_host/json/read_watch.hpp"
+
 namespace foundation::json {
+
+using reference_host::json::ReadObserver;
+using reference_host::json::ReadWatch;
 
 namespace {
 
@@ -71,6 +76,15 @@ void dismantle(Value& root) noexcept {
 /// was loaded while the program runs, the system takes memory for it at a thread's first use.)
 thread_local int containersBeingDestroyed = 0;
 
+void tellAsked(const Value& holder, const std::string& key, const Value* answer) {
+  if (ReadObserver* observer = ReadWatch::observer()) observer->asked(holder, key, answer);
+}
+
+void tellCopied(const Value& original, const Value& copy) {
+  if (!detail::mayBeWatched()) return;
+  if (ReadObserver* observer = ReadWatch::observer()) observer->copied(original, copy);
+}
+
 }  // namespace
 
 Value::Value(const Value& other) {
@@ -104,12 +118,16 @@ Value::Value(const Value& other) {
       }
     }
   }
+  tellCopied(other, *this);
 }
 
 Value::Value(Value&& other) noexcept = default;
 
 Value& Value::operator=(const Value& other) {
-  if (this != &other) *this = Value(other);
+  if (this != &other) {
+    *this = Value(other);
+    tellCopied(other, *this);
+  }
   return *this;
 }
 
@@ -130,8 +148,7 @@ void Value::destroyContainer() noexcept {
 }
 
 bool Value::hasOwnProperty(const std::string& key) const {
-  const auto* members = get_if<Object>();
-  return members != nullptr && members->find(key) != members->end();
+  return find_member(*this, key) != nullptr;
 }
 
 const Value& Value::operator[](const char* key) const {
@@ -140,17 +157,22 @@ const Value& Value::operator[](const char* key) const {
 
 const Value& Value::operator[](const std::string& key) const {
   static const Value undefined;
-  if (const auto* members = get_if<Object>()) {
-    if (const auto position = members->find(key); position != members->end()) {
-      return position->second;
-    }
-  }
-  return undefined;
+  const auto* members = get_if<Object>();
+  const auto member = members == nullptr ? Object::const_iterator() : members->find(key);
+  const bool found = members != nullptr && member != members->end();
+  const Value& answer = found ? member->second : undefined;
+  if (detail::mayBeWatched()) tellAsked(*this, key, &answer);
+  return answer;
 }
 
 Value& Value::operator[](const char* key) {
   if (get_if<Undefined>() != nullptr) held_.emplace<Object>();
-  if (auto* members = get_if<Object>()) return (*members)[key];
+  if (auto* members = get_if<Object>()) {
+    Value& answer = (*members)[key];
+    if (detail::mayBeWatched()) tellAsked(*this, key, &answer);
+    return answer;
+  }
+  if (detail::mayBeWatched()) tellAsked(*this, key, nullptr);
   const char* const name = std::visit(
       [](const auto& held) { return traits<std::decay_t<decltype(held)>>::name; }, held_);
   throw std::runtime_error(std::string("invalid conversion: ") + name + " to " +
@@ -191,6 +213,21 @@ bool operator==(const Value& left, const Value& right) {
   }
   return true;
 }
+
+namespace detail {
+
+std::atomic<unsigned> readWatches{0};
+
+const Value* findWatched(const Value& value, const std::string& key) {
+  const auto* members = value.get_if<Value::Object>();
+  const auto member = members == nullptr ? Value::Object::const_iterator() : members->find(key);
+  const bool found = members != nullptr && member != members->end();
+  const Value* const answer = found ? &member->second : nullptr;
+  tellAsked(value, key, answer);
+  return answer;
+}
+
+}  // namespace detail
 
 const char* const traits<Undefined>::name = "undefined";
 const char* const traits<Null>::name = "null";

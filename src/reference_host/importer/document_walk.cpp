@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "json/pointer.hpp"
+#include "reference_host/json/pointer.hpp"
 
 namespace reference_host::importer {
 

@@ -5,8 +5,8 @@
 #include <tuple>
 #include <utility>
 
-#include "json/pointer.hpp"
 #include "reference_host/json/parse.hpp"
+#include "reference_host/json/pointer.hpp"
 
 namespace reference_host::json {
 

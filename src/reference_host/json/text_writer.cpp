@@ -9,8 +9,8 @@
 #include <cmath>
 #include <vector>
 
-#include "json/pointer.hpp"
 #include "json/utf8.hpp"
+#include "reference_host/json/pointer.hpp"
 
 namespace reference_host::json {
 

@@ -13,8 +13,8 @@
 #include <vector>
 
 #include "foundation/json.hpp"
-#include "json/pointer.hpp"
 #include "reference_host/json/parse.hpp"
+#include "reference_host/json/pointer.hpp"
 #include "reference_host/json/syntax_check.hpp"
 #include "reference_host/json/text_places.hpp"
 #include "reference_host/json/text_writer.hpp"

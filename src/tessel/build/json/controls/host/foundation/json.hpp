@@ -3,6 +3,7 @@
 /// @file
 /// The JSON value library: one value type, its member access and its pretty printer.
 
+#include <atomic>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -115,8 +116,25 @@ const T* get_if(const Value& value) noexcept {
   return value.get_if<T>();
 }
 
+namespace detail {
+
+/// How many watches on reads there are in the process. Nearly always none: then a read costs one
+/// look at this and a branch that is never taken.
+TESSEL_HOST_API extern std::atomic<unsigned> readWatches;
+
+/// `find_member` for a thread that may have a watch, which it tells.
+TESSEL_HOST_API const Value* findWatched(const Value& value, const std::string& key);
+
+inline bool mayBeWatched() noexcept {
+  return readWatches.load(std::memory_order_relaxed) != 0;
+}
+
+}  // namespace detail
+
 /// The member under the key; null when there is none or the value is no object.
 inline const Value* find_member(const Value& value, const std::string& key) {
+  // Asked first, so that nothing has to be kept for it over the look-up.
+  if (detail::mayBeWatched()) return detail::findWatched(value, key);
   const auto* members = get_if<Value::Object>(value);
   if (members == nullptr) return nullptr;
   const auto member = members->find(key);

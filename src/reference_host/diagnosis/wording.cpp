@@ -1,0 +1,239 @@
+#include "reference_host/diagnosis/wording.hpp"
+
+#include <algorithm>
+#include <cctype>
+#include <cstddef>
+#include <numeric>
+
+#include "json/number.hpp"
+#include "reference_host/diagnosis/culprit.hpp"
+#include "reference_host/json/pointer.hpp"
+#include "reference_host/json/text_writer.hpp"
+
+namespace reference_host::diagnosis {
+
+using foundation::json::Value;
+
+namespace {
+
+constexpr std::size_t kMostEdits = 2;
+/// A word that is shorter may be told apart from everything by two edits.
+constexpr std::size_t kShortWord = 5;
+constexpr std::string_view kClassEnding = "ControlNode";
+/// Members that name an object for people, the likeliest first.
+constexpr const char* kIdKeys[] = {"controlId", "instanceId", "anchorId"};
+
+bool endsWith(std::string_view word, std::string_view ending) {
+  return word.size() >= ending.size() && word.substr(word.size() - ending.size()) == ending;
+}
+
+const std::string* textOf(const Value* value) {
+  return value == nullptr ? nullptr : value->get_if<std::string>();
+}
+
+/// "checkBox" as "check box", "ColorPickerControlNode" as "color picker".
+std::string asCommonWords(std::string_view word) {
+  for (const std::string_view ending : {kClassEnding, std::string_view("Node")}) {
+    if (word.size() > ending.size() && endsWith(word, ending)) {
+      word.remove_suffix(ending.size());
+      break;
+    }
+  }
+  std::string words;
+  for (const char character : word) {
+    const auto byte = static_cast<unsigned char>(character);
+    const bool capital = byte < 0x80 && std::isupper(byte) != 0;
+    if (capital && !words.empty()) words += ' ';
+    words += capital ? static_cast<char>(std::tolower(byte)) : character;
+  }
+  return words;
+}
+
+/// Whether the builder claims an object because of its type word.
+bool isKnownByType(const importer::NamedBuilder* builder, const Value& object) {
+  const std::string* className = textOf(valueAt(object, classNamePlace()));
+  if (builder == nullptr || className == nullptr ||
+      textOf(valueAt(object, typePlace())) == nullptr) {
+    return false;
+  }
+  const Value::Object classAlone{{"className", *className}};
+  return !attempt(*builder, importer::Step::kCanBuild, classAlone).claimed;
+}
+
+std::string withoutSeparators(std::string_view word) {
+  std::string letters = lowered(word);
+  const auto isSeparator = [](char c) { return c == '-' || c == '_' || c == ' '; };
+  letters.erase(std::remove_if(letters.begin(), letters.end(), isSeparator), letters.end());
+  return letters;
+}
+
+bool isNumber(std::string_view text) {
+  if (text.empty() ||
+      (text.front() != '-' && std::isdigit(static_cast<unsigned char>(text.front())) == 0)) {
+    return false;
+  }
+  const json::NumberScan scan = json::scanNumber(text);
+  return scan.fault == nullptr && scan.length == text.size();
+}
+
+}  // namespace
+
+std::string nameOfObject(const importer::NamedBuilder* builder, const Value& object) {
+  const std::string* className = textOf(valueAt(object, classNamePlace()));
+  std::string name = "object";
+  if (builder == nullptr) {
+    if (className != nullptr) name += " of class " + quoted(*className);
+  } else if (isKnownByType(builder, object)) {
+    name = asCommonWords(*textOf(valueAt(object, typePlace())));
+  } else if (className != nullptr) {
+    name = asCommonWords(*className);
+  }
+  for (const char* key : kIdKeys) {
+    if (const std::string* id = textOf(valueAt(object, {key}))) return name + ' ' + quoted(*id);
+  }
+  return name;
+}
+
+std::string nameOfPlace(const Path& place) {
+  // The last name, and the indices since.
+  auto name = std::find_if(place.rbegin(), place.rend(), [](const PathStep& step) {
+    return std::get_if<std::string>(&step) != nullptr;
+  });
+  std::string words;
+  if (name == place.rbegin()) {
+    words = quoted(*std::get_if<std::string>(&place.back()));
+    // Which element it is in, if it is in one.
+    const auto inElement = name == place.rend() ? name : name + 1;
+    if (inElement == place.rend() || std::get_if<std::size_t>(&*inElement) == nullptr) return words;
+    return words + " in " + nameOfPlace(parentOf(place));
+  }
+  words = "element " + std::to_string(*std::get_if<std::size_t>(&place.back()));
+  if (place.size() == 1) return words;
+  return words + " of " + nameOfPlace(parentOf(place));
+}
+
+std::string nameOfHolder(const std::string& pattern) {
+  if (pattern.empty()) return "the object itself";
+  std::string words;
+  for (const std::string_view token : json::tokensOf(pattern)) {
+    if (token == "*") {
+      words = "the elements of " + words;
+      continue;
+    }
+    if (!words.empty()) words += '.';
+    words += quoted(json::nameOf(token));
+  }
+  return words;
+}
+
+std::string heldWords(const std::string& type) {
+  if (type == "undefined") return "missing";
+  if (type == "null") return "null";
+  if (type == "bool") return "a boolean";
+  if (type == "double" || type == "float") return "a number";
+  if (type == "int64" || type == "uint64") return "an integer";
+  if (type == "string") return "text";
+  return type == "array" ? "an array" : "an object";
+}
+
+std::string wantedWords(const std::string& type) {
+  return type == "bool" ? "true or false" : heldWords(type);
+}
+
+std::string exampleOf(const std::string& type) {
+  if (type == "object") return "{...}";
+  if (type == "array") return "[...]";
+  if (type == "string") return "\"...\"";
+  return type == "bool" ? "true" : "0";
+}
+
+std::optional<std::string> correction(const Value& held, const std::string& wanted) {
+  const auto* text = held.get_if<std::string>();
+  const auto* number = held.get_if<double>();
+  const auto* boolean = held.get_if<bool>();
+  if (wanted == "string" && (number != nullptr || boolean != nullptr)) {
+    std::string json;
+    json::JsonWriter(json).json(held);
+    return "put it in quotes: \"" + json + '"';
+  }
+  if (wanted == "double" && text != nullptr) {
+    if (isNumber(*text)) return "write it without quotes: " + *text;
+    return "write a number, without quotes";
+  }
+  if (wanted == "bool") {
+    if (text != nullptr && (lowered(*text) == "true" || lowered(*text) == "false")) {
+      return "write it without quotes: " + lowered(*text);
+    }
+    if (number != nullptr && (*number == 0 || *number == 1)) {
+      return std::string("write ") + (*number == 0 ? "false" : "true");
+    }
+    return "write true or false, without quotes";
+  }
+  if (wanted == "array") return "put it in brackets: [...]";
+  if (wanted == "object") return "put an object here: {...}";
+  return "write " + exampleOf(wanted);
+}
+
+std::string quoted(std::string_view name) {
+  std::string text;
+  json::appendText(text, name);
+  return text;
+}
+
+std::string lowered(std::string_view word) {
+  std::string small(word);
+  std::transform(small.begin(), small.end(), small.begin(), [](char character) {
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
+                                                : character;
+  });
+  return small;
+}
+
+std::string bareClassName(std::string_view className) {
+  const std::string ending = lowered(kClassEnding);
+  std::string word = lowered(className);
+  if (word.size() > ending.size() && endsWith(word, ending)) {
+    word.resize(word.size() - ending.size());
+  }
+  return word;
+}
+
+std::size_t editDistance(std::string_view left, std::string_view right) {
+  std::vector<std::size_t> before;
+  std::vector<std::size_t> above(right.size() + 1);
+  std::iota(above.begin(), above.end(), std::size_t{0});
+  for (std::size_t i = 1; i <= left.size(); ++i) {
+    std::vector<std::size_t> row{i};
+    for (std::size_t j = 1; j <= right.size(); ++j) {
+      const bool same = left[i - 1] == right[j - 1];
+      std::size_t least = std::min({above[j] + 1, row[j - 1] + 1, above[j - 1] + (same ? 0 : 1)});
+      const bool swapped =
+          i > 1 && j > 1 && left[i - 1] == right[j - 2] && left[i - 2] == right[j - 1];
+      if (swapped) least = std::min(least, before[j - 2] + 1);
+      row.push_back(least);
+    }
+    before = std::move(above);
+    above = std::move(row);
+  }
+  return above.back();
+}
+
+std::string nearest(std::string_view word, const std::vector<std::string>& candidates) {
+  const std::string letters = withoutSeparators(word);
+  const std::string* best = nullptr;
+  std::size_t fewest =
+      std::min(kMostEdits, word.size() < kShortWord ? word.size() / 2 : word.size());
+  for (const std::string& candidate : candidates) {
+    if (candidate == word) continue;
+    if (withoutSeparators(candidate) == letters) return candidate;
+    const std::size_t longer = std::max(word.size(), candidate.size());
+    if (longer - std::min(word.size(), candidate.size()) > kMostEdits) continue;
+    const std::size_t edits = editDistance(word, candidate);
+    if (edits > fewest || (best != nullptr && edits == fewest)) continue;
+    fewest = edits;
+    best = &candidate;
+  }
+  return best == nullptr ? std::string() : *best;
+}
+
+}  // namespace reference_host::diagnosis

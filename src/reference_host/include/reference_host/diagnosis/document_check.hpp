@@ -1,0 +1,39 @@
+#pragma once
+
+/// @file
+/// All problems of a document.
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "foundation/export.hpp"
+#include "foundation/json.hpp"
+#include "reference_host/diagnosis/knowledge.hpp"
+#include "reference_host/diagnosis/problem.hpp"
+
+namespace reference_host::diagnosis {
+
+struct DocumentProblems {
+  std::vector<Problem> problems;  ///< in the order in which they were found
+  std::size_t objects = 0;        ///< offered to the builders
+  std::size_t claimed = 0;        ///< of those, claimed by some builder
+};
+
+enum class Warnings { kNo, kYes };
+
+/// Walks a document as an import does and tells the problems of all its objects. Each object of
+/// which an import tells an error has at least one error here, and no other object has any. What
+/// only the document's text shows, such as duplicate members, is not among them.
+/// @pre the document is nested no deeper than a parsed one.
+TESSEL_HOST_API DocumentProblems checkDocument(const Knowledge& knowledge,
+                                               const foundation::json::Value& document,
+                                               Warnings warnings);
+
+/// The pointer of the object that a walk offers to the builders last on the way to a value: the
+/// innermost one around it, or the one that the walk does not go into.
+TESSEL_HOST_API std::string offeredAround(const Knowledge& knowledge,
+                                          const foundation::json::Value& document,
+                                          const std::string& pointer);
+
+}  // namespace reference_host::diagnosis

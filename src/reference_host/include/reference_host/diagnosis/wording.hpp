@@ -1,0 +1,53 @@
+#pragma once
+
+/// @file
+/// The words in which people are told of problems.
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/export.hpp"
+#include "foundation/json.hpp"
+#include "reference_host/diagnosis/path.hpp"
+#include "reference_host/importer/importer.hpp"
+
+namespace reference_host::diagnosis {
+
+/// What an object is for people: the words that say what it is as common ones, and its id, such as
+/// `slider "threshold"`.
+/// @param builder the one that claims it; null if nobody does.
+std::string nameOfObject(const importer::NamedBuilder* builder,
+                         const foundation::json::Value& object);
+
+/// A place in an object: the member's name, or where it is in its array.
+std::string nameOfPlace(const Path& place);
+/// Where the members of a place lie: `"context"."data"`.
+std::string nameOfHolder(const std::string& pattern);
+
+/// A type as what a value is: "text", "a number".
+std::string heldWords(const std::string& type);
+/// A type as what is wanted.
+std::string wantedWords(const std::string& type);
+
+/// What to write for a value that holds one type where another is wanted.
+std::optional<std::string> correction(const foundation::json::Value& held,
+                                      const std::string& wanted);
+/// An example of a type's values as JSON.
+std::string exampleOf(const std::string& type);
+
+/// A name in double quotes, as JSON has it.
+std::string quoted(std::string_view name);
+
+/// The candidate that a word may be a misspelling of: equal but for case, hyphens and underscores,
+/// or at most two edits away; empty when none is.
+std::string nearest(std::string_view word, const std::vector<std::string>& candidates);
+/// How many insertions, deletions, replacements and swaps of neighbours make one word the other.
+TESSEL_HOST_API std::size_t editDistance(std::string_view left, std::string_view right);
+/// The word in small letters (ASCII).
+std::string lowered(std::string_view word);
+/// The word without the ending "ControlNode" if it has it, in small letters.
+std::string bareClassName(std::string_view className);
+
+}  // namespace reference_host::diagnosis

@@ -1,0 +1,170 @@
+#include "check_answer.hpp"
+
+#include <algorithm>
+#include <new>
+#include <optional>
+#include <utility>
+
+#include "console.hpp"
+#include "reference_host/json/parse.hpp"
+#include "reference_host/json/pointer.hpp"
+#include "reference_host/json/text_writer.hpp"
+
+namespace tessel_tool {
+
+namespace {
+
+using foundation::json::Value;
+using reference_host::diagnosis::Code;
+using reference_host::diagnosis::Knowledge;
+using reference_host::diagnosis::Problem;
+using reference_host::diagnosis::Warnings;
+using reference_host::json::JsonWriter;
+using reference_host::json::TextPlace;
+
+/// The members that a later one of their object replaces.
+std::vector<PlacedProblem> duplicatesIn(const Knowledge& knowledge, const Value& value,
+                                        std::string_view text) {
+  std::vector<PlacedProblem> found;
+  for (const auto& duplicate : reference_host::json::findDuplicates(text)) {
+    std::string name;
+    reference_host::json::appendText(name, duplicate.name);
+    Problem problem{Code::kDuplicateMember,
+                    offeredAround(knowledge, value, duplicate.pointer),
+                    duplicate.pointer,
+                    name + " is there again further on, and the last one holds",
+                    "remove one of them",
+                    {},
+                    {},
+                    {},
+                    true};
+    found.push_back({std::move(problem), duplicate.key});
+  }
+  return found;
+}
+
+/// What may have been meant where a text is no JSON.
+std::optional<std::string> hintForSyntax(std::string_view text, std::size_t offset,
+                                         std::string_view reason) {
+  if (reason == "unclosed object") return "add the } that is missing at its end";
+  if (reason == "unclosed array") return "add the ] that is missing at its end";
+  if (offset >= text.size()) return std::nullopt;
+  const char character = text[offset];
+  const std::size_t before = text.substr(0, offset).find_last_not_of(" \t\r\n");
+  const bool afterComma = before != std::string_view::npos && text[before] == ',';
+  if (character == '/' || character == '#') return "JSON has no comments: take it out";
+  if (character == '\'') return "put names and texts in double quotes";
+  if (afterComma && (character == '}' || character == ']')) return "take out the comma before it";
+  return std::nullopt;
+}
+
+/// The place where parsing stopped, with the character that is there.
+PlacedProblem syntaxProblem(const reference_host::json::ParseError& error,
+                            const Document& document) {
+  const TextPlace begin{error.line() - document.line + 1, error.column()};
+  const std::string_view text = document.content();
+  return {{Code::kSyntax,
+           {},
+           {},
+           error.reason(),
+           hintForSyntax(text, offsetOf(text, begin), error.reason()),
+           {},
+           {},
+           {}},
+          {begin, {begin.line, begin.column + 1}}};
+}
+
+void writeProblem(JsonWriter& writer, const PlacedProblem& placed, std::size_t firstLine) {
+  const auto& [problem, place] = placed;
+  writer.beginObject();
+  writer.key("severity").value(isError(problem.code) ? "error" : "warning");
+  writer.key("code").value(codeName(problem.code));
+  writer.key("pointer").value(problem.pointer).key("member");
+  writeOptional(writer, problem.member);
+  writer.key("line").value(firstLine + place.begin.line - 1);
+  writer.key("column").value(place.begin.column);
+  writer.key("endLine").value(firstLine + place.end.line - 1);
+  writer.key("endColumn").value(place.end.column);
+  writer.key("message").value(problem.message).key("hint");
+  writeOptional(writer, problem.hint);
+  writer.key("builder");
+  writeOptional(writer, problem.builder);
+  writer.key("held");
+  writeOptional(writer, problem.held);
+  writer.key("wanted");
+  writeOptional(writer, problem.wanted);
+  writer.endObject();
+}
+
+void check(CheckAnswer& answer, const Knowledge& knowledge, Warnings warnings) {
+  try {
+    const Value value = answer.document.parse();
+    auto result = checkDocument(knowledge, value, warnings);
+    answer.objects = result.objects;
+    answer.claimed = result.claimed;
+    const std::string_view text = answer.document.content();
+    answer.problems = place(std::move(result.problems), text);
+    if (warnings == Warnings::kYes && answer.document.duplicates.count != 0) {
+      for (PlacedProblem& duplicate : duplicatesIn(knowledge, value, text)) {
+        answer.problems.push_back(std::move(duplicate));
+      }
+      sortByPlace(answer.problems);
+    }
+  } catch (const reference_host::json::ParseError& error) {
+    answer.problems.push_back(syntaxProblem(error, answer.document));
+  }
+  const auto isAnError = [](const PlacedProblem& placed) { return isError(placed.problem.code); };
+  answer.errors = static_cast<std::size_t>(
+      std::count_if(answer.problems.begin(), answer.problems.end(), isAnError));
+  answer.warnings = answer.problems.size() - answer.errors;
+}
+
+}  // namespace
+
+void CheckAnswer::runOutOfMemory() {
+  std::string().swap(document.text);
+  problems.clear();
+  objects = claimed = warnings = 0;
+  errors = 1;
+  failure = kOutOfMemory;
+}
+
+CheckAnswer checkOne(const Knowledge& knowledge, Document document, Warnings warnings) {
+  CheckAnswer answer;
+  answer.document = std::move(document);
+  answer.failure = answer.document.readError;
+  if (!answer.failure.empty()) {
+    answer.errors = 1;
+    return answer;
+  }
+  try {
+    check(answer, knowledge, warnings);
+  } catch (const std::bad_alloc&) {
+    answer.runOutOfMemory();
+  }
+  return answer;
+}
+
+void appendAsJson(std::string& out, const CheckAnswer& answer, bool oneLine) {
+  JsonWriter writer(out, oneLine ? JsonWriter::Layout::kCompact : JsonWriter::Layout::kPretty);
+  writer.beginObject();
+  writer.key("document").value(reference_host::json::withBytesEscaped(answer.document.name));
+  writer.key("problems").beginArray();
+  for (const PlacedProblem& problem : answer.problems) {
+    writeProblem(writer, problem, answer.document.line);
+  }
+  writer.endArray();
+  writer.key("summary").beginObject();
+  writer.key("objects").value(answer.objects).key("claimed").value(answer.claimed);
+  writer.key("errors").value(answer.errors).key("warnings").value(answer.warnings);
+  writer.endObject();
+  writer.endObject();
+  out += '\n';
+}
+
+void appendAsText(std::string& out, const CheckAnswer& answer) {
+  appendAsText(out, answer.problems,
+               {answer.document.path, answer.document.content(), answer.document.line});
+}
+
+}  // namespace tessel_tool

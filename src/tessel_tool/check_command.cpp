@@ -1,0 +1,112 @@
+#include "check_command.hpp"
+
+#include <new>
+#include <utility>
+
+#include "check_answer.hpp"
+#include "console.hpp"
+#include "input.hpp"
+#include "ordered_work.hpp"
+#include "reference_host/diagnosis/knowledge.hpp"
+#include "stop.hpp"
+#include "words.hpp"
+
+namespace tessel_tool {
+
+namespace {
+
+using reference_host::diagnosis::Knowledge;
+using reference_host::diagnosis::Warnings;
+
+/// The answers to a batch of documents as they go to the two streams.
+struct CheckedBatch {
+  std::string results;
+  std::vector<std::pair<std::string, std::string>> unreadable;  // who is complained of, and why
+  std::size_t documents = 0;
+  std::size_t failed = 0;
+  std::string last;  // the name of the last document
+
+  void add(CheckAnswer answer, const CheckOptions& options) {
+    const std::size_t before = results.size();
+    try {
+      append(answer, options);
+    } catch (const std::bad_alloc&) {
+      results.resize(before);
+      answer.runOutOfMemory();
+      append(answer, options);
+    }
+    ++documents;
+    if (answer.errors != 0 || (options.strict && answer.warnings != 0)) ++failed;
+    last = answer.document.name;
+    if (answer.failure.empty()) return;
+    const auto& document = answer.document;
+    unreadable.emplace_back(answer.failure == kOutOfMemory ? document.name : document.path,
+                            answer.failure);
+  }
+
+ private:
+  void append(const CheckAnswer& answer, const CheckOptions& options) {
+    if (options.json) {
+      appendAsJson(results, answer, options.ndjson);
+    } else {
+      appendAsText(results, answer);
+    }
+  }
+};
+
+/// The words of the tool and those of the files; nothing if a file cannot be read.
+std::optional<std::vector<std::string>> wordsWith(const std::vector<std::string>& files) {
+  std::vector<std::string> words = knownWords();
+  for (const std::string& file : files) {
+    try {
+      Input input(file);
+      for (std::string line; input.readLine(line);) {
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        if (!line.empty()) words.push_back(line);
+      }
+    } catch (const InputError& error) {
+      complain(file, error.what());
+      return std::nullopt;
+    }
+  }
+  return words;
+}
+
+}  // namespace
+
+ExitStatus runCheck(BuilderServices& services, const CheckOptions& options) {
+  auto words = wordsWith(options.wordFiles);
+  if (!words) return ExitStatus::kUnusable;
+  const Knowledge knowledge(services.builders(), std::move(*words));
+  const Warnings warnings = options.noWarnings ? Warnings::kNo : Warnings::kYes;
+  DocumentSource source(options.files, options.ndjson ? DocumentSource::Unit::kLine
+                                                      : DocumentSource::Unit::kWholeInput);
+  ProgressLine progress(options.ndjson);
+  std::size_t documents = 0;
+  std::size_t failed = 0;
+  stopBetweenAnswers();
+
+  runInOrder(
+      options.jobs, [&] { return source.nextBatch(); },
+      [&](std::vector<Document>& batch) {
+        CheckedBatch checked;
+        for (Document& document : batch) {
+          checked.add(checkOne(knowledge, std::move(document), warnings), options);
+        }
+        return checked;
+      },
+      [&](const CheckedBatch& checked) {
+        documents += checked.documents;
+        failed += checked.failed;
+        AnswerInProgress inProgress;
+        progress.erase();
+        writeResult(checked.results);
+        for (const auto& [subject, reason] : checked.unreadable) complain(subject, reason);
+        progress.show(documents, failed);
+        inProgress.complete(documents, checked.last);
+        return true;
+      });
+  return failed == 0 ? ExitStatus::kSuccess : ExitStatus::kInputFailed;
+}
+
+}  // namespace tessel_tool

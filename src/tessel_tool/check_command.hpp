@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "builder_services.hpp"
+#include "exit_status.hpp"
+
+namespace tessel_tool {
+
+struct CheckOptions {
+  std::vector<std::string> files;
+  std::vector<std::string>
+      wordFiles;  ///< files of candidates for the words of builders, one a line
+  bool json = false;
+  bool ndjson = false;
+  bool noWarnings = false;
+  bool strict = false;  ///< a warning fails, too
+  std::size_t jobs = 1;
+};
+
+/// Tells the problems of documents on standard output.
+/// @throws BundleError, OutputError
+ExitStatus runCheck(BuilderServices& services, const CheckOptions& options);
+
+}  // namespace tessel_tool

@@ -1,0 +1,82 @@
+#include "located_error.hpp"
+
+#include <algorithm>
+#include <utility>
+
+#include "reference_host/diagnosis/control_check.hpp"
+#include "reference_host/diagnosis/culprit.hpp"
+
+namespace tessel_tool {
+
+namespace {
+
+using foundation::json::Value;
+using reference_host::diagnosis::Culprit;
+using reference_host::diagnosis::Knowledge;
+using reference_host::importer::ImportError;
+using reference_host::importer::NamedBuilder;
+
+const NamedBuilder& builderOf(const Knowledge& knowledge, const ImportError& error) {
+  return *std::find_if(
+      knowledge.builders().begin(), knowledge.builders().end(),
+      [&](const NamedBuilder& builder) { return builder.name() == error.builder; });
+}
+
+}  // namespace
+
+std::vector<LocatedError> locate(const Knowledge& knowledge, const std::vector<ImportError>& errors,
+                                 const Value& value, const Document& document, Tell tell) {
+  namespace diagnosis = reference_host::diagnosis;
+  std::vector<LocatedError> located;
+  std::vector<std::string>
+      pointers;  // two of each error: of the value, and of what people are told
+  for (const ImportError& error : errors) {
+    const NamedBuilder& builder = builderOf(knowledge, error);
+    const Value& object = *diagnosis::valueAt(value, diagnosis::pathTo(value, error.pointer));
+    const std::optional<Culprit> culprit = diagnosis::findCulprit(builder, error.step, object);
+    LocatedError next;
+    if (culprit) {
+      next.location.member = error.pointer + diagnosis::pointerOf(culprit->place);
+      next.location.held = culprit->held;
+      next.location.wanted = culprit->wanted;
+    }
+    pointers.push_back(next.location.member.value_or(error.pointer));
+    if (tell == Tell::kPeople) {
+      next.told = {diagnosis::problemOf(knowledge, builder, error.step, error.pointer, object,
+                                        culprit, error.message),
+                   {}};
+      pointers.push_back(next.told->problem.member.value_or(error.pointer));
+    }
+    located.push_back(std::move(next));
+  }
+  if (located.empty()) return located;
+  const auto places = reference_host::json::findValues(document.content(), pointers);
+  auto place = places.begin();
+  for (LocatedError& error : located) {
+    error.location.place = (place++)->value.begin;
+    error.location.place->line += document.line - 1;
+    if (error.told) error.told->place = (place++)->value;
+  }
+  return located;
+}
+
+TextOrigin originOf(const Document& document) {
+  return {document.path, document.content(), document.line};
+}
+
+void writeLocation(reference_host::json::JsonWriter& writer, const Location& location) {
+  writer.key("member");
+  writeOptional(writer, location.member);
+  writer.key("line");
+  if (location.place) {
+    writer.value(location.place->line).key("column").value(location.place->column);
+  } else {
+    writer.null().key("column").null();
+  }
+  writer.key("held");
+  writeOptional(writer, location.held);
+  writer.key("wanted");
+  writeOptional(writer, location.wanted);
+}
+
+}  // namespace tessel_tool

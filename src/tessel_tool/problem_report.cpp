@@ -1,0 +1,202 @@
+#include "problem_report.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <tuple>
+#include <utility>
+
+#include "text_form.hpp"
+
+namespace tessel_tool {
+
+using reference_host::diagnosis::Problem;
+using reference_host::json::TextPlace;
+using reference_host::json::TextRange;
+
+namespace {
+
+/// Longer lines are cut around the place.
+constexpr std::size_t kWidestExcerpt = 100;
+/// How much of a line that is cut stands before the place.
+constexpr std::size_t kBeforePlace = 40;
+constexpr std::string_view kCut = "...";
+constexpr std::size_t kNumberWidth = 5;
+
+constexpr const char* kReplacement = "\xEF\xBF\xBD";
+
+bool continues(char character) {
+  return (static_cast<unsigned char>(character) & 0xC0U) == 0x80U;
+}
+
+/// A character of a line in a form that takes one column of a terminal: what would not, or is no
+/// well-formed UTF-8, is replaced.
+std::string_view shownCharacter(std::string_view character) {
+  const auto lead = static_cast<unsigned char>(character.front());
+  if (lead < 0x80U) return lead < 0x20U ? " " : lead == 0x7FU ? kReplacement : character;
+  const std::size_t length = lead < 0xE0U ? 2 : lead < 0xF0U ? 3 : 4;
+  if (lead < 0xC2U || lead > 0xF4U || character.size() != length) return kReplacement;
+  std::uint32_t code = lead & (0x7FU >> length);
+  for (const char next : character.substr(1)) {
+    code = (code << 6U) | (static_cast<unsigned char>(next) & 0x3FU);
+  }
+  const bool invisible = code < 0xA0U || (code >= 0x200BU && code <= 0x200FU) ||
+                         (code >= 0x2028U && code <= 0x202EU) ||
+                         (code >= 0x2060U && code <= 0x2069U) || code == 0xFEFFU;
+  return invisible ? kReplacement : character;
+}
+
+/// Some characters of a line, from its place on or up to it.
+struct Stretch {
+  std::vector<std::string_view> characters;  ///< in their order
+  bool goesOn = false;                       ///< there are more
+};
+
+Stretch stretchFrom(std::string_view text, std::size_t offset) {
+  Stretch stretch;
+  while (offset < text.size() && text[offset] != '\n' && text.substr(offset, 2) != "\r\n") {
+    if (stretch.characters.size() == kWidestExcerpt) {
+      stretch.goesOn = true;
+      break;
+    }
+    const std::size_t begin = offset++;
+    while (offset < text.size() && continues(text[offset])) ++offset;
+    stretch.characters.push_back(text.substr(begin, offset - begin));
+  }
+  return stretch;
+}
+
+Stretch stretchUpTo(std::string_view text, std::size_t offset) {
+  Stretch stretch;
+  while (offset > 0 && text[offset - 1] != '\n') {
+    if (stretch.characters.size() == kWidestExcerpt) {
+      stretch.goesOn = true;
+      break;
+    }
+    const std::size_t end = offset--;
+    while (offset > 0 && continues(text[offset]) && text[offset - 1] != '\n') --offset;
+    stretch.characters.push_back(text.substr(offset, end - offset));
+  }
+  std::reverse(stretch.characters.begin(), stretch.characters.end());
+  return stretch;
+}
+
+/// Appends the line around an offset and a caret under a part of it. Of a long line no more is
+/// looked at than is shown.
+void appendExcerpt(std::string& out, std::string_view text, std::size_t offset, std::size_t number,
+                   const TextRange& place) {
+  Stretch before = stretchUpTo(text, offset);
+  Stretch after = stretchFrom(text, offset);
+  auto& left = before.characters;
+  auto& right = after.characters;
+  if (left.size() + right.size() > kWidestExcerpt) {
+    const std::size_t free = kWidestExcerpt - std::min(kWidestExcerpt, right.size());
+    const std::size_t kept = std::min(left.size(), std::max(kBeforePlace, free));
+    before.goesOn = before.goesOn || kept < left.size();
+    left.erase(left.begin(), left.end() - static_cast<std::ptrdiff_t>(kept));
+    after.goesOn = after.goesOn || kWidestExcerpt - kept < right.size();
+    right.resize(std::min(right.size(), kWidestExcerpt - kept));
+  }
+
+  const std::string digits = std::to_string(number);
+  out.append(digits.size() < kNumberWidth ? kNumberWidth - digits.size() : 0, ' ').append(digits);
+  out += " | ";
+  if (before.goesOn) out += kCut;
+  for (const std::string_view character : left) out += shownCharacter(character);
+  for (const std::string_view character : right) out += shownCharacter(character);
+  if (after.goesOn) out += kCut;
+  out += '\n';
+
+  out.append(std::max(kNumberWidth, digits.size()), ' ').append(" | ");
+  out.append(left.size() + (before.goesOn ? kCut.size() : 0), ' ') += '^';
+  const bool endsHere = place.end.line == place.begin.line;
+  const std::size_t length = endsHere ? place.end.column - place.begin.column : std::string::npos;
+  const std::size_t shown = std::min(length, right.size());
+  if (shown > 1) out.append(shown - 1, '~');
+  out += '\n';
+}
+
+/// Gives the offsets of places, which must come in their order.
+class Offsets {
+ public:
+  explicit Offsets(std::string_view text) noexcept : text_(text) {}
+
+  std::size_t of(const TextPlace& place) {
+    for (; line_ < place.line && offset_ != text_.size(); ++line_) {
+      offset_ = std::min(text_.find('\n', offset_), text_.size() - 1) + 1;
+      column_ = 1;
+    }
+    for (; column_ < place.column && offset_ != text_.size(); ++column_) {
+      ++offset_;
+      while (offset_ != text_.size() && continues(text_[offset_])) ++offset_;
+    }
+    return offset_;
+  }
+
+ private:
+  std::string_view text_;
+  std::size_t line_ = 1;
+  std::size_t column_ = 1;
+  std::size_t offset_ = 0;
+};
+
+}  // namespace
+
+std::size_t offsetOf(std::string_view text, const TextPlace& place) {
+  return Offsets(text).of(place);
+}
+
+std::vector<PlacedProblem> place(std::vector<Problem> problems, std::string_view text) {
+  if (problems.empty()) return {};
+  std::vector<std::string> pointers;
+  pointers.reserve(problems.size());
+  for (const Problem& problem : problems) {
+    pointers.push_back(problem.member.value_or(problem.pointer));
+  }
+  const auto places = reference_host::json::findValues(text, pointers);
+  std::vector<PlacedProblem> placed;
+  placed.reserve(problems.size());
+  for (std::size_t index = 0; index != problems.size(); ++index) {
+    const auto& found = places[index];
+    const bool atKey = problems[index].atKey && found.missingTokens == 0 && found.key;
+    placed.push_back({std::move(problems[index]), atKey ? *found.key : found.value});
+  }
+  sortByPlace(placed);
+  return placed;
+}
+
+void sortByPlace(std::vector<PlacedProblem>& problems) {
+  const auto order = [](const PlacedProblem& placed) {
+    return std::tie(placed.place.begin.line, placed.place.begin.column, placed.problem.member,
+                    placed.problem.code);
+  };
+  std::stable_sort(problems.begin(), problems.end(),
+                   [&](const PlacedProblem& left, const PlacedProblem& right) {
+                     return order(left) < order(right);
+                   });
+}
+
+void appendAsText(std::string& out, const std::vector<PlacedProblem>& problems,
+                  const TextOrigin& origin) {
+  Offsets offsets(origin.text);
+  for (const auto& [problem, place] : problems) {
+    const std::size_t line = origin.firstLine + place.begin.line - 1;
+    out += visible(origin.path) + ':' + std::to_string(line) + ':' +
+           std::to_string(place.begin.column) + ": ";
+    out += isError(problem.code) ? "error: " : "warning: ";
+    out += visible(problem.message) + " [" + codeName(problem.code) + "]\n";
+    appendExcerpt(out, origin.text, offsets.of(place.begin), line, place);
+    if (problem.hint) out += "hint: " + visible(*problem.hint) + '\n';
+  }
+}
+
+void writeOptional(reference_host::json::JsonWriter& writer,
+                   const std::optional<std::string>& text) {
+  if (text) {
+    writer.value(*text);
+  } else {
+    writer.null();
+  }
+}
+
+}  // namespace tessel_tool

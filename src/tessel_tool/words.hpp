@@ -1,0 +1,32 @@
+#pragma once
+
+/// @file
+/// Words that builders may compare with: the texts under "className", "type" and "valueType". They
+/// cannot be seen from outside, so each is tried; one that no builder reacts to does no harm.
+
+#include <string>
+#include <vector>
+
+namespace tessel_tool {
+
+inline std::vector<std::string> knownWords() {
+  return {
+      "LumoControlNode",
+      "button",
+      "checkBox",
+      "comboBox",
+      "editField",
+      "slider",
+      "ColorPickerControlNode",
+      "DatePickerControlNode",
+      "FileBrowserControlNode",
+      "RangeSliderControlNode",
+      "SpinnerControlNode",
+      "StateButtonControlNode",
+      "LumoAppIntegratedInlineNode",
+      "LumoAppLineNode",
+      "Double",
+  };
+}
+
+}  // namespace tessel_tool
