@@ -69,7 +69,10 @@ void importInto(ImportAnswer& answer, Document& document, const NamedBuilders& b
   } catch (const reference_host::json::ParseError& error) {
     answer.failure = error.what();
   }
-  if (capture) answer.log = capture->takeTexts();
+  if (!capture) return;
+  // A part of the log would be taken for the whole.
+  if (!capture->isComplete()) throw std::bad_alloc();
+  answer.log = capture->takeTexts();
 }
 
 }  // namespace

@@ -205,10 +205,6 @@ class Process(ProcessTest):
         self.assertEqual(tessel("builders", "--", "--help").stdout,
                          tessel("builders", "--help").stdout)
 
-    def test_an_empty_file_name_is_shown(self):
-        for command in ("import", "explain"):
-            self.assert_failed(tessel(command, ""), 1, 'tessel: "": No such file or directory\n')
-
     def test_a_mistake_on_the_command_line_is_blamed_on_the_right_word(self):
         commands = "(import, explain, builders)"
         for arguments, reason in (
