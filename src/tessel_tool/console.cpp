@@ -54,7 +54,7 @@ void complain(std::string_view message) noexcept {
 }
 
 void complain(std::string_view subject, std::string_view reason) noexcept {
-  writeLine({subject, ": ", reason});
+  writeLine({subject.empty() ? R"("")" : subject, ": ", reason});
 }
 
 ProgressLine::ProgressLine(bool wanted)

@@ -28,7 +28,8 @@ void writeResult(std::string_view text);
 /// Writes "tessel: " and the message to standard error, as one line.
 void complain(std::string_view message) noexcept;
 
-/// Writes "tessel: subject: reason" to standard error.
+/// Writes "tessel: subject: reason" to standard error. A subject that is empty, as a path may be,
+/// is shown as "".
 void complain(std::string_view subject, std::string_view reason) noexcept;
 
 /// The line on a terminal that says how far a long import has come. Where standard error is no

@@ -21,6 +21,12 @@ using reference_host::importer::NamedBuilder;
 using reference_host::json::JsonWriter;
 using reference_host::logging::LogCapture;
 
+/// @throws std::bad_alloc where a part of the records would be taken for the whole.
+Records recordsOf(LogCapture& capture) {
+  if (!capture.isComplete()) throw std::bad_alloc();
+  return capture.takeTexts();
+}
+
 BuilderAnswer ask(const NamedBuilder& builder, const Value& value) {
   LogCapture capture;
   BuilderAnswer answer;
@@ -32,7 +38,7 @@ BuilderAnswer ask(const NamedBuilder& builder, const Value& value) {
   } catch (...) {
     answer.error = messageOf(std::current_exception());
   }
-  answer.log = capture.takeTexts();
+  answer.log = recordsOf(capture);
   return answer;
 }
 
@@ -47,7 +53,7 @@ BuildOutcome buildWith(const NamedBuilder& builder, const Value& value) {
   } catch (...) {
     outcome.error = messageOf(std::current_exception());
   }
-  outcome.log = capture.takeTexts();
+  outcome.log = recordsOf(capture);
   return outcome;
 }
 

@@ -63,7 +63,10 @@ void importInto(ImportAnswer& answer, Document& document, const Knowledge& knowl
   std::optional<LogCapture> capture;
   if (answer.log) capture.emplace();
   const auto endLog = [&] {
-    if (capture) answer.log = capture->takeTexts();
+    if (!capture) return;
+    // A part of the log would be taken for the whole.
+    if (!capture->isComplete()) throw std::bad_alloc();
+    answer.log = capture->takeTexts();
     capture.reset();
   };
   try {

@@ -140,7 +140,8 @@ struct CommandLine {
 
 /// What is wrong with a command line that holds more than is expected.
 std::string unexpected(const CLI::App& app) {
-  const std::string word = app.remaining(true).front();
+  std::string word = app.remaining(true).front();
+  if (word.empty()) word = R"("")";
   if (!app.get_subcommands().empty() || word.front() == '-') {
     return "The following argument was not expected: " + word;
   }
@@ -168,7 +169,7 @@ bool asksForHelp(int argc, char** argv) {
 
 ExitStatus runCommandLine(int argc, char** argv) {
   CommandLine commandLine;
-  const bool help = asksForHelp(argc, argv);
+  bool help = asksForHelp(argc, argv);
   const auto refuse = [](const std::string& reason) {
     complain("usage", reason + "; see tessel --help");
     return ExitStatus::kUnusable;
@@ -178,6 +179,8 @@ ExitStatus runCommandLine(int argc, char** argv) {
     if (!help && commandLine.app.get_subcommands().empty()) {
       return refuse("a command is needed: import, check, explain or builders");
     }
+  } catch (const CLI::CallForHelp&) {
+    help = true;  // the parser may take it for the option behind "--" too
   } catch (const CLI::CallForVersion& version) {
     if (!help) {
       writeResult(std::string(version.what()) + '\n');

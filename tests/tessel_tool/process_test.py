@@ -202,6 +202,8 @@ class Process(ProcessTest):
             self.assertEqual(tessel(*arguments).stdout, tessel("--help").stdout)
         self.assert_failed(tessel("import", "--", "--help"), 1,
                            "tessel: --help: No such file or directory\n")
+        self.assertEqual(tessel("builders", "--", "--help").stdout,
+                         tessel("builders", "--help").stdout)
 
     def test_a_mistake_on_the_command_line_is_blamed_on_the_right_word(self):
         commands = "(import, check, explain, builders)"
@@ -209,6 +211,7 @@ class Process(ProcessTest):
                 (["exprt", "x.json"], f"there is no command exprt; did you mean import? {commands}"),
                 (["xyzzy", "--loud"], f"there is no command xyzzy {commands}"),
                 (["--loud", "xyzzy"], "The following argument was not expected: --loud"),
+                ([""], f'there is no command "" {commands}'),
                 (["explain", "--jobs", "2", "x.json"],
                  "The following argument was not expected: --jobs"),
                 (["explain", "x.json", "--jobs=2"],

@@ -33,7 +33,9 @@ class CaptureSink
     const auto severity = boost::log::extract<int>("Severity", record);
     const auto text = boost::log::extract<std::string>("Message", record);
     for (LogCapture* capture = newestCapture; capture != nullptr; capture = capture->outer_) {
+      const bool before = std::exchange(capture->complete_, false);  // should the next line throw
       capture->records_.push_back({severity ? *severity : -1, text ? *text : std::string()});
+      capture->complete_ = before;
     }
   }
 };

@@ -198,6 +198,22 @@ TEST_F(LogCaptureTest, OneThatFindsNoMemoryLeavesEverythingAsItWas) {
   EXPECT_THAT(textsOf(capture), ElementsAre("kept"));
 }
 
+TEST_F(LogCaptureTest, KnowsThatThereWasNoMemoryForARecord) {
+  const std::string text = "a text that is too long for any short string buffer";
+  std::size_t incomplete = 0;
+  test_support::sweepAllocations(
+      test_support::Refusal::kOnce, [&](test_support::LimitedMemory& memory) {
+        SCOPED_TRACE(memory.successes());
+        LogCapture capture;
+        const std::exception_ptr thrown = memory.run([&text] { write(text); });
+        write("later");
+        if (!capture.isComplete()) ++incomplete;
+        EXPECT_TRUE(capture.isComplete() || thrown);
+        EXPECT_EQ(capture.takeTexts().size(), thrown ? 1U : 2U);
+      });
+  EXPECT_EQ(incomplete, 2U) << "one for the text, one for its place";
+}
+
 class OpenedRecordCounterTest : public LogCaptureTest {};
 
 TEST_F(OpenedRecordCounterTest, CountsNothingWhileDiagnosticsAreOff) {

@@ -35,13 +35,15 @@ struct CodeElementBuilder {
 namespace tessel::build::json::core {
 
 inline bool has_className(const foundation::json::Value& json, std::string className) {
-  const auto* held = json["className"].held<std::string>();
+  const auto member = json["className"];
+  const auto* held = member.held<std::string>();
   return held != nullptr && *held == className;
 }
 
 inline std::u16string extract_anchor_id(const foundation::json::Value& json,
                                         const std::string& prefix) {
-  const auto* held = json["anchor"].held<std::string>();
+  const auto member = json["anchor"];
+  const auto* held = member.held<std::string>();
   return fl::i18n::utf8_to_ustring(prefix + (held != nullptr ? *held : ""));
 }
 

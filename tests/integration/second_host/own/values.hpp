@@ -76,12 +76,15 @@ class Value {
     return std::any_cast<T>(&held_);
   }
 
-  bool hasOwnProperty(const std::string& key) const { return members("asked for").count(key) != 0; }
-  const Value& operator[](const char* key) const { return (*this)[std::string(key)]; }
-  const Value& operator[](const std::string& key) const {
+  Value operator[](const char* key) const { return (*this)[std::string(key)]; }
+  Value operator[](const std::string& key) const {
+    const Value* found = find(key);
+    if (found == nullptr) throw std::out_of_range("no " + key + " to read");
+    return *found;
+  }
+  const Value* find(const std::string& key) const {
     const auto found = members("read").find(key);
-    if (found == members("read").end()) throw std::out_of_range("no " + key + " to read");
-    return found->second;
+    return found == members("read").end() ? nullptr : &found->second;
   }
   Value& operator[](const char* key) {
     members("changed");

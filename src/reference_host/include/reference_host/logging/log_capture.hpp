@@ -40,6 +40,8 @@ class TESSEL_HOST_API LogCapture {
 
   /// The records so far, in the order in which they were pushed.
   const std::vector<CapturedRecord>& records() const noexcept { return records_; }
+  /// False once there was no memory to keep a record; the builders pass over that in silence.
+  bool isComplete() const noexcept { return complete_; }
   /// The texts of the records so far; the capture starts over with none.
   std::vector<std::string> takeTexts();
 
@@ -47,6 +49,7 @@ class TESSEL_HOST_API LogCapture {
   friend class CaptureSink;
 
   std::vector<CapturedRecord> records_;
+  bool complete_ = true;
   LogCapture* outer_;  // the next older capture of this thread
 };
 

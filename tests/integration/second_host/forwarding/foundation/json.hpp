@@ -12,7 +12,7 @@ const T* get_if(const Value& value) {
 }
 
 inline const Value* find_member(const Value& value, const std::string& key) {
-  return get_if<Members>(value) != nullptr && value.hasOwnProperty(key) ? &value[key] : nullptr;
+  return get_if<Members>(value) != nullptr ? value.find(key) : nullptr;
 }
 
 }  // namespace foundation::json

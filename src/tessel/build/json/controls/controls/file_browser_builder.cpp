@@ -34,10 +34,10 @@ Node FileBrowserBuilderImpl::build(const Model& model, const Value& json) const 
     applyControlData(data, json);
     // Alone among the controls, this one needs its fields: nothing is tested, and a missing step
     // of the way is the host's to answer for.
+    const Value& context = json[framework::kContextKey];
     Value contextCopy;
     Value fieldsCopy;
-    const Value& fields =
-        framework::requiredMember(json[framework::kContextKey], framework::kDataKey, contextCopy);
+    const Value& fields = framework::requiredMember(context, framework::kDataKey, contextCopy);
     data.get()->setBrowserType(framework::readAs<std::u16string>(
         framework::requiredMember(fields, kBrowserTypeKey, fieldsCopy)));
     framework::logDiagnostic("Set the browserType property");

@@ -44,14 +44,15 @@ const std::string* classNameOf(const JsonMembers* members) {
 /// What a "type" that is not there reads as.
 const Value kNoType = Value();
 
-const std::string& typeWordOf(const Value& control) {
-  const Value* type = findMember(readObjectMembers(control[kContextKey]), kTypeKey);
-  return readString(type != nullptr ? *type : kNoType);
+bool hasTypeWord(const Value& control, std::string_view word) {
+  const Value& context = control[kContextKey];
+  const Value* type = findMember(readObjectMembers(context), kTypeKey);
+  return readString(type != nullptr ? *type : kNoType) == word;
 }
 
 /// Whether a control is of a type: a generic one by its type word, any other by its class name.
 bool isControlOfType(const Value& control, const std::string& className, std::string_view word) {
-  return className == kGenericControl ? typeWordOf(control) == word : className == word;
+  return className == kGenericControl ? hasTypeWord(control, word) : className == word;
 }
 
 }  // namespace
@@ -63,7 +64,7 @@ bool recognizeByClassName(const Value& json, std::string_view className) {
 
 bool recognizeByTypeWord(const Value& json, std::string_view typeWord) {
   const std::string* className = classNameOf(membersOf(json));
-  return className != nullptr && *className == kGenericControl && typeWordOf(json) == typeWord;
+  return className != nullptr && *className == kGenericControl && hasTypeWord(json, typeWord);
 }
 
 bool recognizeByTypeWordOrClassName(const Value& json, std::string_view word) {

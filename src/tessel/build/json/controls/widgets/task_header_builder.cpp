@@ -34,7 +34,8 @@ Node LumoTaskHeaderBuilderImpl::build(const Model& model, const Value& json) con
   framework::logDiagnostic("Building the anchorId for the LumoAppLineNode");
   line.get()->setAnchorId(core::extract_anchor_id(json, kAnchorPrefix));
   auto& children = line.get()->getChildrenMutable();
-  for (const Value& child : framework::readArray(json[kChildrenKey])) {
+  const Value& entries = json[kChildrenKey];
+  for (const Value& child : framework::readArray(entries)) {
     if (!lumoAppIntegratedInlineNodeBuilder_->canBuild(child)) continue;
     framework::append(children, lumoAppIntegratedInlineNodeBuilder_->build(model, child));
   }
