@@ -188,17 +188,6 @@ TEST(Wiring, WhatWasBuiltOutlivesTheBundle) {
   EXPECT_EQ(reference_host::exporting::toJson(node), builtTask(kEmptyInlineNode));
 }
 
-TEST(Wiring, FrameworksFollowEachOther) {
-  for (int round = 0; round < 2; ++round) {
-    SCOPED_TRACE(round);
-    Host host;
-    const Bundle bundle = startProduct(host);
-    EXPECT_THAT(servicesOf(host, bundle), ElementsAreArray(productServices()));
-    EXPECT_EQ(built(*presentServiceOf<NodeBuilder>(host, kHeader), kTask),
-              builtTask(kEmptyInlineNode));
-  }
-}
-
 TEST(Wiring, FrameworksLiveSideBySide) {
   auto first = std::make_unique<Host>();
   const Bundle firstBundle = startProduct(*first);

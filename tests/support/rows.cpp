@@ -99,15 +99,19 @@ void expectRows(const std::string& builder, const std::vector<Row>& rows) {
   for (const Row& row : rows) row.expectOf(builder);
 }
 
-std::vector<std::string> claimantsOf(std::string_view text) {
-  const Value object = json(text);
-  std::vector<std::string> claimants;
-  for (const auto& builder : allBuilders()) {
-    const Outcome answer = contract::answerOf(builder, object);
-    if (answer.claims) claimants.push_back(builder.name());
-    if (!answer.error.empty()) claimants.push_back(builder.name() + ": " + answer.error);
+void expectClaims(const std::string& builder, const std::vector<std::string>& claimed,
+                  const std::vector<std::string>& unclaimed) {
+  for (const auto& [texts, claimant] :
+       {std::pair(&claimed, builder), std::pair(&unclaimed, std::string())}) {
+    for (const std::string& text : *texts) {
+      SCOPED_TRACE(text);
+      for (const auto& each : allBuilders()) {
+        const Outcome answer = contract::answerOf(each, json(text));
+        EXPECT_EQ(answer.claims, each.name() == claimant) << each.name();
+        EXPECT_EQ(answer.error, "") << each.name();
+      }
+    }
   }
-  return claimants;
 }
 
 }  // namespace test_support

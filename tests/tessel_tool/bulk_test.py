@@ -113,9 +113,6 @@ class Bulk(unittest.TestCase):
             asked = [record for record in answer["log"] if record.startswith("Checking if can build")]
             self.assertGreaterEqual(len(asked), answer["summary"]["objects"])
 
-    def test_tree(self):
-        self.assertGreater(self.assert_same("--format", "tree").count(b"\n"), self.documents)
-
     def test_tree_with_the_log(self):
         self.assertGreater(self.assert_same("--format", "tree", "--log").count(b"\n"),
                            self.documents)

@@ -222,31 +222,28 @@ Value nestedSample() {
 }
 
 TEST(ValueTest, TakesTheValueOfItsOwnDescendant) {
-  const Value inner(Object{{"b", "a text too long for any short string buffer"}});
-  {
-    Value value = nestedSample();
-    value = value["a"].get_if<Array>()->at(1);
-    EXPECT_EQ(value, inner) << "copied from an object in an array in an object";
-  }
-  {
-    Value value = nestedSample();
-    value = std::move(value["a"].get_if<Array>()->at(1));
-    EXPECT_EQ(value, inner) << "moved from an object in an array in an object";
-  }
-  {
-    Value value(Array{Array{1.0, 2.0}, 3.0});
-    value = value.get_if<Array>()->front();
-    EXPECT_EQ(value, Value(Array{1.0, 2.0})) << "copied from an array in an array";
-  }
-  {
-    Value value(Array{Array{1.0, 2.0}, 3.0});
-    value = std::move(value.get_if<Array>()->front());
-    EXPECT_EQ(value, Value(Array{1.0, 2.0})) << "moved from an array in an array";
-  }
-  {
-    Value value(Array{"a text too long for any short string buffer"});
-    value = value.get_if<Array>()->front();
-    EXPECT_EQ(value, Value("a text too long for any short string buffer"));
+  const char* const text = "a text too long for any short string buffer";
+  const struct {
+    const char* description;
+    Value value;
+    Value& (*descendant)(Value&);
+  } rows[] = {
+      {"an object in an array in an object", nestedSample(),
+       [](Value& value) -> Value& { return value["a"].get_if<Array>()->at(1); }},
+      {"an array in an array", Array{Array{1.0, 2.0}, 3.0},
+       [](Value& value) -> Value& { return value.get_if<Array>()->front(); }},
+      {"a text in an array", Array{text},
+       [](Value& value) -> Value& { return value.get_if<Array>()->front(); }},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.description);
+    Value copied = row.value;
+    const Value expected = row.descendant(copied);
+    copied = row.descendant(copied);
+    EXPECT_EQ(copied, expected);
+    Value moved = row.value;
+    moved = std::move(row.descendant(moved));
+    EXPECT_EQ(moved, expected);
   }
 }
 

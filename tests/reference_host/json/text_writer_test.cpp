@@ -239,7 +239,9 @@ TEST(AppendNumberTest, WritesAllDigitsOfAnInteger) {
   EXPECT_EQ(out, "-9223372036854775808 9223372036854775807 18446744073709551615 0");
 }
 
-void writeSample(JsonWriter& writer) {
+TEST(JsonWriterTest, WritesOneCompactLine) {
+  std::string out;
+  JsonWriter writer(out);
   const std::string text = "a \"text\"";
   writer.beginObject();
   writer.key("text").value(text).key("literal").value("x").key("view").value("y"sv);
@@ -252,51 +254,9 @@ void writeSample(JsonWriter& writer) {
   writer.key("tree").json(Object{{"a", Array{1.0}}, {"b", Object{}}});
   writer.key("raw").raw("[1,2]");
   writer.endObject();
-}
-
-TEST(JsonWriterTest, WritesOneCompactLine) {
-  std::string out;
-  JsonWriter writer(out);
-  writeSample(writer);
   EXPECT_EQ(out, R"({"text":"a \"text\"","literal":"x","view":"y",)"
                  R"("numbers":[1.5,0.1,-7,8,9,-10,11],"words":[true,false,null],)"
                  R"("empty":[[],{}],"tree":{"a":[1],"b":{}},"raw":[1,2]})");
-}
-
-TEST(JsonWriterTest, WritesIndentedLines) {
-  std::string out;
-  JsonWriter writer(out, JsonWriter::Layout::kPretty);
-  writeSample(writer);
-  EXPECT_EQ(out, R"({
-  "text": "a \"text\"",
-  "literal": "x",
-  "view": "y",
-  "numbers": [
-    1.5,
-    0.1,
-    -7,
-    8,
-    9,
-    -10,
-    11
-  ],
-  "words": [
-    true,
-    false,
-    null
-  ],
-  "empty": [
-    [],
-    {}
-  ],
-  "tree": {
-    "a": [
-      1
-    ],
-    "b": {}
-  },
-  "raw": [1,2]
-})");
 }
 
 TEST(JsonWriterTest, WritesOneValueAfterAnother) {
@@ -368,18 +328,6 @@ TEST(PrettyPrintTest, TheIndentStopsGrowingAtLevelFifty) {
     expected += '\n' + std::string(2 * std::min<std::size_t>(level, 50), ' ') + "]";
   }
   EXPECT_EQ(pretty_print(nestedArrays(kDepth)), expected);
-}
-
-TEST(PrettyPrintTest, PrintsAtAnyDepth) {
-  constexpr std::size_t kDeep = 1'000'000;
-  std::string compact;
-  JsonWriter(compact).json(nestedArrays(kDeep));
-  EXPECT_TRUE(compact == std::string(kDeep, '[') + std::string(kDeep, ']'));
-
-  constexpr std::size_t kLines = 100'000;
-  const std::string pretty = pretty_print(nestedArrays(kLines));
-  EXPECT_EQ(std::count(pretty.begin(), pretty.end(), '\n'),
-            static_cast<std::ptrdiff_t>(2 * (kLines - 1)));
 }
 
 }  // namespace

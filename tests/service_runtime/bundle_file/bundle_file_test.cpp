@@ -4,7 +4,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -62,132 +61,6 @@ TEST(BundleFileReader, AdmitsOtherResourcesInTheFolder) {
   EXPECT_EQ(file.manifest.symbolicName, "crafted");
 }
 
-struct RefusalRow {
-  const char* description;
-  std::string bytes;
-  const char* error;
-};
-
-void PrintTo(const RefusalRow& row, std::ostream* os) {
-  *os << row.description;
-}
-
-class BundleFileRefusal : public ::testing::TestWithParam<RefusalRow> {};
-
-TEST_P(BundleFileRefusal, Row) {
-  const RefusalRow& row = GetParam();
-  try {
-    read(row.bytes);
-    ADD_FAILURE() << row.description << ": no error";
-  } catch (const std::runtime_error& error) {
-    EXPECT_STREQ(error.what(), row.error) << row.description;
-  }
-}
-
-constexpr std::uint64_t kFarAway = ~std::uint64_t{0} - 8;
-
-INSTANTIATE_TEST_SUITE_P(
-    Elf, BundleFileRefusal,
-    ::testing::Values(
-        RefusalRow{"empty", "", "is not an ELF file"},
-        RefusalRow{"text", std::string(1000, 'x'), "is not an ELF file"},
-        RefusalRow{"cut off in the header", craftedBundle(kCraftedManifest).substr(0, 63),
-                   "is not an ELF file"},
-        RefusalRow{"cut off in the table", craftedBundle(kCraftedManifest).substr(0, 300),
-                   "is not a bundle: it has no section .us_resources"},
-        RefusalRow{"other machine",
-                   edited([](auto& header, auto&) { header.e_machine = EM_SPARC; }),
-                   "is an ELF file for another machine"},
-        RefusalRow{"other word size",
-                   edited([](auto& header, auto&) { header.e_ident[EI_CLASS] ^= 3U; }),
-                   "is an ELF file for another machine"},
-        RefusalRow{"other byte order",
-                   edited([](auto& header, auto&) { header.e_ident[EI_DATA] ^= 3U; }),
-                   "is an ELF file for another machine"},
-        RefusalRow{"object file", edited([](auto& header, auto&) { header.e_type = ET_REL; }),
-                   "is not a shared library"},
-        RefusalRow{"no sections", edited([](auto& header, auto&) { header.e_shnum = 0; }),
-                   "is not a bundle: it has no section .us_resources"},
-        RefusalRow{"names far away",
-                   edited([](auto&, auto& sections) { sections.back().sh_offset = kFarAway; }),
-                   "is not a bundle: it has no section .us_resources"}));
-
-INSTANTIATE_TEST_SUITE_P(
-    Sections, BundleFileRefusal,
-    ::testing::Values(
-        RefusalRow{"no resources", elfImage({{".tessel_runtime", "embedded_v1"}}),
-                   "is not a bundle: it has no section .us_resources"},
-        RefusalRow{"name beyond the names",
-                   edited([](auto&, auto& sections) { sections[1].sh_name = 100000; }),
-                   "is not a bundle: it has no section .us_resources"},
-        RefusalRow{"two resources", elfImage({{".us_resources", "a"}, {".us_resources", "b"}}),
-                   "has two sections .us_resources"},
-        RefusalRow{
-            "resources without bytes",
-            elfImage({{".us_resources", "a", SHT_NOBITS}, {".tessel_runtime", "embedded_v1"}}),
-            "its section .us_resources holds no plain bytes"},
-        RefusalRow{"compressed resources",
-                   elfImage({{".us_resources", "a", SHT_PROGBITS, SHF_COMPRESSED}}),
-                   "its section .us_resources holds no plain bytes"},
-        RefusalRow{"resources far away",
-                   edited([](auto&, auto& sections) { sections[1].sh_offset = kFarAway; }),
-                   "its section .us_resources lies outside the file"},
-        RefusalRow{"resources too long",
-                   edited([](auto&, auto& sections) { sections[1].sh_size = 1U << 30U; }),
-                   "its section .us_resources is too long"},
-        RefusalRow{"no marker",
-                   elfImage({{".us_resources", zipArchive({{"crafted/manifest.json", "{}"}})}}),
-                   "was not built for the embedded service runtime: it has no section "
-                   ".tessel_runtime"},
-        RefusalRow{"other marker",
-                   elfImage({{".us_resources", "a"}, {".tessel_runtime", "embedded_v0"}}),
-                   "was built for another version of the embedded service runtime than "
-                   "embedded_v1"},
-        RefusalRow{"endless marker",
-                   elfImage({{".us_resources", "a"}, {".tessel_runtime", std::string(300, 'x')}}),
-                   "its section .tessel_runtime is too long"}));
-
-INSTANTIATE_TEST_SUITE_P(
-    Archive, BundleFileRefusal,
-    ::testing::Values(
-        RefusalRow{"empty", elfImage(bundleSections("")), "its resources hold no manifest.json"},
-        RefusalRow{"no archive", elfImage(bundleSections("words, words, words, words")),
-                   "its resources are no zip archive: Not a zip archive"},
-        RefusalRow{"no manifest", archived({{"crafted/other.json", "{}"}}),
-                   "its resources hold no manifest.json"},
-        RefusalRow{"manifest deeper", archived({{"crafted/in/manifest.json", "{}"}}),
-                   "its resources hold no manifest.json"},
-        RefusalRow{"manifest outside a folder", archived({{"manifest.json", kCraftedManifest}}),
-                   "its resources have an entry outside a folder: \"manifest.json\""},
-        RefusalRow{"absolute path", archived({{"/crafted/manifest.json", kCraftedManifest}}),
-                   "its resources have an entry outside a folder: \"/crafted/manifest.json\""},
-        RefusalRow{
-            "two folders",
-            archived({{"crafted/manifest.json", kCraftedManifest}, {"b/manifest.json", "{}"}}),
-            "its resources have several folders: \"b\" and \"crafted\""},
-        RefusalRow{"folder of another name", archived({{"other/manifest.json", kCraftedManifest}}),
-                   "its manifest.json is in the folder \"other\", not \"crafted\""},
-        RefusalRow{"manifest too long",
-                   archived({{"crafted/manifest.json", std::string((4U << 20U) + 1, ' ')}}),
-                   "its manifest.json is too long"},
-        // The manifest is stored as it is, since compressing it gains nothing.
-        RefusalRow{"wrong checksum",
-                   elfImage(bundleSections(replaced(zipArchive({{"crafted/manifest.json",
-                                                                 kCraftedManifest}}),
-                                                    "symbolic", "Symbolic"))),
-                   "its manifest.json cannot be unpacked: CRC error"},
-        // The length of the extra field in the entry's own header: the content begins behind it.
-        RefusalRow{"content cut off", archivedWithByte("PK\3\4", 28, 100),
-                   "its manifest.json cannot be unpacked: Premature end of file"},
-        // The length in the archive's directory, which libzip takes as it is.
-        RefusalRow{"content longer than its length", archivedWithByte("PK\1\2", 24, 20),
-                   "its manifest.json cannot be unpacked: it is not as long as the archive says"},
-        RefusalRow{"no JSON", archived({{"crafted/manifest.json", "{"}}),
-                   "manifest.json: not valid JSON: The JSON document has an improper structure: "
-                   "missing or superfluous commas, braces, missing keys, etc."},
-        RefusalRow{"wrong manifest", craftedBundle("{}"),
-                   "manifest.json: bundle.symbolic_name: missing"}));
-
 std::string refusalOf(const std::filesystem::path& path) {
   try {
     readBundleFile(path);
@@ -195,6 +68,111 @@ std::string refusalOf(const std::filesystem::path& path) {
   } catch (const std::runtime_error& error) {
     return error.what();
   }
+}
+
+struct RefusalRow {
+  const char* description;
+  std::string bytes;
+  const char* error;
+};
+
+void expectRefusals(const std::vector<RefusalRow>& rows) {
+  for (const RefusalRow& row : rows) {
+    SCOPED_TRACE(row.description);
+    EXPECT_EQ(refusalOf(MemoryFile(row.bytes).path()), row.error);
+  }
+}
+
+constexpr std::uint64_t kFarAway = ~std::uint64_t{0} - 8;
+
+TEST(BundleFileReader, RefusesAnotherFile) {
+  expectRefusals(
+      {{"empty", "", "is not an ELF file"},
+       {"text", std::string(1000, 'x'), "is not an ELF file"},
+       {"cut off in the header", craftedBundle(kCraftedManifest).substr(0, 63),
+        "is not an ELF file"},
+       {"cut off in the table", craftedBundle(kCraftedManifest).substr(0, 300),
+        "is not a bundle: it has no section .us_resources"},
+       {"other machine", edited([](auto& header, auto&) { header.e_machine = EM_SPARC; }),
+        "is an ELF file for another machine"},
+       {"other word size", edited([](auto& header, auto&) { header.e_ident[EI_CLASS] ^= 3U; }),
+        "is an ELF file for another machine"},
+       {"other byte order", edited([](auto& header, auto&) { header.e_ident[EI_DATA] ^= 3U; }),
+        "is an ELF file for another machine"},
+       {"object file", edited([](auto& header, auto&) { header.e_type = ET_REL; }),
+        "is not a shared library"},
+       {"no sections", edited([](auto& header, auto&) { header.e_shnum = 0; }),
+        "is not a bundle: it has no section .us_resources"},
+       {"names far away",
+        edited([](auto&, auto& sections) { sections.back().sh_offset = kFarAway; }),
+        "is not a bundle: it has no section .us_resources"}});
+}
+
+TEST(BundleFileReader, RefusesWrongSections) {
+  expectRefusals(
+      {{"no resources", elfImage({{".tessel_runtime", "embedded_v1"}}),
+        "is not a bundle: it has no section .us_resources"},
+       {"name beyond the names",
+        edited([](auto&, auto& sections) { sections[1].sh_name = 100000; }),
+        "is not a bundle: it has no section .us_resources"},
+       {"two resources", elfImage({{".us_resources", "a"}, {".us_resources", "b"}}),
+        "has two sections .us_resources"},
+       {"resources without bytes",
+        elfImage({{".us_resources", "a", SHT_NOBITS}, {".tessel_runtime", "embedded_v1"}}),
+        "its section .us_resources holds no plain bytes"},
+       {"compressed resources", elfImage({{".us_resources", "a", SHT_PROGBITS, SHF_COMPRESSED}}),
+        "its section .us_resources holds no plain bytes"},
+       {"resources far away",
+        edited([](auto&, auto& sections) { sections[1].sh_offset = kFarAway; }),
+        "its section .us_resources lies outside the file"},
+       {"resources too long",
+        edited([](auto&, auto& sections) { sections[1].sh_size = 1U << 30U; }),
+        "its section .us_resources is too long"},
+       {"no marker", elfImage({{".us_resources", zipArchive({{"crafted/manifest.json", "{}"}})}}),
+        "was not built for the embedded service runtime: it has no section .tessel_runtime"},
+       {"other marker", elfImage({{".us_resources", "a"}, {".tessel_runtime", "embedded_v0"}}),
+        "was built for another version of the embedded service runtime than embedded_v1"},
+       {"endless marker",
+        elfImage({{".us_resources", "a"}, {".tessel_runtime", std::string(300, 'x')}}),
+        "its section .tessel_runtime is too long"}});
+}
+
+TEST(BundleFileReader, RefusesAWrongArchive) {
+  expectRefusals(
+      {{"empty", elfImage(bundleSections("")), "its resources hold no manifest.json"},
+       {"no archive", elfImage(bundleSections("words, words, words, words")),
+        "its resources are no zip archive: Not a zip archive"},
+       {"no manifest", archived({{"crafted/other.json", "{}"}}),
+        "its resources hold no manifest.json"},
+       {"manifest deeper", archived({{"crafted/in/manifest.json", "{}"}}),
+        "its resources hold no manifest.json"},
+       {"manifest outside a folder", archived({{"manifest.json", kCraftedManifest}}),
+        "its resources have an entry outside a folder: \"manifest.json\""},
+       {"absolute path", archived({{"/crafted/manifest.json", kCraftedManifest}}),
+        "its resources have an entry outside a folder: \"/crafted/manifest.json\""},
+       {"two folders",
+        archived({{"crafted/manifest.json", kCraftedManifest}, {"b/manifest.json", "{}"}}),
+        "its resources have several folders: \"b\" and \"crafted\""},
+       {"folder of another name", archived({{"other/manifest.json", kCraftedManifest}}),
+        "its manifest.json is in the folder \"other\", not \"crafted\""},
+       {"manifest too long",
+        archived({{"crafted/manifest.json", std::string((4U << 20U) + 1, ' ')}}),
+        "its manifest.json is too long"},
+       // The manifest is stored as it is, since compressing it gains nothing.
+       {"wrong checksum",
+        elfImage(bundleSections(replaced(zipArchive({{"crafted/manifest.json", kCraftedManifest}}),
+                                         "symbolic", "Symbolic"))),
+        "its manifest.json cannot be unpacked: CRC error"},
+       // The length of the extra field in the entry's own header: the content begins behind it.
+       {"content cut off", archivedWithByte("PK\3\4", 28, 100),
+        "its manifest.json cannot be unpacked: Premature end of file"},
+       // The length in the archive's directory, which libzip takes as it is.
+       {"content longer than its length", archivedWithByte("PK\1\2", 24, 20),
+        "its manifest.json cannot be unpacked: it is not as long as the archive says"},
+       {"no JSON", archived({{"crafted/manifest.json", "{"}}),
+        "manifest.json: not valid JSON: The JSON document has an improper structure: missing or "
+        "superfluous commas, braces, missing keys, etc."},
+       {"wrong manifest", craftedBundle("{}"), "manifest.json: bundle.symbolic_name: missing"}});
 }
 
 TEST(BundleFileReader, SaysWhatIsNoLibraryFile) {

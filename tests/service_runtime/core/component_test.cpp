@@ -55,14 +55,6 @@ TEST(Component, LivesFromFirstUseToStop) {
   EXPECT_THAT(host.takeEvents(), IsEmpty());
 }
 
-TEST(Component, WithoutUseNoInstanceIsMade) {
-  Host host;
-  Bundle bundle = host.start("plain");
-  bundle.Stop();
-  EXPECT_THAT(takeJournal(),
-              ElementsAre("test_plain: context set", "test_plain: context taken away"));
-}
-
 TEST(Component, ObjectInUseOutlivesItsComponent) {
   Host host;
   Bundle bundle = host.start("plain");

@@ -5,9 +5,7 @@
 
 #include <algorithm>
 #include <atomic>
-#include <condition_variable>
 #include <future>
-#include <mutex>
 #include <stdexcept>
 #include <thread>
 
@@ -31,27 +29,15 @@ class HookGuard {
   HookGuard& operator=(const HookGuard&) = delete;
 };
 
-/// Lets threads wait until something has happened.
+/// Lets threads wait until something has happened, which happens once.
 class Signal {
  public:
-  void set() {
-    const std::lock_guard lock(mutex_);
-    isSet_ = true;
-    changed_.notify_all();
-  }
-  void wait() {
-    std::unique_lock lock(mutex_);
-    changed_.wait(lock, [this] { return isSet_; });
-  }
-  bool isSet() {
-    const std::lock_guard lock(mutex_);
-    return isSet_;
-  }
+  void set() { promise_.set_value(); }
+  void wait() const { happened_.wait(); }
 
  private:
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  bool isSet_ = false;
+  std::promise<void> promise_;
+  const std::shared_future<void> happened_{promise_.get_future()};
 };
 
 TEST(Reentrancy, ServiceAskedForByItsOwnConstructorIsRefused) {

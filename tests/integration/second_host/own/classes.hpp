@@ -9,6 +9,16 @@
 
 #include "framework.hpp"
 
+/// The base of a class's builders: it has the create operation that bears the class's name.
+#define SECOND_HOST_CREATES(Name)                                               \
+  template <typename Self>                                                      \
+  struct BuilderBase : gx::zero::Creator {                                      \
+    using Creator::Creator;                                                     \
+    gx::zero::Handle<Name##Impl> create##Name(const boost::uuids::uuid& uuid) { \
+      return create<Name##Impl>(uuid);                                          \
+    }                                                                           \
+  };
+
 namespace lumocode::contentmodel::gxzero {
 
 using gx::zero::ModelElementImpl;
@@ -77,27 +87,14 @@ struct RangeSliderDataImpl : StringControlDataImpl {};
 using RangeSliderData = gx::zero::Handle<RangeSliderDataImpl>;
 
 struct ComboboxItemImpl : ModelElementImpl {
-  template <typename Self>
-  struct BuilderBase : gx::zero::Creator {
-    using Creator::Creator;
-    gx::zero::Handle<ComboboxItemImpl> createComboboxItem(const boost::uuids::uuid& uuid) {
-      return create<ComboboxItemImpl>(uuid);
-    }
-  };
+  SECOND_HOST_CREATES(ComboboxItem)
   bool setLabel(const std::u16string& value) { return keep("label", value); }
   bool setItem(const std::u16string& value) { return keep("item", value); }
 };
 using ComboboxItem = gx::zero::Handle<ComboboxItemImpl>;
 
 struct ComboboxItemLabelImpl : ModelElementImpl {
-  template <typename Self>
-  struct BuilderBase : gx::zero::Creator {
-    using Creator::Creator;
-    gx::zero::Handle<ComboboxItemLabelImpl> createComboboxItemLabel(
-        const boost::uuids::uuid& uuid) {
-      return create<ComboboxItemLabelImpl>(uuid);
-    }
-  };
+  SECOND_HOST_CREATES(ComboboxItemLabel)
   bool setLabel(const std::u16string& value) { return keep("label", value); }
 };
 using ComboboxItemLabel = gx::zero::Handle<ComboboxItemLabelImpl>;
@@ -121,27 +118,13 @@ struct DefaultValueDataImpl : ModelElementImpl {
 using DefaultValueData = gx::zero::Handle<DefaultValueDataImpl>;
 
 struct DoubleDefaultValueDataImpl : DefaultValueDataImpl {
-  template <typename Self>
-  struct BuilderBase : gx::zero::Creator {
-    using Creator::Creator;
-    gx::zero::Handle<DoubleDefaultValueDataImpl> createDoubleDefaultValueData(
-        const boost::uuids::uuid& uuid) {
-      return create<DoubleDefaultValueDataImpl>(uuid);
-    }
-  };
+  SECOND_HOST_CREATES(DoubleDefaultValueData)
   bool setDefaultValue(double value) { return keep("defaultValue", value); }
 };
 using DoubleDefaultValueData = gx::zero::Handle<DoubleDefaultValueDataImpl>;
 
 struct StringDefaultValueDataImpl : DefaultValueDataImpl {
-  template <typename Self>
-  struct BuilderBase : gx::zero::Creator {
-    using Creator::Creator;
-    gx::zero::Handle<StringDefaultValueDataImpl> createStringDefaultValueData(
-        const boost::uuids::uuid& uuid) {
-      return create<StringDefaultValueDataImpl>(uuid);
-    }
-  };
+  SECOND_HOST_CREATES(StringDefaultValueData)
   bool setDefaultValue(const std::u16string& value) { return keep("defaultValue", value); }
 };
 using StringDefaultValueData = gx::zero::Handle<StringDefaultValueDataImpl>;
@@ -236,194 +219,43 @@ struct LumoControlNodeImpl : NodeImpl {
 };
 using LumoControlNode = gx::zero::Handle<LumoControlNodeImpl>;
 
-struct ButtonNodeImpl : LumoControlNodeImpl {
-  template <typename Self>
-  struct BuilderBase : gx::zero::Creator {
-    using Creator::Creator;
-    gx::zero::Handle<ButtonNodeImpl> createButtonNode(const boost::uuids::uuid& uuid) {
-      return create<ButtonNodeImpl>(uuid);
-    }
-  };
-  content::ButtonData createIntoButtonData(content::ButtonData::BuilderWrapper,
-                                           const boost::uuids::uuid& uuid) {
-    return keepNew<content::ButtonDataImpl>("data", uuid);
-  }
-};
-using ButtonNode = gx::zero::Handle<ButtonNodeImpl>;
+/// A control's node, and the record that it creates into itself.
+#define SECOND_HOST_CONTROL(Node, Data, Slot)                        \
+  struct Node##Impl : LumoControlNodeImpl {                          \
+    SECOND_HOST_CREATES(Node)                                        \
+    content::Data createInto##Slot(content::Data::BuilderWrapper,    \
+                                   const boost::uuids::uuid& uuid) { \
+      return keepNew<content::Data##Impl>("data", uuid);             \
+    }                                                                \
+  };                                                                 \
+  using Node = gx::zero::Handle<Node##Impl>;
 
-struct CheckBoxNodeImpl : LumoControlNodeImpl {
-  template <typename Self>
-  struct BuilderBase : gx::zero::Creator {
-    using Creator::Creator;
-    gx::zero::Handle<CheckBoxNodeImpl> createCheckBoxNode(const boost::uuids::uuid& uuid) {
-      return create<CheckBoxNodeImpl>(uuid);
-    }
-  };
-  content::CheckboxData createIntoCheckBoxData(content::CheckboxData::BuilderWrapper,
-                                               const boost::uuids::uuid& uuid) {
-    return keepNew<content::CheckboxDataImpl>("data", uuid);
-  }
-};
-using CheckBoxNode = gx::zero::Handle<CheckBoxNodeImpl>;
+SECOND_HOST_CONTROL(ButtonNode, ButtonData, ButtonData)
+SECOND_HOST_CONTROL(CheckBoxNode, CheckboxData, CheckBoxData)
+SECOND_HOST_CONTROL(ColorPickerNode, ColorPickerData, ColorPickerData)
+SECOND_HOST_CONTROL(ComboboxNode, ComboboxData, ComboBoxData)
+SECOND_HOST_CONTROL(DatePickerNode, DatePickerData, DatePickerData)
+SECOND_HOST_CONTROL(EditFieldNode, EditFieldData, EditFieldData)
+SECOND_HOST_CONTROL(FileBrowserNode, FileBrowserData, FileBrowserData)
+SECOND_HOST_CONTROL(RangeSliderNode, RangeSliderData, RangeSliderData)
+SECOND_HOST_CONTROL(SliderNode, SliderData, SliderData)
+SECOND_HOST_CONTROL(SpinnerNode, SpinnerData, SpinnerData)
+SECOND_HOST_CONTROL(StateButtonNode, StateButtonData, StateButtonData)
 
-struct ColorPickerNodeImpl : LumoControlNodeImpl {
-  template <typename Self>
-  struct BuilderBase : gx::zero::Creator {
-    using Creator::Creator;
-    gx::zero::Handle<ColorPickerNodeImpl> createColorPickerNode(const boost::uuids::uuid& uuid) {
-      return create<ColorPickerNodeImpl>(uuid);
-    }
-  };
-  content::ColorPickerData createIntoColorPickerData(content::ColorPickerData::BuilderWrapper,
-                                                     const boost::uuids::uuid& uuid) {
-    return keepNew<content::ColorPickerDataImpl>("data", uuid);
-  }
-};
-using ColorPickerNode = gx::zero::Handle<ColorPickerNodeImpl>;
-
-struct ComboboxNodeImpl : LumoControlNodeImpl {
-  template <typename Self>
-  struct BuilderBase : gx::zero::Creator {
-    using Creator::Creator;
-    gx::zero::Handle<ComboboxNodeImpl> createComboboxNode(const boost::uuids::uuid& uuid) {
-      return create<ComboboxNodeImpl>(uuid);
-    }
-  };
-  content::ComboboxData createIntoComboBoxData(content::ComboboxData::BuilderWrapper,
-                                               const boost::uuids::uuid& uuid) {
-    return keepNew<content::ComboboxDataImpl>("data", uuid);
-  }
-};
-using ComboboxNode = gx::zero::Handle<ComboboxNodeImpl>;
-
-struct DatePickerNodeImpl : LumoControlNodeImpl {
-  template <typename Self>
-  struct BuilderBase : gx::zero::Creator {
-    using Creator::Creator;
-    gx::zero::Handle<DatePickerNodeImpl> createDatePickerNode(const boost::uuids::uuid& uuid) {
-      return create<DatePickerNodeImpl>(uuid);
-    }
-  };
-  content::DatePickerData createIntoDatePickerData(content::DatePickerData::BuilderWrapper,
-                                                   const boost::uuids::uuid& uuid) {
-    return keepNew<content::DatePickerDataImpl>("data", uuid);
-  }
-};
-using DatePickerNode = gx::zero::Handle<DatePickerNodeImpl>;
-
-struct EditFieldNodeImpl : LumoControlNodeImpl {
-  template <typename Self>
-  struct BuilderBase : gx::zero::Creator {
-    using Creator::Creator;
-    gx::zero::Handle<EditFieldNodeImpl> createEditFieldNode(const boost::uuids::uuid& uuid) {
-      return create<EditFieldNodeImpl>(uuid);
-    }
-  };
-  content::EditFieldData createIntoEditFieldData(content::EditFieldData::BuilderWrapper,
-                                                 const boost::uuids::uuid& uuid) {
-    return keepNew<content::EditFieldDataImpl>("data", uuid);
-  }
-};
-using EditFieldNode = gx::zero::Handle<EditFieldNodeImpl>;
-
-struct FileBrowserNodeImpl : LumoControlNodeImpl {
-  template <typename Self>
-  struct BuilderBase : gx::zero::Creator {
-    using Creator::Creator;
-    gx::zero::Handle<FileBrowserNodeImpl> createFileBrowserNode(const boost::uuids::uuid& uuid) {
-      return create<FileBrowserNodeImpl>(uuid);
-    }
-  };
-  content::FileBrowserData createIntoFileBrowserData(content::FileBrowserData::BuilderWrapper,
-                                                     const boost::uuids::uuid& uuid) {
-    return keepNew<content::FileBrowserDataImpl>("data", uuid);
-  }
-};
-using FileBrowserNode = gx::zero::Handle<FileBrowserNodeImpl>;
-
-struct RangeSliderNodeImpl : LumoControlNodeImpl {
-  template <typename Self>
-  struct BuilderBase : gx::zero::Creator {
-    using Creator::Creator;
-    gx::zero::Handle<RangeSliderNodeImpl> createRangeSliderNode(const boost::uuids::uuid& uuid) {
-      return create<RangeSliderNodeImpl>(uuid);
-    }
-  };
-  content::RangeSliderData createIntoRangeSliderData(content::RangeSliderData::BuilderWrapper,
-                                                     const boost::uuids::uuid& uuid) {
-    return keepNew<content::RangeSliderDataImpl>("data", uuid);
-  }
-};
-using RangeSliderNode = gx::zero::Handle<RangeSliderNodeImpl>;
-
-struct SliderNodeImpl : LumoControlNodeImpl {
-  template <typename Self>
-  struct BuilderBase : gx::zero::Creator {
-    using Creator::Creator;
-    gx::zero::Handle<SliderNodeImpl> createSliderNode(const boost::uuids::uuid& uuid) {
-      return create<SliderNodeImpl>(uuid);
-    }
-  };
-  content::SliderData createIntoSliderData(content::SliderData::BuilderWrapper,
-                                           const boost::uuids::uuid& uuid) {
-    return keepNew<content::SliderDataImpl>("data", uuid);
-  }
-};
-using SliderNode = gx::zero::Handle<SliderNodeImpl>;
-
-struct SpinnerNodeImpl : LumoControlNodeImpl {
-  template <typename Self>
-  struct BuilderBase : gx::zero::Creator {
-    using Creator::Creator;
-    gx::zero::Handle<SpinnerNodeImpl> createSpinnerNode(const boost::uuids::uuid& uuid) {
-      return create<SpinnerNodeImpl>(uuid);
-    }
-  };
-  content::SpinnerData createIntoSpinnerData(content::SpinnerData::BuilderWrapper,
-                                             const boost::uuids::uuid& uuid) {
-    return keepNew<content::SpinnerDataImpl>("data", uuid);
-  }
-};
-using SpinnerNode = gx::zero::Handle<SpinnerNodeImpl>;
-
-struct StateButtonNodeImpl : LumoControlNodeImpl {
-  template <typename Self>
-  struct BuilderBase : gx::zero::Creator {
-    using Creator::Creator;
-    gx::zero::Handle<StateButtonNodeImpl> createStateButtonNode(const boost::uuids::uuid& uuid) {
-      return create<StateButtonNodeImpl>(uuid);
-    }
-  };
-  content::StateButtonData createIntoStateButtonData(content::StateButtonData::BuilderWrapper,
-                                                     const boost::uuids::uuid& uuid) {
-    return keepNew<content::StateButtonDataImpl>("data", uuid);
-  }
-};
-using StateButtonNode = gx::zero::Handle<StateButtonNodeImpl>;
+#undef SECOND_HOST_CONTROL
 
 struct LumoAppLineNodeImpl : NodeImpl {
-  template <typename Self>
-  struct BuilderBase : gx::zero::Creator {
-    using Creator::Creator;
-    gx::zero::Handle<LumoAppLineNodeImpl> createLumoAppLineNode(const boost::uuids::uuid& uuid) {
-      return create<LumoAppLineNodeImpl>(uuid);
-    }
-  };
+  SECOND_HOST_CREATES(LumoAppLineNode)
 };
 using LumoAppLineNode = gx::zero::Handle<LumoAppLineNodeImpl>;
 
 struct LumoAppIntegratedInlineNodeImpl : NodeImpl {
-  template <typename Self>
-  struct BuilderBase : gx::zero::Creator {
-    using Creator::Creator;
-    gx::zero::Handle<LumoAppIntegratedInlineNodeImpl> createLumoAppIntegratedInlineNode(
-        const boost::uuids::uuid& uuid) {
-      return create<LumoAppIntegratedInlineNodeImpl>(uuid);
-    }
-  };
+  SECOND_HOST_CREATES(LumoAppIntegratedInlineNode)
   bool setId(const std::u16string& value) { return keep("id", value); }
   bool setLumoTaskData(const content::LumoTaskData& value) { return keep("task", value.told()); }
 };
 using LumoAppIntegratedInlineNode = gx::zero::Handle<LumoAppIntegratedInlineNodeImpl>;
 
 }  // namespace document::gxzero
+
+#undef SECOND_HOST_CREATES

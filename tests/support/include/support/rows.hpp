@@ -60,8 +60,9 @@ class Row {
 
 void expectRows(const std::string& builder, const std::vector<Row>& rows);
 
-/// The builders that do not answer "no", in the manifest's order; one that throws with the text:
-/// "SliderNodeBuilderImpl", or "SliderNodeBuilderImpl: invalid conversion: ...".
-std::vector<std::string> claimantsOf(std::string_view json);
+/// Asks every builder, and holds them to claiming the objects of the first list by that one alone
+/// and the others by none. Each is JSON text.
+void expectClaims(const std::string& builder, const std::vector<std::string>& claimed,
+                  const std::vector<std::string>& unclaimed);
 
 }  // namespace test_support

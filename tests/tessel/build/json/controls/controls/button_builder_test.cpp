@@ -1,4 +1,4 @@
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <cstdint>
 #include <string>
@@ -10,12 +10,10 @@ namespace tessel::build::json::controls {
 namespace {
 
 using foundation::json::Value;
-using test_support::claimantsOf;
+using test_support::expectClaims;
 using test_support::expectRows;
 using test_support::kDump;
 using test_support::Row;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 const std::string kBuilder = "ButtonBuilderImpl";
 
@@ -89,13 +87,11 @@ TEST(ButtonBuilder, PassesOverAnIdOfAnotherType) {
 }
 
 TEST(ButtonBuilder, IsRecognisedByItsWordAsTypeAndAsClassName) {
-  EXPECT_THAT(claimantsOf(R"({"className":"LumoControlNode","context":{"type":"button"}})"),
-              ElementsAre(kBuilder));
-  EXPECT_THAT(claimantsOf(R"({"className":"button","context":{"type":"slider"}})"),
-              ElementsAre(kBuilder));
-  EXPECT_THAT(claimantsOf(R"({"className":"Button"})"), IsEmpty());
-  EXPECT_THAT(claimantsOf(R"({"className":"ParagraphNode","context":{"type":"button"}})"),
-              IsEmpty());
+  expectClaims(kBuilder,
+               {R"({"className":"LumoControlNode","context":{"type":"button"}})",
+                R"({"className":"button","context":{"type":"slider"}})"},
+               {R"({"className":"Button"})",
+                R"({"className":"ParagraphNode","context":{"type":"button"}})"});
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <string>
 
@@ -7,12 +7,10 @@
 namespace tessel::build::json::controls {
 namespace {
 
-using test_support::claimantsOf;
+using test_support::expectClaims;
 using test_support::expectRows;
 using test_support::kDump;
 using test_support::Row;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 const std::string kBuilder = "CheckBoxBuilderImpl";
 
@@ -55,10 +53,8 @@ TEST(CheckBoxBuilder, SetsItsFieldsInReadingOrder) {
 }
 
 TEST(CheckBoxBuilder, ItsTypeWordIsNoClassName) {
-  EXPECT_THAT(claimantsOf(R"({"className":"checkBox"})"), IsEmpty());
-  EXPECT_THAT(claimantsOf(R"({"className":"CheckBoxControlNode"})"), IsEmpty());
-  EXPECT_THAT(claimantsOf(R"({"className":"LumoControlNode","context":{"type":"checkBox"}})"),
-              ElementsAre(kBuilder));
+  expectClaims(kBuilder, {R"({"className":"LumoControlNode","context":{"type":"checkBox"}})"},
+               {R"({"className":"checkBox"})", R"({"className":"CheckBoxControlNode"})"});
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <string>
 
@@ -7,12 +7,10 @@
 namespace tessel::build::json::controls {
 namespace {
 
-using test_support::claimantsOf;
+using test_support::expectClaims;
 using test_support::expectRows;
 using test_support::kDump;
 using test_support::Row;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 const std::string kBuilder = "ColorPickerBuilderImpl";
 
@@ -57,10 +55,8 @@ TEST(ColorPickerBuilder, SetsItsFormatAndItsDefaultValue) {
 }
 
 TEST(ColorPickerBuilder, IsRecognisedByItsClassNameOnly) {
-  EXPECT_THAT(claimantsOf(R"({"className":"ColorPickerControlNode","context":{"type":"button"}})"),
-              ElementsAre(kBuilder));
-  EXPECT_THAT(claimantsOf(R"({"className":"LumoControlNode","context":{"type":"colorPicker"}})"),
-              IsEmpty());
+  expectClaims(kBuilder, {R"({"className":"ColorPickerControlNode","context":{"type":"button"}})"},
+               {R"({"className":"LumoControlNode","context":{"type":"colorPicker"}})"});
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <string>
 
@@ -10,12 +10,10 @@
 namespace tessel::build::json::controls {
 namespace {
 
-using test_support::claimantsOf;
+using test_support::expectClaims;
 using test_support::expectRows;
 using test_support::kDump;
 using test_support::Row;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 const std::string kBuilder = "ComboboxBuilderImpl";
 
@@ -94,9 +92,8 @@ TEST(ComboboxBuilder, AFailingEntryStaysInTheModelUnattached) {
 }
 
 TEST(ComboboxBuilder, IsRecognisedByItsTypeWordOnly) {
-  EXPECT_THAT(claimantsOf(R"({"className":"LumoControlNode","context":{"type":"comboBox"}})"),
-              ElementsAre(kBuilder));
-  EXPECT_THAT(claimantsOf(R"({"className":"comboBox"})"), IsEmpty());
+  expectClaims(kBuilder, {R"({"className":"LumoControlNode","context":{"type":"comboBox"}})"},
+               {R"({"className":"comboBox"})"});
 }
 
 TEST(ComboboxBuilder, EachEntryHasTheRecordAsItsOwner) {

@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <cstdint>
-#include <limits>
 
 #include "gx/zero.hpp"
 #include "support/json.hpp"
@@ -37,7 +36,6 @@ class CommonFields : public ::testing::Test {
 };
 
 TEST_F(CommonFields, ColumnsConvertAsThePlatformDoes) {
-  constexpr double kInfinity = std::numeric_limits<double>::infinity();
   constexpr std::uint64_t kTwoTo63 = std::uint64_t{1} << 63U;
   struct Row {
     const char* description;
@@ -45,26 +43,11 @@ TEST_F(CommonFields, ColumnsConvertAsThePlatformDoes) {
     std::uint64_t stored;
   };
   const Row rows[] = {
-      {"zero", 0, 0},
-      {"minus zero", -0.0, 0},
       {"truncated, not rounded", 3.9, 3},
-      {"a negative fraction truncates to zero", -0.9, 0},
-      {"minus one", -1, 18446744073709551615U},
       {"a negative number truncates toward zero", -1.9, 18446744073709551615U},
-      {"minus two", -2, 18446744073709551614U},
-      {"the largest double below 2^53", 9007199254740991, 9007199254740991U},
-      {"the largest double below 2^63", 9223372036854774784.0, 9223372036854774784U},
       {"2^63", 9223372036854775808.0, kTwoTo63},
-      {"the next double above 2^63", 9223372036854777856.0, 9223372036854777856U},
-      {"the largest double below 2^64", 18446744073709549568.0, 18446744073709549568U},
       {"2^64 fits no more", 18446744073709551616.0, kTwoTo63},
-      {"-2^63", -9223372036854775808.0, kTwoTo63},
       {"the next double below -2^63 fits no more", -9223372036854777856.0, kTwoTo63},
-      {"largest double", std::numeric_limits<double>::max(), kTwoTo63},
-      {"smallest double", std::numeric_limits<double>::lowest(), kTwoTo63},
-      {"smallest positive double", std::numeric_limits<double>::denorm_min(), 0},
-      {"infinity", kInfinity, kTwoTo63},
-      {"minus infinity", -kInfinity, kTwoTo63},
       {"not a number", std::nan(""), kTwoTo63},
   };
   for (const Row& row : rows) {

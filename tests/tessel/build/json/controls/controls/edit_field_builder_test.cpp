@@ -1,4 +1,4 @@
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
@@ -8,12 +8,10 @@
 namespace tessel::build::json::controls {
 namespace {
 
-using test_support::claimantsOf;
+using test_support::expectClaims;
 using test_support::expectRows;
 using test_support::kDump;
 using test_support::Row;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 const std::string kBuilder = "EditFieldBuilderImpl";
 
@@ -109,9 +107,8 @@ TEST(EditFieldBuilder, AValueTypeThatIsNoTextEndsItAfterItsFoundRecord) {
 }
 
 TEST(EditFieldBuilder, IsRecognisedByItsTypeWordOnly) {
-  EXPECT_THAT(claimantsOf(R"({"className":"LumoControlNode","context":{"type":"editField"}})"),
-              ElementsAre(kBuilder));
-  EXPECT_THAT(claimantsOf(R"({"className":"editField"})"), IsEmpty());
+  expectClaims(kBuilder, {R"({"className":"LumoControlNode","context":{"type":"editField"}})"},
+               {R"({"className":"editField"})"});
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <string>
 
@@ -7,12 +7,10 @@
 namespace tessel::build::json::controls {
 namespace {
 
-using test_support::claimantsOf;
+using test_support::expectClaims;
 using test_support::expectRows;
 using test_support::kDump;
 using test_support::Row;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 const std::string kBuilder = "FileBrowserBuilderImpl";
 
@@ -69,9 +67,8 @@ TEST(FileBrowserBuilder, SetsItsTypeAndItsDefaultValue) {
 }
 
 TEST(FileBrowserBuilder, IsRecognisedByItsClassNameOnly) {
-  EXPECT_THAT(claimantsOf(R"({"className":"FileBrowserControlNode"})"), ElementsAre(kBuilder));
-  EXPECT_THAT(claimantsOf(R"({"className":"LumoControlNode","context":{"type":"fileBrowser"}})"),
-              IsEmpty());
+  expectClaims(kBuilder, {R"({"className":"FileBrowserControlNode"})"},
+               {R"({"className":"LumoControlNode","context":{"type":"fileBrowser"}})"});
 }
 
 }  // namespace

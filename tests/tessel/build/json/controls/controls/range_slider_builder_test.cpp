@@ -1,4 +1,4 @@
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <string>
 
@@ -7,12 +7,10 @@
 namespace tessel::build::json::controls {
 namespace {
 
-using test_support::claimantsOf;
+using test_support::expectClaims;
 using test_support::expectRows;
 using test_support::kDump;
 using test_support::Row;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 const std::string kBuilder = "RangeSliderNodeBuilderImpl";
 
@@ -54,8 +52,8 @@ TEST(RangeSliderBuilder, ItsDefaultValueIsTextByContract) {
 }
 
 TEST(RangeSliderBuilder, IsRecognisedByItsClassNameOnly) {
-  EXPECT_THAT(claimantsOf(R"({"className":"RangeSliderControlNode"})"), ElementsAre(kBuilder));
-  EXPECT_THAT(claimantsOf(R"({"className":"rangeSlider"})"), IsEmpty());
+  expectClaims(kBuilder, {R"({"className":"RangeSliderControlNode"})"},
+               {R"({"className":"rangeSlider"})"});
 }
 
 }  // namespace

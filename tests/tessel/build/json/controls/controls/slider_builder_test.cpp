@@ -1,4 +1,4 @@
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <string>
 
@@ -7,58 +7,34 @@
 namespace tessel::build::json::controls {
 namespace {
 
-using test_support::claimantsOf;
+using test_support::expectClaims;
 using test_support::expectRows;
 using test_support::kDump;
 using test_support::Row;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 const std::string kBuilder = "SliderNodeBuilderImpl";
 
 TEST(SliderBuilder, SetsItsFieldsInReadingOrder) {
   expectRows(
       kBuilder,
-      {Row("every key")
+      {Row("keys of each part of it")
            .object(R"({"className":"LumoControlNode","text":"x = 1","context":{"type":"slider",
-               "data":{"executionModel":"all","text":"Speed","executionOn":"release","minimum":0,
-               "maximum":9,"step":3,"defaultValueLinkedVariable":"d","minLinkedVariable":"lo",
-               "maxLinkedVariable":"hi","stepLinkedVariable":"by","defaultValue":6}}})")
+               "data":{"text":"Speed","executionOn":"release","minimum":0,"maxLinkedVariable":"hi",
+               "defaultValue":6}}})")
            .asked("Checking if can build SliderNode")
            .node(R"({"class":"document::gxzero::SliderNode",
                "position":{"class":"document::gxzero::LumoControlPosition"},
-               "sliderData":{"class":"lumocode::contentmodel::gxzero::SliderData",
-               "label":"Speed","code":"x = 1","executionModel":"all","executeOn":"release","min":0,
-               "max":9,"step":3,"defaultLinkedVariable":"d","minimumLinkedVariable":"lo",
-               "maximumLinkedVariable":"hi","stepLinkedVariable":"by","defaultValue":6}})")
-           .records({"Starting to build a SliderNode using the incoming JSON below",
-                     kDump,
-                     "Found the context property",
-                     "Found the context.data property",
-                     "Found the executionModel property",
-                     "Set the executionModel property",
-                     "Found the label property",
-                     "Set the label property",
-                     "Found the code property",
-                     "Set the code property",
-                     "Found the executionOn property",
-                     "Set the executionOn property",
-                     "Found the min property",
-                     "Set the min property",
-                     "Found the max property",
-                     "Set the max property",
-                     "Found the step property",
-                     "Set the step property",
-                     "Found the defaultValueLinkedVariable property",
-                     "Set the defaultValueLinkedVariable property",
-                     "Found the minLinkedVariable property",
-                     "Set the minLinkedVariable property",
-                     "Found the maxLinkedVariable property",
-                     "Found the maxLinkedVariable property",
-                     "Found the stepLinkedVariable property",
-                     "Set the stepLinkedVariable property",
-                     "Found the defaultValue property",
-                     "Set the defaultValue property"}),
+               "sliderData":{"class":"lumocode::contentmodel::gxzero::SliderData","label":"Speed",
+               "code":"x = 1","executeOn":"release","min":0,"maximumLinkedVariable":"hi",
+               "defaultValue":6}})")
+           .records({"Starting to build a SliderNode using the incoming JSON below", kDump,
+                     "Found the context property", "Found the context.data property",
+                     "Found the label property", "Set the label property",
+                     "Found the code property", "Set the code property",
+                     "Found the executionOn property", "Set the executionOn property",
+                     "Found the min property", "Set the min property",
+                     "Found the maxLinkedVariable property", "Found the maxLinkedVariable property",
+                     "Found the defaultValue property", "Set the defaultValue property"}),
        Row("without data nothing is read, not even the code")
            .object(R"({"className":"LumoControlNode","text":"x = 1",
                "context":{"type":"slider"}})")
@@ -86,11 +62,9 @@ TEST(SliderBuilder, SetsItsFieldsInReadingOrder) {
 }
 
 TEST(SliderBuilder, IsRecognisedByItsTypeWordOnly) {
-  EXPECT_THAT(claimantsOf(R"({"className":"LumoControlNode","context":{"type":"slider"}})"),
-              ElementsAre(kBuilder));
-  EXPECT_THAT(claimantsOf(R"({"className":"LumoControlNode","context":{"type":"rangeSlider"}})"),
-              IsEmpty());
-  EXPECT_THAT(claimantsOf(R"({"className":"SliderControlNode"})"), IsEmpty());
+  expectClaims(kBuilder, {R"({"className":"LumoControlNode","context":{"type":"slider"}})"},
+               {R"({"className":"LumoControlNode","context":{"type":"rangeSlider"}})",
+                R"({"className":"SliderControlNode"})"});
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <string>
 
@@ -7,12 +7,10 @@
 namespace tessel::build::json::controls {
 namespace {
 
-using test_support::claimantsOf;
+using test_support::expectClaims;
 using test_support::expectRows;
 using test_support::kDump;
 using test_support::Row;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 const std::string kBuilder = "SpinnerNodeBuilderImpl";
 
@@ -39,9 +37,8 @@ TEST(SpinnerBuilder, SetsItsFieldsInReadingOrder) {
 }
 
 TEST(SpinnerBuilder, IsRecognisedByItsClassNameOnly) {
-  EXPECT_THAT(claimantsOf(R"({"className":"SpinnerControlNode","context":{"type":"slider"}})"),
-              ElementsAre(kBuilder));
-  EXPECT_THAT(claimantsOf(R"({"className":"spinner"})"), IsEmpty());
+  expectClaims(kBuilder, {R"({"className":"SpinnerControlNode","context":{"type":"slider"}})"},
+               {R"({"className":"spinner"})"});
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <string>
 
@@ -7,12 +7,10 @@
 namespace tessel::build::json::controls {
 namespace {
 
-using test_support::claimantsOf;
+using test_support::expectClaims;
 using test_support::expectRows;
 using test_support::kDump;
 using test_support::Row;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 const std::string kBuilder = "StateButtonBuilderImpl";
 
@@ -46,13 +44,10 @@ TEST(StateButtonBuilder, SetsItsFieldsInReadingOrder) {
 }
 
 TEST(StateButtonBuilder, GoesByItsClassNameAndLooksAtNoContext) {
-  EXPECT_THAT(claimantsOf(R"({"className":"StateButtonControlNode","context":7})"),
-              ElementsAre(kBuilder));
-  EXPECT_THAT(
-      claimantsOf(R"({"className":"StateButtonControlNode","context":{"type":"checkBox"}})"),
-      ElementsAre(kBuilder));
-  EXPECT_THAT(claimantsOf(R"({"className":"LumoControlNode","context":{"type":"stateButton"}})"),
-              IsEmpty());
+  expectClaims(kBuilder,
+               {R"({"className":"StateButtonControlNode","context":7})",
+                R"({"className":"StateButtonControlNode","context":{"type":"checkBox"}})"},
+               {R"({"className":"LumoControlNode","context":{"type":"stateButton"}})"});
 }
 
 }  // namespace

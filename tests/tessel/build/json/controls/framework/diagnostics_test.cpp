@@ -5,10 +5,7 @@
 #include <atomic>
 #include <boost/log/core/core.hpp>
 #include <boost/log/core/record.hpp>
-#include <boost/log/sinks/basic_sink_backend.hpp>
-#include <boost/log/sinks/unlocked_frontend.hpp>
 #include <boost/log/sources/record_ostream.hpp>
-#include <boost/make_shared.hpp>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -50,12 +47,6 @@ class FilterInPlace {
 
  private:
   std::atomic<int> opened_{0};
-};
-
-class ThrowingBackend
-    : public boost::log::sinks::basic_sink_backend<boost::log::sinks::concurrent_feeding> {
- public:
-  void consume(const boost::log::record_view&) { throw std::runtime_error("the disk is full"); }
 };
 
 TEST(Diagnostics, WritesItsTextsAtSeverity8) {
@@ -160,25 +151,6 @@ TEST(Diagnostics, AnInterruptedTextIsNotPushedAndTheNextRecordIsWhole) {
               logDiagnostic("next");
             }),
             Records{"next"});
-}
-
-TEST(Diagnostics, ASinkThatThrowsDoesNotReachTheCaller) {
-  const auto sink = boost::make_shared<boost::log::sinks::unlocked_sink<ThrowingBackend>>();
-  const LogCapture capture;
-  boost::log::core::get()->add_sink(sink);
-  logDiagnostic("given");
-  boost::log::core::get()->remove_sink(sink);
-}
-
-TEST(Diagnostics, AFilterThatThrowsDoesNotReachTheCallerAndLeavesTheLockFree) {
-  const Records records = recordsOf([] {
-    boost::log::core::get()->set_filter(
-        [](const boost::log::attribute_value_set&) -> bool { throw std::runtime_error("no"); });
-    logDiagnostic("lost");
-    boost::log::core::get()->reset_filter();
-    logDiagnostic("next");
-  });
-  EXPECT_EQ(records, Records{"next"});
 }
 
 TEST(Diagnostics, ARecordThatFindsNoMemoryIsDroppedWhole) {

@@ -278,27 +278,6 @@ TEST(CannotCast, NamesCatalogKeyAndType) {
   }
 }
 
-template <typename Caught>
-bool isCaughtAs() {
-  try {
-    requireModelElement(ValueMeta(true));
-  } catch (const Caught&) {
-    return true;
-  } catch (...) {
-  }
-  return false;
-}
-
-TEST(CannotCast, IsCaughtAsEachOfItsTypes) {
-  EXPECT_TRUE(isCaughtAs<CannotCastIncompatibleTypes>());
-  EXPECT_TRUE(isCaughtAs<foundation::core::except::IMsgIDException>());
-  EXPECT_TRUE(isCaughtAs<foundation::core::except::IUserException>());
-  EXPECT_TRUE(isCaughtAs<foundation::core::except::IException>());
-  EXPECT_TRUE(isCaughtAs<boost::exception_detail::clone_base>());
-  EXPECT_TRUE(isCaughtAs<boost::exception>());
-  EXPECT_TRUE(isCaughtAs<std::exception>());
-}
-
 TEST(CannotCast, AnExceptionThatWasClonedIsStillItself) {
   try {
     requireModelElement(ValueMeta(true));

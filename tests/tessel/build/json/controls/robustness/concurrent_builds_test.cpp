@@ -66,14 +66,6 @@ TEST(ConcurrentBuilds, OneBuilderServesEightThreads) {
   EXPECT_EQ(opened.count(), 0U);
 }
 
-TEST(ConcurrentBuilds, OneBuilderServesEightThreadsThatLog) {
-  for (const SampleBuild& sample : allSamples()) {
-    SCOPED_TRACE(sample.name);
-    EXPECT_THAT(countInThreads([&sample](std::size_t) { return comesOutAsExpectedLogged(sample); }),
-                testing::Each(kRounds));
-  }
-}
-
 TEST(ConcurrentBuilds, OneBuilderServesEightThreadsOfWhichSomeLog) {
   for (const SampleBuild& sample : allSamples()) {
     SCOPED_TRACE(sample.name);

@@ -119,27 +119,44 @@ std::string control(const std::string& type, const std::string& data) {
          "}}";
 }
 
-TEST_F(SizeTest, AMillionItemsOfOneComboBox) {
-  const auto document = [](std::size_t items) {
-    return control("comboBox", R"({"items":)" + listOf(items, R"({"label":"one","value":"1"})") +
-                                   R"(,"itemLabels":)" + listOf(items, R"("one")") + "}");
-  };
-  expectLinearSteps(measure(document(kFew), 1), measure(document(kMany), 1));
+std::string comboBox(std::size_t items) {
+  return control("comboBox", R"({"items":)" + listOf(items, R"({"label":"one","value":"1"})") +
+                                 R"(,"itemLabels":)" + listOf(items, R"("one")") + "}");
+}
+std::string taskHeader(std::size_t children) {
+  return R"({"className":"LumoAppLineNode","children":)" +
+         listOf(children, R"({"className":"LumoAppIntegratedInlineNode"})") + "}";
+}
+std::string buttons(std::size_t controls) {
+  return listOf(controls, R"({"className":"button"})");
+}
+std::string oneName(std::size_t members) {
+  std::string text = R"({"className":"button")";
+  for (std::size_t index = 0; index < members; ++index) text += R"(,"text":"x")";
+  return text + "}";
+}
+std::string label(std::size_t length) {
+  return control("button", R"({"text":")" + std::string(length, 'x') + R"("})");
 }
 
-TEST_F(SizeTest, AMillionChildrenOfOneTaskHeader) {
-  const auto document = [](std::size_t children) {
-    return R"({"className":"LumoAppLineNode","children":)" +
-           listOf(children, R"({"className":"LumoAppIntegratedInlineNode"})") + "}";
-  };
-  expectLinearSteps(measure(document(kFew), 1), measure(document(kMany), 1));
-}
-
-TEST_F(SizeTest, AMillionControlsInOneDocument) {
-  const auto document = [](std::size_t controls) {
-    return listOf(controls, R"({"className":"button"})");
-  };
-  expectLinearSteps(measure(document(kFew), kFew), measure(document(kMany), kMany));
+TEST_F(SizeTest, AMillionItemsAndATextOfTwoHundredMegabytes) {
+  const struct {
+    const char* description;
+    std::string (*document)(std::size_t);
+    std::size_t items;
+    bool eachIsBuilt;
+  } rows[] = {{"the items of one combo box", comboBox, kMany, false},
+              {"the children of one task header", taskHeader, kMany, false},
+              {"controls in one document", buttons, kMany, true},
+              {"members of one name", oneName, kMany, false},
+              {"a text", label, kLongText, false}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.description);
+    const auto measured = [&row](std::size_t items) {
+      return measure(row.document(items), row.eachIsBuilt ? items : 1);
+    };
+    expectLinearSteps(measured(row.items / 100), measured(row.items));
+  }
 }
 
 TEST_F(SizeTest, AMillionMembersThatNobodyReads) {
@@ -150,24 +167,6 @@ TEST_F(SizeTest, AMillionMembersThatNobodyReads) {
   // What is not read costs nothing: neither import nor export knows of the members.
   EXPECT_EQ(few[4].count, many[4].count);
   EXPECT_EQ(few[5].count, many[5].count);
-}
-
-TEST_F(SizeTest, AMillionMembersOfOneName) {
-  const auto document = [](std::size_t members) {
-    std::string text = R"({"className":"button")";
-    for (std::size_t index = 0; index < members; ++index) text += R"(,"text":"x")";
-    return text + "}";
-  };
-  expectLinearSteps(measure(document(kFew), 1), measure(document(kMany), 1));
-}
-
-TEST_F(SizeTest, ATextOfTwoHundredMegabytes) {
-  const auto document = [](std::size_t length) {
-    return control("button", R"({"text":")" + std::string(length, 'x') + R"("})");
-  };
-  const std::vector<AllocationTally> few = measure(document(kLongText / 100), 1);
-  const std::vector<AllocationTally> many = measure(document(kLongText), 1);
-  expectLinearSteps(few, many);
 }
 
 TEST_F(SizeTest, TheLogOfManyItemsGrowsWithThem) {

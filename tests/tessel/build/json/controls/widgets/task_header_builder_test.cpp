@@ -17,7 +17,7 @@ namespace tessel::build::json::widgets {
 namespace {
 
 using contract::Outcome;
-using test_support::claimantsOf;
+using test_support::expectClaims;
 using test_support::expectRows;
 using test_support::json;
 using test_support::Row;
@@ -91,82 +91,59 @@ TEST(TaskHeaderBuilder, OffersEachChildToTheInlineBuilder) {
 }
 
 TEST(TaskHeaderBuilder, GoesByTheHostsClassNameTest) {
-  EXPECT_THAT(claimantsOf(R"({"className":"LumoAppLineNode","children":7})"),
-              ::testing::ElementsAre(kBuilder));
-  EXPECT_THAT(claimantsOf(R"({"className":"LumoAppLineNodes"})"), ::testing::IsEmpty());
-  EXPECT_THAT(claimantsOf(R"({"children":[]})"), ::testing::IsEmpty());
+  expectClaims(kBuilder, {R"({"className":"LumoAppLineNode","children":7})"},
+               {R"({"className":"LumoAppLineNodes"})", R"({"children":[]})"});
+}
+
+Strings lettersOf(const std::string& text) {
+  Strings letters;
+  for (const char letter : text) letters.emplace_back(1, letter);
+  return letters;
 }
 
 TEST(TaskHeaderBuilder, DoesAsItsChildrensBuilderSays) {
   struct Script {
     const char* description;
-    Strings script;    // a word for each child
-    Strings calls;     // of the children's builder
-    Strings appended;  // anchors
+    Strings script;        // a word for each child
+    std::string built;     // "a" for each child that is asked, "b" for one that is built
+    std::string appended;  // anchors of one letter
     std::string error;
-    Strings strays;  // anchors of further roots
+    std::string strays;  // anchors of further roots
     std::size_t operations;
   };
   const Script rows[] = {
-      {"all declined", {"no", "no"}, {"canBuild no", "canBuild no"}, {}, "", {}, 0},
-      {"declined ones leave no trace",
-       {"no", "node a", "no", "node b"},
-       {"canBuild no", "canBuild node a", "build node a", "canBuild no", "canBuild node b",
-        "build node b"},
-       {"a", "b"},
-       "",
-       {},
-       2},
+      {"all declined", {"no", "no"}, "aa", "", "", "", 0},
+      {"declined ones leave no trace", {"no", "node a", "no", "node b"}, "aabaab", "ab", "", "", 2},
       {"empty ones are passed over in silence",
        {"empty", "node a", "empty"},
-       {"canBuild empty", "build empty", "canBuild node a", "build node a", "canBuild empty",
-        "build empty"},
-       {"a"},
+       "ababab",
+       "a",
        "",
-       {},
+       "",
        1},
       {"a node that is there already stays where it is",
        {"node a", "node b", "first", "node c"},
-       {"canBuild node a", "build node a", "canBuild node b", "build node b", "canBuild first",
-        "build first", "canBuild node c", "build node c"},
-       {"a", "b", "c"},
+       "abababab",
+       "abc",
        "",
-       {},
+       "",
        3},
-      {"asking fails",
-       {"node a", "throw asked", "node b"},
-       {"canBuild node a", "build node a", "canBuild throw asked"},
-       {"a"},
-       "asked",
-       {},
-       1},
-      {"asking for the first one fails",
-       {"throw asked"},
-       {"canBuild throw asked"},
-       {},
-       "asked",
-       {},
-       0},
-      {"building fails half-way",
-       {"node a", "half h", "node b"},
-       {"canBuild node a", "build node a", "canBuild half h", "build half h"},
-       {"a"},
-       "half h",
-       {"h"},
-       1},
+      {"asking fails", {"node a", "throw asked", "node b"}, "aba", "a", "asked", "", 1},
+      {"asking for the first one fails", {"throw asked"}, "a", "", "asked", "", 0},
+      {"building fails half-way", {"node a", "half h", "node b"}, "abab", "a", "half h", "h", 1},
       {"a node of another model",
        {"node a", "foreign", "node b"},
-       {"canBuild node a", "build node a", "canBuild foreign", "build foreign"},
-       {"a"},
+       "abab",
+       "a",
        "the element belongs to another model",
-       {},
+       "",
        1},
       {"the line itself: the insertion is undone",
        {"node a", "line", "node b"},
-       {"canBuild node a", "build node a", "canBuild line", "build line"},
-       {"a"},
+       "abab",
+       "a",
        "an element cannot contain itself",
-       {},
+       "",
        2},
   };
   for (const Script& row : rows) {
@@ -179,12 +156,18 @@ TEST(TaskHeaderBuilder, DoesAsItsChildrensBuilderSays) {
     expected.error = row.error;
     expected.records = {kStart, kAnchor};
     if (row.error.empty()) expected.records.push_back(kFinish);
-    expected.roots = {line("M_1", row.appended)};
-    for (const std::string& anchor : row.strays) expected.roots.push_back(line(anchor));
+    Strings calls;
+    std::size_t child = 0;
+    for (const char call : row.built) {
+      if (call == 'a') ++child;
+      calls.push_back((call == 'a' ? "canBuild " : "build ") + row.script.at(child - 1));
+    }
+    expected.roots = {line("M_1", lettersOf(row.appended))};
+    for (const std::string& anchor : lettersOf(row.strays)) expected.roots.push_back(line(anchor));
     Outcome actual = contract::buildOf(builder, value);
     actual.created.clear();
     EXPECT_EQ(actual, expected);
-    EXPECT_EQ(children->takeCalls(), row.calls);
+    EXPECT_EQ(children->takeCalls(), calls);
     EXPECT_EQ(children->heldForeignElements(), 0U);
 
     const Model model = Model::create();

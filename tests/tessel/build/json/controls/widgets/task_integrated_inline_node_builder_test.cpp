@@ -1,4 +1,4 @@
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <limits>
@@ -14,12 +14,10 @@ namespace tessel::build::json::widgets {
 namespace {
 
 using document::gxzero::LumoAppIntegratedInlineNode;
-using test_support::claimantsOf;
+using test_support::expectClaims;
 using test_support::expectRows;
 using test_support::json;
 using test_support::Row;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 const std::string kBuilder = "LumoTaskIntegratedInlineNodeBuilderImpl";
 
@@ -66,10 +64,9 @@ TEST(TaskInlineBuilder, SetsItsFieldsInReadingOrder) {
 }
 
 TEST(TaskInlineBuilder, GoesByTheExactClassName) {
-  EXPECT_THAT(claimantsOf(R"({"className":"LumoAppIntegratedInlineNode","context":7})"),
-              ElementsAre(kBuilder));
-  EXPECT_THAT(claimantsOf(R"({"className":"LumoAppIntegratedInline"})"), IsEmpty());
-  EXPECT_THAT(claimantsOf(R"({"className":"lumoAppIntegratedInlineNode"})"), IsEmpty());
+  expectClaims(kBuilder, {R"({"className":"LumoAppIntegratedInlineNode","context":7})"},
+               {R"({"className":"LumoAppIntegratedInline"})",
+                R"({"className":"lumoAppIntegratedInlineNode"})"});
 }
 
 TEST(TaskInlineBuilder, LineCountIsTruncatedToThirtyTwoBitsAndCutToSixteen) {
@@ -78,29 +75,9 @@ TEST(TaskInlineBuilder, LineCountIsTruncatedToThirtyTwoBitsAndCutToSixteen) {
     double number;
     unsigned short stored;
   };
-  const Conversion rows[] = {{-0.999, 0},
-                             {3.7, 3},
-                             {-1, 65535},
-                             {-1.9, 65535},
-                             {-2, 65534},
-                             {32768, 32768},
-                             {65535.9, 65535},
-                             {65536, 0},
-                             {65537, 1},
-                             {70000, 4464},
-                             {-70000, 61072},
-                             {2147418113, 1},
-                             {2147483647, 65535},
-                             {2147483647.5, 65535},
-                             {2147483649, 0},
-                             {-2147483647.9, 1},
-                             {-2147483650, 0},
-                             {4294967297, 0},
-                             {1e10, 0},
-                             {-1e20, 0},
-                             {Limits::max(), 0},
-                             {-Limits::infinity(), 0},
-                             {Limits::quiet_NaN(), 0}};
+  const Conversion rows[] = {{3.7, 3},           {-1.9, 65535},           {70000, 4464},
+                             {2147483649, 0},    {-2147483647.9, 1},      {4294967297, 0},
+                             {Limits::max(), 0}, {Limits::quiet_NaN(), 0}};
   for (const Conversion& row : rows) {
     SCOPED_TRACE(row.number);
     const Model model = Model::create();
