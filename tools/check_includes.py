@@ -36,7 +36,7 @@ RULES = [
     (f"{BUNDLE}/framework", {"framework", "host"}),
     (f"{BUNDLE}/controls", {"controls", "framework", "host"}),
     (f"{BUNDLE}/widgets", {"widgets", "framework", "host"}),
-    (BUNDLE, {"controls", "widgets", "runtime", "host"}),  # the registration
+    (BUNDLE, {"controls", "widgets", "runtime", "host", "own"}),  # the registration
     ("reference_host/importer", {"importer", "reference_host", "host"}),
     ("reference_host", {"reference_host", "host"}),
     ("service_runtime", {"runtime", "own"}),
