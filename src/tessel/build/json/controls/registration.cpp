@@ -23,8 +23,8 @@ namespace {
 using cppmicroservices::service::component::detail::ComponentInstance;
 using cppmicroservices::service::component::detail::ComponentInstanceImpl;
 
-/// The holder of a component; null when there is no memory for it. The component's constructor takes
-/// the services that the manifest's references of these names are bound to.
+/// The holder of a component; null when there is no memory for it. The component's constructor
+/// takes the services that the manifest's references of these names are bound to.
 template <typename Impl, typename Interfaces, typename... References, typename... Names>
 ComponentInstance* newInstance(const Names&... referenceNames) {
   static_assert(sizeof...(References) == sizeof...(Names));
