@@ -41,8 +41,12 @@ HEADERS_OF = {
     f"{HOST}/include/reference_host/importer": "importer",
     f"{HOST}/include/reference_host/diagnosis": "diagnosis",
 }
-# The model classes' headers are made by the build.
-GENERATED_HOST = re.compile(r"^(document|lumocode/contentmodel)/gxzero\.hpp$")
+# What the build makes, and the room that it belongs to: the model classes' headers, and the entry
+# points that the manifest names.
+GENERATED = [
+    (re.compile(r"^(document|lumocode/contentmodel)/gxzero\.hpp$"), "host"),
+    (re.compile(r"^entry_points\.inc$"), "registration"),
+]
 # Where a quoted include is looked for: what the libraries expose, and each library's own folder.
 EXPOSED = [f"{BUNDLE}/host", f"{HOST}/include", f"{RUNTIME}/include", "contract/include",
            "benchmarks/generator"]
@@ -94,7 +98,8 @@ def offences():
                 continue
             included = match.group(1)
             target = resolve(path, included)
-            owner = "host" if GENERATED_HOST.match(included) else target and room_of(target)
+            made = [owner for pattern, owner in GENERATED if pattern.match(included)]
+            owner = made[0] if made else target and room_of(target)
             where = f'{path}:{number}: "{included}"'
             if owner is None:
                 yield f"{where}: no file of that name under the include roots"

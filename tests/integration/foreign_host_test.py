@@ -86,7 +86,7 @@ def host_headers_of_the_bundle():
              *(file for folder in ("framework", "controls", "widgets")
                for file in (BUNDLE_SOURCE / folder).rglob("*.?pp"))]
     included = {name for file in files
-                for name in re.findall(r'#include "(.+)"', file.read_text(encoding="utf-8"))}
+                for name in re.findall(r'#include "(.+\.hpp)"', file.read_text(encoding="utf-8"))}
     return {name for name in included
             if not name.startswith(("framework/", "controls/", "widgets/", "cppmicroservices/"))}
 

@@ -14,7 +14,6 @@ inline bool mayRecordDiagnostics() noexcept {
   return false;
 }
 inline void logDiagnostic(std::string_view) noexcept {}
-inline void logDiagnostic(const char* const&) noexcept {}
 
 template <typename ProduceText,
           typename = std::enable_if_t<std::is_invocable_r_v<std::string, const ProduceText&>>>

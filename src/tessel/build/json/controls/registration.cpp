@@ -1,5 +1,5 @@
-// The functions that the service runtime looks up by name. The manifest lists the components; each
-// of them has one row here.
+// The functions that the service runtime looks up by name: two for each component, made from the
+// manifest, and the setter of the bundle's context.
 
 #include <array>
 #include <atomic>
@@ -22,26 +22,27 @@ namespace {
 
 using cppmicroservices::service::component::detail::ComponentInstance;
 using cppmicroservices::service::component::detail::ComponentInstanceImpl;
-using tessel::build::json::NodeBuilder;
-using tessel::build::json::code::CodeElementBuilder;
-namespace controls = tessel::build::json::controls;
-namespace widgets = tessel::build::json::widgets;
 
-/// The holder of a component that refers to no other; null when there is no memory for it.
-template <typename Impl, typename Interface>
-ComponentInstance* newInstance() {
-  return new (std::nothrow) ComponentInstanceImpl<Impl, std::tuple<Interface>>();
+/// The holder of a component; null when there is no memory for it. The component's constructor
+/// takes the services that the manifest's references of these names are bound to.
+template <typename Impl, typename Interfaces, typename... References, typename... Names>
+ComponentInstance* newInstance(const Names&... referenceNames) {
+  static_assert(sizeof...(References) == sizeof...(Names));
+  using Holder = ComponentInstanceImpl<Impl, Interfaces, References...>;
+  if constexpr (sizeof...(References) == 0) {
+    return new (std::nothrow) Holder();
+  } else {
+    try {
+      const std::array<std::string, sizeof...(References)> names{referenceNames...};
+      return new (std::nothrow) Holder(names);
+    } catch (const std::bad_alloc&) {
+      return nullptr;  // the names take memory, too
+    }
+  }
 }
 
-/// The holder of the task header's builder, whose constructor takes the service that the manifest's
-/// reference of this name is bound to; null when there is no memory for it.
-ComponentInstance* newTaskHeaderInstance() try {
-  const std::array<std::string, 1> references{"lumoAppIntegratedInlineNodeBuilder"};
-  return new (std::nothrow)
-      ComponentInstanceImpl<widgets::LumoTaskHeaderBuilderImpl, std::tuple<NodeBuilder>,
-                            std::shared_ptr<NodeBuilder>>(references);
-} catch (const std::bad_alloc&) {
-  return nullptr;  // the name of the reference takes memory, too
+void deleteInstance(ComponentInstance* instance) {
+  delete instance;
 }
 
 // Set by the runtime when it loads the bundle, and read by no builder.
@@ -49,44 +50,7 @@ std::atomic<cppmicroservices::BundleContextPrivate*> bundleContext{nullptr};
 
 }  // namespace
 
-// The pair of functions of one component, named after its class with `_` for `::`.
-#define TESSEL_EXPORT_COMPONENT(classPath, makeInstance)                                  \
-  extern "C" US_ABI_EXPORT ComponentInstance* NewInstance_##classPath() {                 \
-    return makeInstance;                                                                  \
-  }                                                                                       \
-  extern "C" US_ABI_EXPORT void DeleteInstance_##classPath(ComponentInstance* instance) { \
-    delete instance;                                                                      \
-  }
-
-TESSEL_EXPORT_COMPONENT(tessel_build_json_controls_ButtonBuilderImpl,
-                        (newInstance<controls::ButtonBuilderImpl, CodeElementBuilder>()))
-TESSEL_EXPORT_COMPONENT(tessel_build_json_controls_CheckBoxBuilderImpl,
-                        (newInstance<controls::CheckBoxBuilderImpl, CodeElementBuilder>()))
-TESSEL_EXPORT_COMPONENT(tessel_build_json_controls_ColorPickerBuilderImpl,
-                        (newInstance<controls::ColorPickerBuilderImpl, CodeElementBuilder>()))
-TESSEL_EXPORT_COMPONENT(tessel_build_json_controls_ComboboxBuilderImpl,
-                        (newInstance<controls::ComboboxBuilderImpl, CodeElementBuilder>()))
-TESSEL_EXPORT_COMPONENT(tessel_build_json_controls_DatePickerBuilderImpl,
-                        (newInstance<controls::DatePickerBuilderImpl, CodeElementBuilder>()))
-TESSEL_EXPORT_COMPONENT(tessel_build_json_controls_EditFieldBuilderImpl,
-                        (newInstance<controls::EditFieldBuilderImpl, CodeElementBuilder>()))
-TESSEL_EXPORT_COMPONENT(tessel_build_json_controls_FileBrowserBuilderImpl,
-                        (newInstance<controls::FileBrowserBuilderImpl, CodeElementBuilder>()))
-TESSEL_EXPORT_COMPONENT(tessel_build_json_widgets_LumoTaskHeaderBuilderImpl,
-                        newTaskHeaderInstance())
-TESSEL_EXPORT_COMPONENT(
-    tessel_build_json_widgets_LumoTaskIntegratedInlineNodeBuilderImpl,
-    (newInstance<widgets::LumoTaskIntegratedInlineNodeBuilderImpl, NodeBuilder>()))
-TESSEL_EXPORT_COMPONENT(tessel_build_json_controls_RangeSliderNodeBuilderImpl,
-                        (newInstance<controls::RangeSliderNodeBuilderImpl, CodeElementBuilder>()))
-TESSEL_EXPORT_COMPONENT(tessel_build_json_controls_SliderNodeBuilderImpl,
-                        (newInstance<controls::SliderNodeBuilderImpl, CodeElementBuilder>()))
-TESSEL_EXPORT_COMPONENT(tessel_build_json_controls_SpinnerNodeBuilderImpl,
-                        (newInstance<controls::SpinnerNodeBuilderImpl, CodeElementBuilder>()))
-TESSEL_EXPORT_COMPONENT(tessel_build_json_controls_StateButtonBuilderImpl,
-                        (newInstance<controls::StateButtonBuilderImpl, CodeElementBuilder>()))
-
-#undef TESSEL_EXPORT_COMPONENT
+#include "entry_points.inc"
 
 extern "C" US_ABI_EXPORT void
 _us_set_bundle_context_instance_com_quorvex_tessel_build_json_controls(

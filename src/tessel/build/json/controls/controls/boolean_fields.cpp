@@ -2,16 +2,19 @@
 
 #include "controls/common_fields.hpp"
 #include "controls/control_fields.hpp"
+#include "framework/field.hpp"
 
 namespace tessel::build::json::controls {
 
-void applyBooleanControlData(lumocode::contentmodel::gxzero::BooleanControlData data,
-                             const foundation::json::Value& json) {
+using framework::optional;
+using lumocode::contentmodel::gxzero::BooleanControlData;
+
+void applyBooleanControlData(BooleanControlData data, const foundation::json::Value& json) {
   const foundation::json::Value* fields = findControlFields(json);
   if (fields == nullptr) return;
   applyControlData(data, json, *fields);
-  applyDefaultValue(*fields, data);
-  applyDefaultLinkedVariable(*fields, data);
+  optional(*fields, data, kDefaultValue<BooleanControlData>);
+  optional(*fields, data, kDefaultLinkedVariable<BooleanControlData>);
 }
 
 }  // namespace tessel::build::json::controls

@@ -1,10 +1,9 @@
 #include "controls/control_builders.hpp"
 
-#include <string>
-
 #include "controls/control_build.hpp"
 #include "controls/picker_fields.hpp"
 #include "framework/diagnostics.hpp"
+#include "framework/field.hpp"
 #include "framework/recognition.hpp"
 
 namespace tessel::build::json::controls {
@@ -13,7 +12,9 @@ using lumocode::contentmodel::gxzero::ColorPickerData;
 
 namespace {
 
-const std::string kColorFormatKey = "colorFormat";
+const framework::Field kColorFormat{"colorFormat", framework::kNoRecord,
+                                    "Set the colorFormat property",
+                                    &ColorPickerData::Impl::setColorFormat};
 
 const ControlKind kColorPicker{"Starting to build a ColorPicker using the incoming JSON below",
                                &document::gxzero::ColorPickerNode::Builder::createColorPickerNode,
@@ -32,7 +33,7 @@ Node ColorPickerBuilderImpl::build(const Model& model, const Value& json) const 
 }
 
 void ColorPickerBuilderImpl::applyPickerData(ColorPickerData data, const Value& json) {
-  applyFormattedFields(data, json, kColorFormatKey, &ColorPickerData::Impl::setColorFormat);
+  applyFormattedFields(data, json, kColorFormat);
 }
 
 }  // namespace tessel::build::json::controls

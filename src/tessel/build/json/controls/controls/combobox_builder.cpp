@@ -14,6 +14,8 @@
 
 namespace tessel::build::json::controls {
 
+using framework::narrated;
+using framework::optional;
 using lumocode::contentmodel::gxzero::ComboboxData;
 using lumocode::contentmodel::gxzero::ComboboxItem;
 using lumocode::contentmodel::gxzero::ComboboxItemLabel;
@@ -21,9 +23,11 @@ using lumocode::contentmodel::gxzero::ComboboxItemLabel;
 namespace {
 
 const framework::Field kLinkedVariable{"linkedVariable", "Found the linkedVariable property",
-                                       "Set the linkedVariable property"};
-const std::string kItemsKey = "items";
-const std::string kItemLabelsKey = "itemLabels";
+                                       "Set the linkedVariable property",
+                                       &ComboboxData::Impl::setLinkedVariable};
+const framework::Field kItems{"items", "Found the items property", "Set the items property"};
+const framework::Field kItemLabels{"itemLabels", "Found the item labels property",
+                                   "Set the item labels property"};
 const std::string kLabelKey = "label";
 const std::string kValueKey = "value";
 
@@ -32,30 +36,26 @@ const ControlKind kCombobox{"Starting to build a comboBoxNode using the incoming
                             &document::gxzero::ComboboxNode::Impl::createIntoComboBoxData};
 
 void applyItems(const Model& model, const ComboboxData& data, const Value& items) {
-  framework::logDiagnostic("Found the items property");
   auto& sequence = data.get()->getItemsMutable();
   // Meant, wording and place: it comes before the array is read, so also where there is none.
   framework::logDiagnostic("Got items ka array");
   for (const Value& entry : framework::readArray(items)) {
     framework::logDiagnostic([&entry] { return foundation::json::pretty_print(entry); });
     const auto item = framework::createInModel(model, &ComboboxItem::Builder::createComboboxItem);
-    item.get()->setLabel(framework::readAs<std::u16string>(entry[kLabelKey]));
-    item.get()->setItem(framework::readAs<std::u16string>(entry[kValueKey]));
+    item.get()->setLabel(framework::readText(entry[kLabelKey]));
+    item.get()->setItem(framework::readText(entry[kValueKey]));
     framework::append(sequence, item);
   }
-  framework::logDiagnostic("Set the items property");
 }
 
 void applyItemLabels(const Model& model, const ComboboxData& data, const Value& itemLabels) {
-  framework::logDiagnostic("Found the item labels property");
   auto& sequence = data.get()->getItemLabelsMutable();
   for (const Value& entry : framework::readArray(itemLabels)) {
     const auto label =
         framework::createInModel(model, &ComboboxItemLabel::Builder::createComboboxItemLabel);
-    label.get()->setLabel(framework::readAs<std::u16string>(entry));
+    label.get()->setLabel(framework::readText(entry));
     framework::append(sequence, label);
   }
-  framework::logDiagnostic("Set the item labels property");
 }
 
 }  // namespace
@@ -76,14 +76,12 @@ void ComboboxBuilderImpl::applyComboboxData(const Model& model, ComboboxData dat
   const Value* fields = findControlFields(json);
   if (fields == nullptr) return;
   applyControlData(data, json, *fields);
-  applyDefaultValue(*fields, data);
-  framework::applyField(*fields, data, kLinkedVariable, &ComboboxData::Impl::setLinkedVariable);
-  if (const Value* items = foundation::json::find_member(*fields, kItemsKey)) {
-    applyItems(model, data, *items);
-  }
-  if (const Value* itemLabels = foundation::json::find_member(*fields, kItemLabelsKey)) {
-    applyItemLabels(model, data, *itemLabels);
-  }
+  optional(*fields, data, kDefaultValue<ComboboxData>);
+  optional(*fields, data, kLinkedVariable);
+  narrated(*fields, kItems,
+           [&model, &data](const Value& items) { applyItems(model, data, items); });
+  narrated(*fields, kItemLabels,
+           [&model, &data](const Value& labels) { applyItemLabels(model, data, labels); });
 }
 
 }  // namespace tessel::build::json::controls

@@ -17,16 +17,21 @@ namespace {
 using document::gxzero::LumoControlNode;
 using document::gxzero::LumoControlPosition;
 using foundation::json::Value;
+using framework::optional;
 using lumocode::contentmodel::gxzero::LumoControlData;
 
 const std::string kControlIdKey = "controlId";
 const std::string kStartColumnKey = "startColumn";
 const std::string kEndColumnKey = "endColumn";
-const framework::Field kExecutionModel{"executionModel", "Found the executionModel property",
-                                       "Set the executionModel property"};
+
+const framework::Field kExecutionModel{
+    framework::kExecutionModelKey, "Found the executionModel property",
+    "Set the executionModel property", &LumoControlData::Impl::setExecutionModel};
 // The one key means two things: the line's code on the control object, the label in its data.
-const framework::Field kLabel{"text", "Found the label property", "Set the label property"};
-const framework::Field kCode{"text", "Found the code property", "Set the code property"};
+const framework::Field kLabel{framework::kTextKey, "Found the label property",
+                              "Set the label property", &LumoControlData::Impl::setLabel};
+const framework::Field kCode{framework::kTextKey, "Found the code property",
+                             "Set the code property", &LumoControlData::Impl::setCode};
 
 /// The platform's conversion of a double, defined for every value: what no 64-bit integer holds
 /// becomes 2^63.
@@ -66,9 +71,9 @@ void applyControlData(LumoControlData data, const Value& json) {
 }
 
 void applyControlData(LumoControlData data, const Value& json, const Value& fields) {
-  framework::applyField(fields, data, kExecutionModel, &LumoControlData::Impl::setExecutionModel);
-  framework::applyField(fields, data, kLabel, &LumoControlData::Impl::setLabel);
-  framework::applyField(json, data, kCode, &LumoControlData::Impl::setCode);
+  optional(fields, data, kExecutionModel);
+  optional(fields, data, kLabel);
+  optional(json, data, kCode);
 }
 
 }  // namespace tessel::build::json::controls

@@ -4,8 +4,8 @@
 /// The builders of the controls that stand in a line of code. None of them holds any state.
 ///
 /// To add a kind: describe its node and its record in the reference host's model description, name
-/// its component in the manifest, give it a row in the registration, declare its class here, and
-/// write its file beside the others. Nothing else is needed.
+/// its component in the manifest, declare its class here, and write its file beside the others. The
+/// build stops at a class that the manifest does not name.
 
 #include "document/gxzero.hpp"
 #include "foundation/json.hpp"

@@ -3,10 +3,9 @@
 /// @file
 /// The way to a control's own fields, and the fields that several kinds share.
 
-#include <string>
-
 #include "foundation/json.hpp"
 #include "framework/field.hpp"
+#include "framework/json_keys.hpp"
 
 namespace tessel::build::json::controls {
 
@@ -14,25 +13,16 @@ namespace tessel::build::json::controls {
 /// missing: the record of the control then stays as the model made it.
 const foundation::json::Value* findControlFields(const foundation::json::Value& json);
 
-inline const framework::Field kDefaultValue{"defaultValue", "Found the defaultValue property",
-                                            "Set the defaultValue property"};
+/// The default value of a record, of whichever type the record has.
+template <typename Record>
+inline const framework::Field kDefaultValue{
+    framework::kDefaultValueKey, "Found the defaultValue property", "Set the defaultValue property",
+    &Record::Impl::setDefaultValue};
+
+/// The name of the variable that supplies the default value.
+template <typename Record>
 inline const framework::Field kDefaultLinkedVariable{
-    "defaultValueLinkedVariable", "Found the defaultValueLinkedVariable property",
-    "Set the defaultValueLinkedVariable property"};
-
-/// Sets the record's default value, of whichever type the record has.
-/// @throws std::runtime_error the conversion error, for a default value of another type.
-template <typename Record>
-void applyDefaultValue(const foundation::json::Value& fields, const Record& record) {
-  framework::applyField(fields, record, kDefaultValue, &Record::Impl::setDefaultValue);
-}
-
-/// Sets the name of the variable that supplies the default value.
-/// @throws std::runtime_error the conversion error, for a name that is not text.
-template <typename Record>
-void applyDefaultLinkedVariable(const foundation::json::Value& fields, const Record& record) {
-  framework::applyField(fields, record, kDefaultLinkedVariable,
-                        &Record::Impl::setDefaultLinkedVariable);
-}
+    framework::kDefaultLinkedVariableKey, "Found the defaultValueLinkedVariable property",
+    "Set the defaultValueLinkedVariable property", &Record::Impl::setDefaultLinkedVariable};
 
 }  // namespace tessel::build::json::controls

@@ -1,10 +1,9 @@
 #include "controls/control_builders.hpp"
 
-#include <string>
-
 #include "controls/control_build.hpp"
 #include "controls/picker_fields.hpp"
 #include "framework/diagnostics.hpp"
+#include "framework/field.hpp"
 #include "tessel/build/json/core.hpp"
 
 namespace tessel::build::json::controls {
@@ -13,7 +12,10 @@ using lumocode::contentmodel::gxzero::DatePickerData;
 
 namespace {
 
-const std::string kDisplayFormatKey = "displayFormat";
+// Meant: its record speaks of the colour picker's key.
+const framework::Field kDisplayFormat{"displayFormat", framework::kNoRecord,
+                                      "Set the colorFormat property",
+                                      &DatePickerData::Impl::setDisplayFormat};
 
 const ControlKind kDatePicker{"Starting to build a DatePicker using the incoming JSON below",
                               &document::gxzero::DatePickerNode::Builder::createDatePickerNode,
@@ -32,7 +34,7 @@ Node DatePickerBuilderImpl::build(const Model& model, const Value& json) const {
 }
 
 void DatePickerBuilderImpl::applyPickerData(DatePickerData data, const Value& json) {
-  applyFormattedFields(data, json, kDisplayFormatKey, &DatePickerData::Impl::setDisplayFormat);
+  applyFormattedFields(data, json, kDisplayFormat);
 }
 
 }  // namespace tessel::build::json::controls

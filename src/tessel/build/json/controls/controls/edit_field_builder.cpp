@@ -1,6 +1,5 @@
 #include "controls/control_builders.hpp"
 
-#include <string>
 #include <string_view>
 
 #include "controls/common_fields.hpp"
@@ -10,6 +9,7 @@
 #include "framework/element_creation.hpp"
 #include "framework/field.hpp"
 #include "framework/json_access.hpp"
+#include "framework/json_keys.hpp"
 #include "framework/recognition.hpp"
 
 namespace tessel::build::json::controls {
@@ -22,7 +22,14 @@ using lumocode::contentmodel::gxzero::StringDefaultValueData;
 namespace {
 
 const framework::Field kValueType{"valueType", "Found the valueType property",
-                                  "Set the valueType property"};
+                                  "Set the valueType property", &EditFieldData::Impl::setValueType};
+// Meant: the first record is named after the element that is made, the second one after the key.
+const framework::Field kDefaultValueElement{framework::kDefaultValueKey,
+                                            "Found the defaultValueData property",
+                                            "Set the defaultValue property"};
+const framework::Field kLinkedVariable{framework::kDefaultLinkedVariableKey, framework::kNoRecord,
+                                       framework::kNoRecord,
+                                       &DefaultValueData::Impl::setDefaultLinkedVariable};
 
 /// The value type whose default value is a number; with every other one it is text.
 constexpr std::u16string_view kNumericValueType = u"Double";
@@ -45,7 +52,7 @@ DefaultValueData createNumericDefault(const Model& model, const Value& value) {
 DefaultValueData createTextDefault(const Model& model, const Value& value) {
   auto element = framework::createInModel(
       model, &StringDefaultValueData::Builder::createStringDefaultValueData);
-  element.get()->setDefaultValue(framework::readAs<std::u16string>(value));
+  element.get()->setDefaultValue(framework::readText(value));
   return element;
 }
 
@@ -68,21 +75,15 @@ void EditFieldBuilderImpl::applyEditFieldData(const Model& model, EditFieldData 
   const Value* fields = findControlFields(json);
   if (fields == nullptr) return;
   applyControlData(data, json, *fields);
-  framework::applyField(*fields, data, kValueType, &EditFieldData::Impl::setValueType);
-
-  const Value* value = foundation::json::find_member(*fields, kDefaultValue.key);
-  if (value == nullptr) return;
-  // Meant: named after the element that is made, not after the key.
-  framework::logDiagnostic("Found the defaultValueData property");
-  const DefaultValueData element = value_type(data) == kNumericValueType
-                                       ? createNumericDefault(model, *value)
-                                       : createTextDefault(model, *value);
-  // Required wherever there is a default value, and never read without one.
-  Value copy;
-  element.get()->setDefaultLinkedVariable(framework::readAs<std::u16string>(
-      framework::requiredMember(*fields, kDefaultLinkedVariable.key, copy)));
-  data.get()->setDefaultValueData(element);
-  framework::logDiagnostic("Set the defaultValue property");
+  framework::optional(*fields, data, kValueType);
+  framework::narrated(*fields, kDefaultValueElement, [&](const Value& value) {
+    const DefaultValueData element = value_type(data) == kNumericValueType
+                                         ? createNumericDefault(model, value)
+                                         : createTextDefault(model, value);
+    // Required wherever there is a default value, and never read without one.
+    framework::required(*fields, element, kLinkedVariable);
+    data.get()->setDefaultValueData(element);
+  });
 }
 
 }  // namespace tessel::build::json::controls

@@ -1,11 +1,10 @@
 #include "controls/control_builders.hpp"
 
-#include <string>
-
 #include "controls/common_fields.hpp"
 #include "controls/control_build.hpp"
 #include "controls/control_fields.hpp"
 #include "framework/diagnostics.hpp"
+#include "framework/field.hpp"
 #include "framework/json_access.hpp"
 #include "framework/json_keys.hpp"
 #include "framework/recognition.hpp"
@@ -16,7 +15,9 @@ using lumocode::contentmodel::gxzero::FileBrowserData;
 
 namespace {
 
-const std::string kBrowserTypeKey = "browserType";
+const framework::Field kBrowserType{"browserType", framework::kNoRecord,
+                                    "Set the browserType property",
+                                    &FileBrowserData::Impl::setBrowserType};
 
 const ControlKind kFileBrowser{"Starting to build a FileBrowser using the incoming JSON below",
                                &document::gxzero::FileBrowserNode::Builder::createFileBrowserNode,
@@ -35,13 +36,10 @@ Node FileBrowserBuilderImpl::build(const Model& model, const Value& json) const 
     // Alone among the controls, this one needs its fields: nothing is tested, and a missing step
     // of the way is the host's to answer for.
     const Value& context = json[framework::kContextKey];
-    Value contextCopy;
-    Value fieldsCopy;
-    const Value& fields = framework::requiredMember(context, framework::kDataKey, contextCopy);
-    data.get()->setBrowserType(framework::readAs<std::u16string>(
-        framework::requiredMember(fields, kBrowserTypeKey, fieldsCopy)));
-    framework::logDiagnostic("Set the browserType property");
-    applyDefaultValue(fields, data);
+    Value copy;
+    const Value& fields = framework::requiredMember(context, framework::kDataKey, copy);
+    framework::required(fields, data, kBrowserType);
+    framework::optional(fields, data, kDefaultValue<FileBrowserData>);
   });
 }
 

@@ -1,7 +1,5 @@
 #include "controls/numeric_fields.hpp"
 
-#include <string>
-
 #include "controls/common_fields.hpp"
 #include "controls/control_fields.hpp"
 #include "framework/field.hpp"
@@ -12,47 +10,51 @@ namespace {
 
 using foundation::json::Value;
 using framework::Field;
+using framework::optional;
 using lumocode::contentmodel::gxzero::NumericControlData;
 using lumocode::contentmodel::gxzero::ScalarControlData;
 using lumocode::contentmodel::gxzero::StringControlData;
 
 const Field kExecutionOn{"executionOn", "Found the executionOn property",
-                         "Set the executionOn property"};
+                         "Set the executionOn property", &NumericControlData::Impl::setExecuteOn};
 // The records of the bounds are shorter than their keys.
-const Field kMinimum{"minimum", "Found the min property", "Set the min property"};
-const Field kMaximum{"maximum", "Found the max property", "Set the max property"};
-const Field kStep{"step", "Found the step property", "Set the step property"};
+const Field kMinimum{"minimum", "Found the min property", "Set the min property",
+                     &NumericControlData::Impl::setMin};
+const Field kMaximum{"maximum", "Found the max property", "Set the max property",
+                     &NumericControlData::Impl::setMax};
+const Field kStep{"step", "Found the step property", "Set the step property",
+                  &NumericControlData::Impl::setStep};
 const Field kMinLinkedVariable{"minLinkedVariable", "Found the minLinkedVariable property",
-                               "Set the minLinkedVariable property"};
+                               "Set the minLinkedVariable property",
+                               &NumericControlData::Impl::setMinimumLinkedVariable};
 // Meant: this key has no record of its own after the setter; the found-record comes twice.
 const Field kMaxLinkedVariable{"maxLinkedVariable", "Found the maxLinkedVariable property",
-                               "Found the maxLinkedVariable property"};
+                               "Found the maxLinkedVariable property",
+                               &NumericControlData::Impl::setMaximumLinkedVariable};
 const Field kStepLinkedVariable{"stepLinkedVariable", "Found the stepLinkedVariable property",
-                                "Set the stepLinkedVariable property"};
+                                "Set the stepLinkedVariable property",
+                                &NumericControlData::Impl::setStepLinkedVariable};
 
 template <typename Record>
 void applyNumericDefault(const Record& data, const Value& json) {
   const Value* fields = findControlFields(json);
   if (fields == nullptr) return;
   applyNumericControlData(data, json, *fields);
-  applyDefaultValue(*fields, data);
+  optional(*fields, data, kDefaultValue<Record>);
 }
 
 }  // namespace
 
 void applyNumericControlData(NumericControlData data, const Value& json, const Value& fields) {
-  using Impl = NumericControlData::Impl;
-  using framework::applyField;
-
   applyControlData(data, json, fields);
-  applyField(fields, data, kExecutionOn, &Impl::setExecuteOn);
-  applyField(fields, data, kMinimum, &Impl::setMin);
-  applyField(fields, data, kMaximum, &Impl::setMax);
-  applyField(fields, data, kStep, &Impl::setStep);
-  applyDefaultLinkedVariable(fields, data);
-  applyField(fields, data, kMinLinkedVariable, &Impl::setMinimumLinkedVariable);
-  applyField(fields, data, kMaxLinkedVariable, &Impl::setMaximumLinkedVariable);
-  applyField(fields, data, kStepLinkedVariable, &Impl::setStepLinkedVariable);
+  optional(fields, data, kExecutionOn);
+  optional(fields, data, kMinimum);
+  optional(fields, data, kMaximum);
+  optional(fields, data, kStep);
+  optional(fields, data, kDefaultLinkedVariable<NumericControlData>);
+  optional(fields, data, kMinLinkedVariable);
+  optional(fields, data, kMaxLinkedVariable);
+  optional(fields, data, kStepLinkedVariable);
 }
 
 void applyScalarDefault(ScalarControlData data, const Value& json) {

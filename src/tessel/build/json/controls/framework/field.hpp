@@ -1,9 +1,12 @@
 #pragma once
 
 /// @file
-/// A field: a JSON key, the records around it, and the setter that it feeds.
+/// A field: a JSON key, the records around it, and the setter that it feeds. What a builder does
+/// with its fields reads as a list of the three verbs below.
 
+#include <cstddef>
 #include <string>
+#include <string_view>
 #include <type_traits>
 
 #include "foundation/json.hpp"
@@ -12,23 +15,65 @@
 
 namespace tessel::build::json::controls::framework {
 
+/// For a field without one of its records.
+inline constexpr std::string_view kNoRecord;
+
+template <typename Setter = std::nullptr_t>
 struct Field {
   std::string key;
-  const char* foundText;  ///< the record before the member is read
-  const char* setText;    ///< the record after the setter has returned
+  std::string_view foundText;  ///< the record before the member is read
+  std::string_view setText;    ///< the record after the setter has returned
+  Setter setter{};             ///< of the element's `Impl`; none where a body does the work
 };
 
-/// Hands the member under the field's key to the setter, as the type that the setter takes. A
-/// missing key is passed over in silence.
-/// @throws std::runtime_error the conversion error, for a member of the wrong type.
+Field(std::string, std::string_view, std::string_view)->Field<>;
+template <typename Setter>
+Field(std::string, std::string_view, std::string_view, Setter) -> Field<Setter>;
+
+/// Hands the value to the setter, read strictly as the type that the setter takes.
 template <typename Element, typename Impl, typename Result, typename Argument>
-void applyField(const foundation::json::Value& fields, const Element& element, const Field& field,
-                Result (Impl::*setter)(Argument)) {
+void set(const Element& element, Result (Impl::*setter)(Argument),
+         const foundation::json::Value& value) {
+  using Type = std::decay_t<Argument>;
+  if constexpr (std::is_same_v<Type, double>) {
+    (element.get()->*setter)(readDouble(value));
+  } else if constexpr (std::is_same_v<Type, bool>) {
+    (element.get()->*setter)(readBool(value));
+  } else {
+    (element.get()->*setter)(readText(value));
+  }
+}
+
+/// Runs the body with the member under the field's key, between the field's two records. A missing
+/// key is passed over in silence. After a failure there is no second record.
+template <typename Setter, typename Body>
+void narrated(const foundation::json::Value& fields, const Field<Setter>& field, const Body& body) {
   const foundation::json::Value* member = foundation::json::find_member(fields, field.key);
   if (member == nullptr) return;
   logDiagnostic(field.foundText);
-  (element.get()->*setter)(readAs<std::decay_t<Argument>>(*member));
+  body(*member);
   logDiagnostic(field.setText);
+}
+
+/// Sets the field from the member under its key, which may be missing.
+/// @throws std::runtime_error the conversion error, for a member of the wrong type.
+template <typename Element, typename Setter>
+void optional(const foundation::json::Value& fields, const Element& element,
+              const Field<Setter>& field) {
+  narrated(fields, field, [&element, &field](const foundation::json::Value& member) {
+    set(element, field.setter, member);
+  });
+}
+
+/// Sets the field from the member under its key, which has to be there. There is no record before.
+/// @throws std::runtime_error the conversion error, for a member of the wrong type; for a missing
+///         one whatever the host throws, or the conversion error.
+template <typename Element, typename Setter>
+void required(const foundation::json::Value& fields, const Element& element,
+              const Field<Setter>& field) {
+  foundation::json::Value copy;
+  set(element, field.setter, requiredMember(fields, field.key, copy));
+  if (!field.setText.empty()) logDiagnostic(field.setText);
 }
 
 }  // namespace tessel::build::json::controls::framework

@@ -40,19 +40,8 @@ const Value& requiredMember(const Value& holder, const std::string& key, Value& 
   return copy[key.c_str()];
 }
 
-template <>
-std::u16string readAs<std::u16string>(const Value& value) {
+std::u16string readText(const Value& value) {
   return fl::i18n::utf8_to_ustring(readString(value));
-}
-
-template <>
-double readAs<double>(const Value& value) {
-  return readDouble(value);
-}
-
-template <>
-bool readAs<bool>(const Value& value) {
-  return readBool(value);
 }
 
 }  // namespace tessel::build::json::controls::framework

@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "document/gxzero.hpp"
 #include "foundation/json.hpp"
@@ -35,7 +36,7 @@ class LumoTaskHeaderBuilderImpl final : public NodeBuilder {
 /// A property of a task: its JSON key, and the record before it is read.
 struct TaskProperty {
   std::string key;
-  const char* settingText;
+  std::string_view settingText;
 };
 
 /// Builds the node of a task inside its header line. Holds no state.

@@ -1,3 +1,5 @@
+#include "widgets/task_builders.hpp"
+
 #include <utility>
 
 #include "framework/diagnostics.hpp"
@@ -5,7 +7,6 @@
 #include "framework/element_sequence.hpp"
 #include "framework/json_access.hpp"
 #include "tessel/build/json/core.hpp"
-#include "widgets/task_builders.hpp"
 
 namespace tessel::build::json::widgets {
 

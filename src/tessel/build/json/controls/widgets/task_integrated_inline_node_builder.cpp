@@ -1,3 +1,5 @@
+#include "widgets/task_builders.hpp"
+
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -6,8 +8,8 @@
 #include "framework/diagnostics.hpp"
 #include "framework/element_creation.hpp"
 #include "framework/json_access.hpp"
+#include "framework/json_keys.hpp"
 #include "framework/recognition.hpp"
-#include "widgets/task_builders.hpp"
 
 namespace tessel::build::json::widgets {
 
@@ -25,10 +27,11 @@ const TaskProperty kCollapsed{"collapsed", "Setting the collapsed property"};
 const TaskProperty kAppVariables{"appVariables", "Setting the appVariables property"};
 const TaskProperty kAppVariablesUserMap{"appVariablesUserMap",
                                         "Setting the appVariablesUserMap property"};
-const TaskProperty kExecutionModel{"executionModel", "Setting the executionModel property"};
+const TaskProperty kExecutionModel{framework::kExecutionModelKey,
+                                   "Setting the executionModel property"};
 const TaskProperty kAppState{"appState", "Setting the appState property"};
 const TaskProperty kAutorun{"autorun", "Setting the autorun property"};
-const TaskProperty kText{"text", "Setting the text property"};
+const TaskProperty kText{framework::kTextKey, "Setting the text property"};
 const TaskProperty kNumOfCodeLines{"numOfCodeLines", "Setting the numOfCodeLines property"};
 
 /// The platform's conversion of a double to 32 bits, defined for every value: what they do not
@@ -63,7 +66,7 @@ std::u16string LumoTaskIntegratedInlineNodeBuilderImpl::readStringProperty(
   const Value* member = foundation::json::find_member(json, property.key);
   if (member == nullptr) return {};
   framework::logDiagnostic(property.settingText);
-  return framework::readAs<std::u16string>(*member);
+  return framework::readText(*member);
 }
 
 unsigned short LumoTaskIntegratedInlineNodeBuilderImpl::readUnsignedShortProperty(

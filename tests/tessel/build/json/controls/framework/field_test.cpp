@@ -17,8 +17,6 @@ using foundation::json::Value;
 using test_support::Records;
 using test_support::recordsOf;
 
-const Field kField{"key", "Found it", "Set it"};
-
 /// An element whose setter switches the diagnostics. What it returns is of no interest.
 struct Switching {
   struct Impl {
@@ -34,7 +32,9 @@ struct Switching {
   }
 };
 
-TEST(ApplyField, EachRecordLooksForItselfWhetherItIsWanted) {
+const Field kField{"key", "Found it", "Set it", &Switching::Impl::setLevels};
+
+TEST(OptionalField, EachRecordLooksForItselfWhetherItIsWanted) {
   struct Row {
     const char* description;
     std::uint32_t before;
@@ -53,8 +53,7 @@ TEST(ApplyField, EachRecordLooksForItselfWhetherItIsWanted) {
                 auto& levels = enabled_levels(shared::logging::getLogger());
                 const std::uint32_t found = levels;
                 levels = row.before;
-                applyField(Value(Value::Object{{"key", Value(row.after)}}), Switching(), kField,
-                           &Switching::Impl::setLevels);
+                optional(Value(Value::Object{{"key", Value(row.after)}}), Switching(), kField);
                 levels = found;
               }),
               row.records);
