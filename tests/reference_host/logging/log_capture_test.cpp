@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "support/allocation_count.hpp"
+#include "support/opened_records.hpp"
 #include "tessel/shared/logging.hpp"
 
 namespace reference_host::logging {
@@ -197,6 +198,8 @@ TEST_F(LogCaptureTest, OneThatFindsNoMemoryLeavesEverythingAsItWas) {
   write("kept");
   EXPECT_THAT(textsOf(capture), ElementsAre("kept"));
 }
+
+using test_support::OpenedRecordCounter;
 
 class OpenedRecordCounterTest : public LogCaptureTest {};
 
