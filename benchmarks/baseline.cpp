@@ -153,7 +153,7 @@ void setFields(const Model& model, const EditFieldData& data,
   data.get()->setDefaultValueData(element);
 }
 
-/// A control with its position and its data record.
+/// A control with its position and its data object.
 template <typename ControlNode, typename NodeFactory, typename Data, typename NodeImpl,
           typename Control>
 Node createControl(const Model& model,
@@ -172,7 +172,7 @@ Node createControl(const Model& model,
   return Node(std::move(node));
 }
 
-/// A kind with the host's factories of its node and its record.
+/// A kind with the host's factories of its node and its data object.
 template <template <typename> typename Control, auto createNode, auto createIntoData>
 struct ControlMaker {
   Node operator()(const Model& model, const Control<std::string>& control) const {

@@ -1,5 +1,5 @@
 /// @file
-/// Times imports and their parts against what they are held against, prints the table, and writes
+/// Times imports and their parts beside what they are compared with, prints the table, and writes
 /// it as JSON. Exit status: 0 all goals met, 1 a goal missed, 2 wrong usage or a failure.
 
 #include <benchmark/benchmark.h>
@@ -52,7 +52,7 @@ int run(const Options& options) {
 int main(int argc, char** argv) {
   try {
     Options options;
-    CLI::App app("Times imports against what they are held against.");
+    CLI::App app("Times imports and their parts beside what they are compared with.");
     app.add_option("--only", options.only, "Groups to run; all of them if not given")
         ->check(CLI::IsMember(groupNames()));
     app.add_option("--extra-rounds", options.extraRounds, "Rounds beyond those of each group");

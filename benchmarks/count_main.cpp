@@ -20,6 +20,7 @@
 #include "reference_host/json/parse.hpp"
 #include "reference_host/logging/log_capture.hpp"
 #include "support/allocation_count.hpp"
+#include "support/opened_records.hpp"
 #include "tessel/build/json/core.hpp"
 
 namespace {
@@ -35,7 +36,7 @@ using Objects = std::vector<const Value*>;
 constexpr std::size_t kControlsOfKind = 200;
 constexpr std::size_t kDocumentBytes = std::size_t{1} << 16U;
 
-/// A line of the table: a count, what it is held against, and how far it may be above that.
+/// A line of the table: a count, what it is compared with, and how far it may be above that.
 struct CountRow {
   std::string name;
   std::string heldAgainst;
@@ -80,7 +81,7 @@ void askTheHost(const Value& json) {
 /// The logging core is offered a record before any filter of ours: that counts as opened.
 template <typename Action>
 std::size_t recordsOpenedBy(const Action& action) {
-  const reference_host::logging::OpenedRecordCounter counter;
+  const test_support::OpenedRecordCounter counter;
   action();
   return counter.count();
 }
@@ -148,7 +149,7 @@ std::vector<CountRow> countAll() {
 }
 
 void print(const std::vector<CountRow>& rows) {
-  std::printf("%-50s %-36s %10s %10s %10s\n", "counted", "held against", "of one", "of one",
+  std::printf("%-50s %-36s %10s %10s %10s\n", "counted", "compared with", "of one", "of one",
               "beyond");
   for (const CountRow& row : rows) {
     const auto units = static_cast<double>(row.units);

@@ -45,8 +45,8 @@ nlohmann::json toJson(const RowResult& result) {
 }  // namespace
 
 void printHeading() {
-  std::printf("%-46s %-44s %9s %9s %8s %17s %9s\n", "measured", "held against", "ns", "ns", "ratio",
-              "lowest - highest", "goal");
+  std::printf("%-46s %-44s %9s %9s %8s %17s %9s\n", "measured", "compared with", "ns", "ns",
+              "ratio", "lowest - highest", "goal");
 }
 
 void print(const GroupResult& group) {

@@ -9,12 +9,12 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 if(NOT MSVC)
-  # A library calls its own exported functions directly, and may inline them; those of other
-  # libraries it calls without a detour.
+  # A library calls its own exported functions directly and may inline them; calls to other libraries
+  # go without the procedure linkage table.
   add_compile_options(-fno-semantic-interposition -fno-plt)
 endif()
 
-# Without optimisation the parser library checks its users, in memory that it does not check to have.
+# Without optimisation simdjson adds checks of its callers, with memory whose allocation it does not check.
 add_compile_definitions(SIMDJSON_DEVELOPMENT_CHECKS=0)
 
 add_library(tessel_warnings INTERFACE)
@@ -36,7 +36,7 @@ if(TESSEL_SANITIZE)
   add_compile_options(-fsanitize=${TESSEL_SANITIZE} -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${TESSEL_SANITIZE})
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # Among the checks that are built in, the compiler sees uses of what was never set that are none.
+    # With these checks built in, g++ reports uninitialized uses where there are none.
     add_compile_options(-Wno-maybe-uninitialized)
   endif()
   if(TESSEL_SANITIZE MATCHES "undefined")

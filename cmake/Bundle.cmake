@@ -86,7 +86,7 @@ function(tessel_embed_archive_elf target folder)
   file(CONFIGURE OUTPUT "${folder}/resources.S" CONTENT "${assembly}" @ONLY)
   set_source_files_properties("${folder}/resources.S" PROPERTIES OBJECT_DEPENDS "${archive}")
   if(CMAKE_ASM_COMPILER_ID MATCHES "Clang")
-    # The target's options, meant for C++, come along; clang would mention those of no use here.
+    # The target's C++ options are used for this file, too; clang would warn about unused ones.
     set_source_files_properties("${folder}/resources.S" PROPERTIES
                                 COMPILE_OPTIONS -Wno-unused-command-line-argument)
   endif()

@@ -137,7 +137,7 @@ class Build {
     try {
       applyFields();
       if (kind_.shape == Shape::kTask) {
-        hasRecord_ = true;  // a value, which the node gets once it is whole
+        hasData_ = true;  // a value, which the node gets once it is whole
         record("Finished building a LumoAppIntegratedNode");
       } else if (kind_.shape == Shape::kHeader) {
         record("Finished building the LumoAppLineNode");
@@ -161,16 +161,16 @@ class Build {
 
   void applyFields() {
     for (const Field& field : kind_.fields) {
-      if (isControl(kind_) && !hasRecord_ && field.holder == Field::Holder::kRecord) {
-        createRecord();
+      if (isControl(kind_) && !hasData_ && field.holder == Field::Holder::kData) {
+        createData();
         if (!findData()) return;
       }
       apply(field);
     }
   }
 
-  void createRecord() {
-    hasRecord_ = true;
+  void createData() {
+    hasData_ = true;
     create(recordClass(kind_.record));
   }
 
@@ -346,7 +346,7 @@ class Build {
       position["class"] = nodeClass("LumoControlPosition");
       node["position"] = position;
     }
-    if (hasRecord_) {
+    if (hasData_) {
       Object record = record_;
       record["class"] = recordClass(kind_.record);
       node[kind_.slot] = record;
@@ -375,7 +375,7 @@ class Build {
   Object position_;
   Object record_;
   bool hasNode_ = false;
-  bool hasRecord_ = false;
+  bool hasData_ = false;
   Array strays_;  // made, and contained in nothing yet
 };
 

@@ -118,7 +118,7 @@ Fields editFieldFields() {
 Fields taskFields() {
   const auto field = [](const std::string& key, Type type, const std::string& property,
                         Usage usage) {
-    Field result = silent(key, type, property, Field::Holder::kRecord);
+    Field result = silent(key, type, property, Field::Holder::kData);
     result.found = "Setting the " + key + " property";
     result.usage = std::move(usage);
     return result;

@@ -9,9 +9,9 @@
 #include <string>
 
 #include "bundle_file/bundle_file.hpp"
-#include "bundle_file/file_builder.hpp"
 #include "bundle_file/manifest.hpp"
 #include "check.hpp"
+#include "support/file_builder.hpp"
 
 namespace fuzz {
 

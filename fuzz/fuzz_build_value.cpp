@@ -15,6 +15,7 @@
 #include "gx/zero.hpp"
 #include "reference_host/logging/log_capture.hpp"
 #include "support/all_builders.hpp"
+#include "support/opened_records.hpp"
 #include "value_maker.hpp"
 
 namespace {
@@ -49,7 +50,7 @@ struct Verdict {
 
 /// Offers the value to every builder, and compares what each does with what the contract says.
 Verdict offer(const Value& json) {
-  static const auto& opened = *new reference_host::logging::OpenedRecordCounter;
+  static const auto& opened = *new test_support::OpenedRecordCounter;
   Verdict verdict;
   for (const NamedBuilder& builder : allBuilders()) {
     const contract::Kind& kind = contract::kindOf(builder.name());

@@ -1,9 +1,9 @@
 /// @file
 /// Any bytes as the file of a bundle, and as the archive inside a file that is otherwise right: the
-/// readers of sections and of the archive. What they are held to stands in bundle_check.hpp.
+/// readers of sections and of the archive. bundle_check.hpp has what is checked.
 
 #include "bundle_check.hpp"
-#include "bundle_file/file_builder.hpp"
+#include "support/file_builder.hpp"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace service_runtime_test;

@@ -1,9 +1,9 @@
 /// @file
 /// Any bytes as the manifest of a bundle whose file and archive are right, so that they come to the
-/// manifest's reader at once. What it is held to stands in bundle_check.hpp.
+/// manifest's reader at once. bundle_check.hpp has what is checked.
 
 #include "bundle_check.hpp"
-#include "bundle_file/file_builder.hpp"
+#include "support/file_builder.hpp"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::readAsBundle(service_runtime_test::craftedBundle(std::string(fuzz::asText(data, size))));

@@ -143,7 +143,7 @@ void DocumentGenerator::addFields(const contract::Kind& kind) {
   for (const contract::Field& field : kind.fields) {
     const bool isWritten = contract::isControl(kind) &&
                            (field.place == contract::Field::Place::kObject || field.key == "text");
-    if (isWritten || field.holder != contract::Field::Holder::kRecord) continue;
+    if (isWritten || field.holder != contract::Field::Holder::kData) continue;
     // No draw where there is nothing to choose.
     if (field.usage.percent == 100 || chance(field.usage.percent)) addField(field);
   }

@@ -114,7 +114,7 @@ class BuilderServices::Runtime {
     try {
       stop();
     } catch (...) {
-      // The one who wants to know calls `close`.
+      // Whoever wants to know calls `close`.
     }
   }
 
@@ -168,7 +168,7 @@ class BuilderServices::Runtime {
     return found;
   }
 
-  /// The errors that the framework has told of since the last call; empty if none.
+  /// The errors that the framework has reported since the last call; empty if none.
   std::string takeErrors() {
     const std::lock_guard<std::mutex> guard(mutex_);
     return std::exchange(errors_, {});

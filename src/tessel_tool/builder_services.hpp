@@ -69,7 +69,7 @@ class BuilderServices {
  private:
   class Runtime;
 
-  /// @throws BundleError when the runtime has told of an error.
+  /// @throws BundleError when the runtime has reported an error.
   void throwIfFailed();
 
   std::filesystem::path path_;

@@ -28,7 +28,7 @@ void writeLine(std::initializer_list<std::string_view> parts) noexcept {
     for (const std::string_view part : parts) message += part;
     writeToStandardError("tessel: " + visible(message) + '\n');
   } catch (const std::bad_alloc&) {
-    // Without memory it is told all the same, only less well quoted.
+    // Without memory the message is written all the same, with plainer quoting.
     writeToStandardError("tessel: ");
     for (const std::string_view part : parts) {
       for (const char character : part) {

@@ -18,7 +18,7 @@ class OutputError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// What is told where memory does not suffice. Short enough to be put in any string without memory.
+/// The message where memory does not suffice. Short enough to be put in any string without memory.
 inline constexpr const char* kOutOfMemory = "out of memory";
 
 /// Writes a result to standard output and sees to it that it arrives.

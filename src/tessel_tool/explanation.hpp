@@ -17,7 +17,7 @@ namespace tessel_tool {
 
 using Records = std::vector<std::string>;
 
-/// What one builder says to the value.
+/// One builder's answer about the value.
 struct BuilderAnswer {
   std::string builder;
   std::optional<bool> canBuild;  ///< nothing when it threw

@@ -20,7 +20,7 @@ namespace tessel_tool {
 
 namespace {
 
-/// What is told on standard error, and how much of the results goes before it.
+/// A message for standard error, and how much of the results goes before it.
 struct Complaint {
   std::size_t after;
   std::string answer;  ///< the result that it is about, which comes first

@@ -56,7 +56,7 @@ class Input {
   int failure_ = 0;  // errno of a read that failed behind what is in it
 };
 
-/// Members that do not hold, because a later one of their object has the same name.
+/// Members overridden by a later one of the same name in the same object.
 struct DuplicateMembers {
   std::size_t count = 0;
   std::size_t documents = 0;  ///< that they are in
@@ -65,7 +65,7 @@ struct DuplicateMembers {
   std::string pointer;        ///< of the first
 
   void add(const DuplicateMembers& later);
-  /// What people are told of them.
+  /// The warning about them.
   std::string describe() const;
 };
 

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Which name was meant by one that is not known.
+/// The known name that a mistyped one most likely stands for.
 
 #include <string_view>
 #include <vector>

@@ -20,8 +20,8 @@ TOOL = PREFIX / "bin/tessel"
 BUNDLE = PREFIX / "lib" / os.environ["BUNDLE_NAME"]
 
 # Of the reference host, a program may include these; every other header is the library's own.
-REFERENCE_HOST_HEADERS = ["export/export.hpp", "fl/utf16.hpp", "importer/importer.hpp",
-                          "json/parse.hpp", "json/syntax_check.hpp", "json/text_places.hpp",
+REFERENCE_HOST_HEADERS = ["export/export.hpp", "fl/utf16.hpp",
+                          "gx/live_models.hpp", "importer/importer.hpp", "json/parse.hpp", "json/syntax_check.hpp", "json/text_places.hpp",
                           "json/text_writer.hpp", "logging/log_capture.hpp"]
 
 

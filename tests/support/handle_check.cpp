@@ -2,14 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include "gx/zero.hpp"
+#include "reference_host/gx/live_models.hpp"
 
 namespace {
 
 class HandleCheck : public testing::EmptyTestEventListener {
   void OnTestEnd(const testing::TestInfo& /*test*/) override {
     // A model lives as long as a handle on it or on one of its elements.
-    EXPECT_EQ(gx::zero::Model::Impl::getLiveCount(), 0U) << "models are left behind";
+    EXPECT_EQ(reference_host::countLiveModels(), 0U) << "models are left behind";
   }
 };
 

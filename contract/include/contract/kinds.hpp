@@ -51,8 +51,8 @@ struct Usage {
 
 /// A JSON key and what becomes of it.
 struct Field {
-  enum class Place { kData, kObject };              ///< in "context"."data", on the object itself
-  enum class Holder { kRecord, kPosition, kNode };  ///< of the property
+  enum class Place { kData, kObject };            ///< in "context"."data", on the object itself
+  enum class Holder { kData, kPosition, kNode };  ///< of the property
 
   std::string key;
   Type type;
@@ -60,7 +60,7 @@ struct Field {
   std::string found;  ///< the log record before it is read; empty for none
   std::string set;    ///< the log record after it is set; empty for none
   Place place = Place::kData;
-  Holder holder = Holder::kRecord;
+  Holder holder = Holder::kData;
   bool required = false;  ///< read without a test
   Usage usage = {};
 };

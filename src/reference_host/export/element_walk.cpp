@@ -12,7 +12,7 @@ namespace {
 using gx::zero::ModelElement;
 using gx::zero::ReferenceCollection;
 using gx::zero::ValueMeta;
-using gx::zero::ValueRecord;
+using gx::zero::ValueStruct;
 using gx::zero::meta::Property;
 
 class Walk {
@@ -79,20 +79,20 @@ class Walk {
     }
     if (!element.get()->isSet(property)) return;
     name(property);
-    if (const auto* record = value.get_if<const ValueRecord*>()) {
-      showRecord(**record);
+    if (const auto* held = value.get_if<const ValueStruct*>()) {
+      showStruct(**held);
     } else {
       showData(value);
     }
   }
 
   /// All fields, set or not: a value has no more than them.
-  void showRecord(const ValueRecord& record) {
-    const auto* recordClass = record.metaClass().get();
-    visitor_.beginElement(i18n::ustringToUtf8(recordClass->getQualifiedName()));
-    for (const Property& property : recordClass->getProperties()) {
+  void showStruct(const ValueStruct& value) {
+    const auto* valueClass = value.metaClass().get();
+    visitor_.beginElement(i18n::ustringToUtf8(valueClass->getQualifiedName()));
+    for (const Property& property : valueClass->getProperties()) {
       name(property);
-      showData(record.reflect(property.getIndex()));
+      showData(value.reflect(property.getIndex()));
     }
     visitor_.endElement();
   }

@@ -6,13 +6,19 @@
 
 #include "gx/zero.hpp"
 
-namespace gx::zero {
+#include "reference_host/gx/live_models.hpp"
 
 namespace {
 
 std::atomic<std::size_t> liveModels{0};
 
 }  // namespace
+
+std::size_t reference_host::countLiveModels() noexcept {
+  return liveModels;
+}
+
+namespace gx::zero {
 
 Model Model::create() {
   return Model(new Impl);
@@ -34,10 +40,6 @@ Model::Impl::Impl() noexcept {
 
 Model::Impl::~Impl() {
   --liveModels;
-}
-
-std::size_t Model::Impl::getLiveCount() noexcept {
-  return liveModels;
 }
 
 std::vector<ModelElement> Model::Impl::getRoots() const {
@@ -167,10 +169,10 @@ ValueMeta::ValueMeta(bool boolean)
 ValueMeta::ValueMeta(meta::Type elementType, const ReferenceCollection& sequence) noexcept
     : type_(elementType), kind_(meta::Property::Kind::kSequence), held_(&sequence) {}
 
-ValueMeta::ValueMeta(const ValueRecord& record)
-    : type_(record.metaClass()), kind_(meta::Property::Kind::kRecord), held_(&record) {}
+ValueMeta::ValueMeta(const ValueStruct& value)
+    : type_(value.metaClass()), kind_(meta::Property::Kind::kStruct), held_(&value) {}
 
-ValueRecord::~ValueRecord() = default;
+ValueStruct::~ValueStruct() = default;
 
 ValueMeta::ValueMeta(std::uint64_t integer)
     : type_(meta::Type::integer()), kind_(meta::Property::Kind::kData), held_(integer) {}

@@ -38,7 +38,7 @@ bool isHexadecimal(char c) {
   return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
 
-/// A character for a message: itself where it surely shows, else its code point.
+/// A character for a message: itself if it is visible, else its code point.
 std::string describe(std::int32_t codePoint) {
   if (codePoint > 0x20 && codePoint < 0x7F) return {'\'', static_cast<char>(codePoint), '\''};
   if (codePoint == 0xFEFF) return "a byte order mark (U+FEFF)";

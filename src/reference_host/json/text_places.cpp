@@ -36,7 +36,7 @@ class PlaceCounter {
   TextPlace place_;
 };
 
-/// Goes over a text that `parse` accepts, and tells a visitor of
+/// Reads a text that `parse` accepts, and calls a visitor:
 ///   beginValue(place), endValue(place)   around every value
 ///   beginContainer(), endContainer()     around what is in an array or object
 ///   key(name, range)                     before a member's value
@@ -144,7 +144,7 @@ class TextWalk {
   std::vector<bool> isArray_;  // of the containers that are open
 };
 
-/// Takes down the places of the values that are asked for.
+/// Notes the places of the requested values.
 class ValueFinder {
  public:
   explicit ValueFinder(const std::vector<std::string>& pointers) {
@@ -218,7 +218,7 @@ class ValueFinder {
   /// The value comes a second time: what was in the first one counts no longer.
   void forgetBelow(const Node& node) {
     for (const auto& [name, child] : node.children) {
-      // What is not there has nothing in it either.
+      // A missing value contains no value either.
       if (std::exchange(nodes_[child].isThere, false)) forgetBelow(nodes_[child]);
     }
   }
@@ -229,7 +229,7 @@ class ValueFinder {
   std::vector<std::size_t> elements_;  // of the containers that are open: how many so far
 };
 
-/// Takes down the members that a later one replaces.
+/// Notes the members that a later one replaces.
 class DuplicateFinder {
  public:
   std::vector<DuplicateMember> take() {

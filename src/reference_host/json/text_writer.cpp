@@ -142,7 +142,7 @@ bool startsWithByteEscape(std::string_view text) {
          isHexadecimal(text[3]);
 }
 
-/// Whether nothing is to be seen of a text, or it is empty.
+/// Whether a text is empty or invisible.
 bool isBlank(std::string_view token) {
   while (!token.empty()) {
     const Utf8Step step = firstUtf8Step(token);

@@ -111,46 +111,4 @@ std::vector<std::string> LogCapture::takeTexts() {
   return texts;
 }
 
-namespace {
-
-class RejectingSink
-    : public boost::log::sinks::basic_sink_backend<boost::log::sinks::concurrent_feeding> {
- public:
-  void consume(const boost::log::record_view&) {}
-};
-
-using RejectingFrontend = boost::log::sinks::unlocked_sink<RejectingSink>;
-
-}  // namespace
-
-class OpenedRecordCounter::Impl {
- public:
-  Impl() : sink_(boost::make_shared<RejectingFrontend>(boost::make_shared<RejectingSink>())) {
-    sink_->set_filter([count = count_](const boost::log::attribute_value_set&) {
-      ++*count;
-      return false;
-    });
-    boost::log::core::get()->add_sink(sink_);
-  }
-  ~Impl() { boost::log::core::get()->remove_sink(sink_); }
-  Impl(const Impl&) = delete;
-  Impl& operator=(const Impl&) = delete;
-
-  std::size_t count() const noexcept { return *count_; }
-
- private:
-  using Count = std::atomic<std::size_t>;
-  // Shared with the filter, which a record being opened elsewhere may keep alive.
-  boost::shared_ptr<Count> count_ = boost::make_shared<Count>(std::size_t{0});
-  boost::shared_ptr<RejectingFrontend> sink_;
-};
-
-OpenedRecordCounter::OpenedRecordCounter() : impl_(std::make_unique<Impl>()) {}
-
-OpenedRecordCounter::~OpenedRecordCounter() = default;
-
-std::size_t OpenedRecordCounter::count() const noexcept {
-  return impl_->count();
-}
-
 }  // namespace reference_host::logging

@@ -49,12 +49,12 @@ def declare_accessors(prop):
   const {sequence}& get{prop.capitalized}() const noexcept {{ return {prop.field}; }}
   {sequence}& get{prop.capitalized}Mutable() noexcept {{ return {prop.field}; }}
 """
-    if prop.record:
+    if prop.struct:
         return f"""
   /// {prop.doc}
-  const {prop.record}& get{prop.capitalized}() const noexcept {{ return {prop.field}; }}
+  const {prop.struct}& get{prop.capitalized}() const noexcept {{ return {prop.field}; }}
   /// Keeps a copy.
-  void set{prop.capitalized}(const {prop.record}& {prop.name});
+  void set{prop.capitalized}(const {prop.struct}& {prop.name});
 """
     if prop.attached:
         return f"""
@@ -86,8 +86,8 @@ def declare_field(prop, index):
                 f"      *this, {{{index}, true, true, &gx::zero::ModelElement::containerProperty()}}}};\n")
     if prop.contains:
         return f"  {prop.contains}::Impl* {prop.field} = nullptr;\n"
-    if prop.record:
-        return f"  {prop.record} {prop.field};\n"
+    if prop.struct:
+        return f"  {prop.struct} {prop.field};\n"
     field_type, _, initial, *_ = DATA_TYPES[prop.type]
     return f"  {field_type} {prop.field}{initial};\n"
 
@@ -171,7 +171,7 @@ inline {cls.short}::Impl* {cls.short}::get() const noexcept {{
 {readers}"""
 
 
-def declare_record(cls):
+def declare_struct(cls):
     accessors = "".join(f"""
   /// {prop.doc}
   {result_type(prop)} get{prop.capitalized}() const noexcept {{ return {prop.field}; }}
@@ -179,7 +179,7 @@ def declare_record(cls):
 """ for prop in cls.properties)
     fields = "".join(declare_field(p, i) for i, p in cls.indexed_properties)
     return f"""/// {cls.doc}
-class TESSEL_HOST_API {cls.short} final : public gx::zero::ValueRecord {{
+class TESSEL_HOST_API {cls.short} final : public gx::zero::ValueStruct {{
  public:
   {cls.short}();
   {cls.short}(const {cls.short}& other);
@@ -196,7 +196,7 @@ class TESSEL_HOST_API {cls.short} final : public gx::zero::ValueRecord {{
 """
 
 
-def define_record(cls):
+def define_struct(cls):
     setters = "".join(f"""
 {cls.short}& {cls.short}::set{prop.capitalized}({DATA_TYPES[prop.type][1]} {prop.name}) {{
   {prop.field} = {prop.name};
@@ -223,7 +223,7 @@ gx::zero::meta::Class {cls.short}::metaClass() const {{
 gx::zero::ValueMeta {cls.short}::reflect(std::size_t propertyIndex) const {{
   switch (propertyIndex) {{
 {cases}    default:
-      throw std::invalid_argument("the record has no such field");
+      throw std::invalid_argument("the struct has no such field");
   }}
 }}
 {setters}"""
@@ -233,8 +233,8 @@ def header(namespace, classes, includes):
     include_lines = "".join(f'#include "{line}"\n' for line in includes)
     body = []
     for cls in classes:
-        if cls.record:
-            body.append(declare_record(cls))
+        if cls.struct:
+            body.append(declare_struct(cls))
             continue
         body.append(declare_handle(cls))
         body.append(declare_impl(cls))
@@ -263,9 +263,9 @@ def define_property_description(prop, index):
         kind = "kSequence" if prop.sequence else "kContained"
         described = (f"[]() -> gx::zero::meta::Type {{ return {prop.element}::metaClass(); }}, "
                      f"gx::zero::meta::Property::Kind::{kind}")
-    elif prop.record:
-        described = (f"[]() -> gx::zero::meta::Type {{ return {prop.record}().metaClass(); }}, "
-                     f"gx::zero::meta::Property::Kind::kRecord")
+    elif prop.struct:
+        described = (f"[]() -> gx::zero::meta::Type {{ return {prop.struct}().metaClass(); }}, "
+                     f"gx::zero::meta::Property::Kind::kStruct")
     else:
         described = f"&{DATA_TYPES[prop.type][4]}, gx::zero::meta::Property::Kind::kData"
     return f'          gx::zero::meta::Property(u"{prop.name}", {described}, {index}),\n'
@@ -296,7 +296,7 @@ void {cls.short}::Impl::set{prop.capitalized}(const {prop.contains}& {prop.name}
   return created;
 }}
 """
-    parameter = f"const {prop.record}&" if prop.record else DATA_TYPES[prop.type][1]
+    parameter = f"const {prop.struct}&" if prop.struct else DATA_TYPES[prop.type][1]
     return f"""
 void {cls.short}::Impl::set{prop.capitalized}({parameter} {prop.name}) {{
   {prop.field} = {prop.name};
@@ -319,7 +319,7 @@ void {cls.short}::Impl::dropContained(const gx::zero::ModelElement::Impl* elemen
 def define_reflection(prop, index):
     if prop.sequence:
         value = f"gx::zero::ValueMeta({prop.sequence}::metaClass(), {prop.field})"
-    elif prop.record:
+    elif prop.struct:
         value = f"gx::zero::ValueMeta({prop.field})"
     elif prop.contains:
         value = (f"gx::zero::ValueMeta({prop.contains}::metaClass(),\n"
@@ -372,7 +372,7 @@ gx::zero::meta::Class {cls.short}::Impl::metaClass() const {{ return {cls.short}
 
 def source(namespace, classes):
     include = namespace.replace("::", "/") + ".hpp"
-    body = "\n".join(define_record(cls) if cls.record else define_class(cls) for cls in classes)
+    body = "\n".join(define_struct(cls) if cls.struct else define_class(cls) for cls in classes)
     return f"""{NOTICE}#include "{include}"
 
 #include <stdexcept>

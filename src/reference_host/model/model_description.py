@@ -29,14 +29,14 @@ class Property:
     type: str | None = None
     contains: str | None = None
     sequence: str | None = None
-    record: str | None = None
+    struct: str | None = None
     attached: bool = False
     reader: str | None = None
 
     def __post_init__(self):
-        if [self.type, self.contains, self.sequence, self.record].count(None) != 3:
+        if [self.type, self.contains, self.sequence, self.struct].count(None) != 3:
             raise DescriptionError(
-                f"property {self.name}: one of type, contains, sequence and record")
+                f"property {self.name}: one of type, contains, sequence and struct")
         if self.type is not None and self.type not in DATA_TYPES:
             raise DescriptionError(f"property {self.name}: unknown type {self.type}")
         if self.attached and not self.contains:
@@ -63,7 +63,7 @@ class ModelClass:
     name: str
     doc: str
     base: str | None = None
-    record: bool = False
+    struct: bool = False
     created: str | None = None
     properties: list = dataclasses.field(default_factory=list)
     first_index: int = 0
@@ -71,19 +71,19 @@ class ModelClass:
     def __post_init__(self):
         if self.created not in (None, "top", "contained"):
             raise DescriptionError(f"class {self.name}: created is {self.created}")
-        if self.record == (self.base is not None) or (self.record and self.created):
-            raise DescriptionError(f"class {self.name}: either a base or a record")
+        if self.struct == (self.base is not None) or (self.struct and self.created):
+            raise DescriptionError(f"class {self.name}: either a base or a struct")
         try:
             self.properties = [Property(**row) for row in self.properties]
         except TypeError as error:
             raise DescriptionError(f"class {self.name}: {error}") from error
-        if self.record and any(prop.type is None for prop in self.properties):
-            raise DescriptionError(f"class {self.name}: the fields of a record have a type")
+        if self.struct and any(prop.type is None for prop in self.properties):
+            raise DescriptionError(f"class {self.name}: the fields of a struct have a type")
 
     @property
     def references(self):
         """The classes that have to be described before this one."""
-        named = [p.contains or p.sequence or p.record for p in self.properties]
+        named = [p.contains or p.sequence or p.struct for p in self.properties]
         return [name for name in [self.base, *named] if name and name != self.name]
 
     @property

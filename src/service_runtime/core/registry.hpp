@@ -52,7 +52,7 @@ class Registry {
   std::vector<Cycle> cycles(const std::vector<ComponentPtr>& waiting,
                             const std::shared_ptr<BundlePrivate>& bundle) const;
 
-  /// How many filters were held against properties, and components taken up, so far.
+  /// How many filters were evaluated, and components examined, so far.
   std::size_t looks() const { return looks_; }
 
  private:

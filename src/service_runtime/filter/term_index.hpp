@@ -11,7 +11,8 @@ namespace cppmicroservices {
 inline namespace embedded_v1 {
 namespace detail {
 
-/// Items found by what their properties say, so that a filter need not be held against all of them.
+/// Items found by what their properties say, so that a filter need not be evaluated for all of
+/// them.
 /// @tparam Less the order that they are found in
 template <class Item, class Less>
 class TermIndex {

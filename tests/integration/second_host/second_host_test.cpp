@@ -129,7 +129,7 @@ Value generic(const char* type, Members data) {
 Value ofClass(const char* className, Members data) {
   return control(className, {{"data", std::move(data)}});
 }
-/// A control's node as told, around its record.
+/// A control's node around its data object.
 std::string node(const std::string& record) {
   return "{data={" + record + "} id=c1 position={startColumn=2}}";
 }

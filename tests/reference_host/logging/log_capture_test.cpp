@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "support/allocation_count.hpp"
+#include "support/opened_records.hpp"
 #include "tessel/shared/logging.hpp"
 
 namespace reference_host::logging {
@@ -195,6 +196,8 @@ TEST_F(LogCaptureTest, KnowsThatThereWasNoMemoryForARecord) {
       });
   EXPECT_EQ(incomplete, 2U) << "one for the text, one for its place";
 }
+
+using test_support::OpenedRecordCounter;
 
 class OpenedRecordCounterTest : public LogCaptureTest {};
 

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "bundle_file/file_builder.hpp"
+#include "support/file_builder.hpp"
 #include "support/temporary_folder.hpp"
 
 namespace service_runtime_test {

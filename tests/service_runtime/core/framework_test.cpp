@@ -7,8 +7,8 @@
 #include <fstream>
 #include <stdexcept>
 
-#include "bundle_file/file_builder.hpp"
 #include "services.hpp"
+#include "support/file_builder.hpp"
 #include "support/runtime_host.hpp"
 #include "support/temporary_folder.hpp"
 

@@ -1,4 +1,4 @@
-// What starting and stopping cost is counted here, in filters held against properties and
+// What starting and stopping cost is counted here, in filters evaluated and
 // components taken up.
 
 #include "core/registry.hpp"

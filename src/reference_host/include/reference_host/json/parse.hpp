@@ -34,10 +34,10 @@ class TESSEL_HOST_API ParseError : public std::runtime_error {
   std::string reason_;
 };
 
-/// What a parse tells besides the value.
+/// What a parse reports besides the value.
 struct ParseReport {
-  /// How many members do not hold because a later one of the same object has the same name. Where
-  /// they stand is told by `findDuplicates`, which goes over the text once more.
+  /// How many members are overridden by a later one of the same name in the same object.
+  /// `findDuplicates` finds their places in a second pass over the text.
   std::size_t duplicateMembers = 0;
   /// The text without its byte order mark, for whoever looks for places in it. It lies in the text
   /// or the string that was given and lasts as long as that is left alone.
@@ -47,7 +47,7 @@ struct ParseReport {
 /// The value that a text of exactly one JSON value stands for.
 ///
 /// Every number becomes a `double`, the nearest one, an integer of any length included; a number
-/// too small for a double is 0 and keeps its sign. Of two members with one name the last holds:
+/// too small for a double is 0 and keeps its sign. Of two members with one name the last counts:
 /// that is no error, and counted in a report. A leading byte order mark is skipped. Nothing outside
 /// the text is read, so it needs no padding.
 ///

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Finding the place and the reason when a text is refused.
+/// The place and the reason of the first fault in a text.
 
 #include <string_view>
 

@@ -43,13 +43,13 @@ struct ValuePlace {
   std::size_t missingTokens = 0;
 };
 
-/// The places of the values at some pointers, in their order. Of members with one name the last is
-/// meant, as in a parsed value.
+/// The places of the values at some pointers, in their order. Of members with one name the last one
+/// counts, as in a parsed value.
 /// @pre `parse` accepts the text, which has no byte order mark; each pointer is well-formed.
 TESSEL_HOST_API std::vector<ValuePlace> findValues(std::string_view utf8,
                                                    const std::vector<std::string>& pointers);
 
-/// A member that does not hold, because a later one of its object has the same name.
+/// A member overridden by a later one of the same name in the same object.
 struct DuplicateMember {
   std::string name;
   std::string pointer;  ///< of both members

@@ -60,7 +60,7 @@ TESSEL_HOST_API void appendNumber(std::string& out, std::uint64_t integer);
 ///     writer.key("columns").beginArray().value(1).value(2.5).null().endArray();
 ///     writer.endObject();
 ///
-/// Commas, colons, line breaks and indentation come of themselves. Every `begin...` needs its
+/// The writer puts commas, colons, line breaks and indentation. Every `begin...` needs its
 /// `end...`, and in an object every value needs a `key` before it; the writer does not check this.
 /// One writer may write any number of values one after another with what the caller puts between
 /// them in the string; the string must outlive the writer. Only memory can run out.

@@ -4,7 +4,6 @@
 /// Collecting the diagnostic records that one thread writes.
 
 #include <cstddef>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -51,22 +50,6 @@ class TESSEL_HOST_API LogCapture {
   std::vector<CapturedRecord> records_;
   bool complete_ = true;
   LogCapture* outer_;  // the next older capture of this thread
-};
-
-/// Counts the records that anybody offers to the logging core while it lives, and accepts none. It
-/// does not switch diagnostics on. What a `LogCapture` collects is not affected.
-class TESSEL_HOST_API OpenedRecordCounter {
- public:
-  OpenedRecordCounter();
-  ~OpenedRecordCounter();
-  OpenedRecordCounter(const OpenedRecordCounter&) = delete;
-  OpenedRecordCounter& operator=(const OpenedRecordCounter&) = delete;
-
-  std::size_t count() const noexcept;
-
- private:
-  class Impl;
-  std::unique_ptr<Impl> impl_;
 };
 
 }  // namespace reference_host::logging

@@ -9,6 +9,7 @@
 
 #include "reference_host/logging/log_capture.hpp"
 #include "sample_builds.hpp"
+#include "support/opened_records.hpp"
 #include "support/records.hpp"
 #include "tessel/shared/logging.hpp"
 
@@ -57,7 +58,7 @@ bool comesOutAsExpectedLogged(const SampleBuild& sample) {
 }
 
 TEST(ConcurrentBuilds, OneBuilderServesEightThreads) {
-  const reference_host::logging::OpenedRecordCounter opened;
+  const test_support::OpenedRecordCounter opened;
   for (const SampleBuild& sample : allSamples()) {
     SCOPED_TRACE(sample.name);
     EXPECT_THAT(countInThreads([&sample](std::size_t) { return comesOutAsExpected(sample); }),

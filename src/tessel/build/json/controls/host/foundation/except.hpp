@@ -20,7 +20,7 @@ class TESSEL_HOST_TYPE IException {
   virtual ~IException() = default;
 };
 
-/// An exception that is meant for the person in front of the editor.
+/// An exception whose message is for the user of the editor.
 class TESSEL_HOST_TYPE IUserException : public IException {};
 
 /// An exception whose text lies in a message catalog, under a key.

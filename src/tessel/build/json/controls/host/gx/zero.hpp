@@ -27,7 +27,7 @@ class Model;
 class ModelElement;
 class ReferenceCollection;
 class ValueMeta;
-class ValueRecord;
+class ValueStruct;
 
 /// A model: a counted handle on it. A default-constructed handle is empty.
 class TESSEL_HOST_API Model {
@@ -197,9 +197,6 @@ class TESSEL_HOST_API Model::Impl {
   std::vector<ModelElement> getRoots() const;
   /// How many of the model's elements are referred to by a handle now.
   std::size_t getHeldElementCount() const noexcept { return heldElements_; }
-  /// How many models there are in the process: those that a handle on them or on one of their
-  /// elements keeps alive.
-  static std::size_t getLiveCount() noexcept;
 
   /// How many operations on collections of the model were opened, and how many committed.
   struct OperationCounts {
@@ -242,8 +239,8 @@ class TESSEL_HOST_API ValueMeta {
   explicit ValueMeta(std::uint64_t integer);
   /// A sequence of elements; the pointer lasts as long as the model.
   ValueMeta(meta::Type elementType, const ReferenceCollection& sequence) noexcept;
-  /// A record; the pointer lasts until the property is set again.
-  explicit ValueMeta(const ValueRecord& record);
+  /// A value made of fields; the pointer lasts until the property is set again.
+  explicit ValueMeta(const ValueStruct& value);
 
   meta::Type getType() const noexcept { return type_; }
   /// What kind of property the value is of.
@@ -251,7 +248,7 @@ class TESSEL_HOST_API ValueMeta {
 
   /// The held alternative if it is exactly `T`, else null: `ModelElement`, `std::u16string_view`,
   /// `double`, `bool`, `std::uint64_t`, `const ReferenceCollection*` or
-  /// `const ValueRecord*`.
+  /// `const ValueStruct*`.
   template <typename T>
   const T* get_if() const noexcept {
     return std::get_if<T>(&held_);
@@ -261,25 +258,25 @@ class TESSEL_HOST_API ValueMeta {
   meta::Type type_;
   meta::Property::Kind kind_;
   std::variant<ModelElement, std::u16string_view, double, bool, std::uint64_t,
-               const ReferenceCollection*, const ValueRecord*>
+               const ReferenceCollection*, const ValueStruct*>
       held_;
 };
 
 /// A value made of fields. Unlike an element it belongs to no model and is copied.
-class TESSEL_HOST_API ValueRecord {
+class TESSEL_HOST_API ValueStruct {
  public:
-  virtual ~ValueRecord();
+  virtual ~ValueStruct();
 
   virtual meta::Class metaClass() const = 0;
   /// The value of a field, by its index in `metaClass().get()->getProperties()`.
   virtual ValueMeta reflect(std::size_t propertyIndex) const = 0;
 
  protected:
-  ValueRecord() = default;
-  ValueRecord(const ValueRecord&) = default;
-  ValueRecord(ValueRecord&&) noexcept = default;
-  ValueRecord& operator=(const ValueRecord&) = default;
-  ValueRecord& operator=(ValueRecord&&) noexcept = default;
+  ValueStruct() = default;
+  ValueStruct(const ValueStruct&) = default;
+  ValueStruct(ValueStruct&&) noexcept = default;
+  ValueStruct& operator=(const ValueStruct&) = default;
+  ValueStruct& operator=(ValueStruct&&) noexcept = default;
 };
 
 /// The kind code of a value: 0 for a reference, 1 for a contained element, more for anything else.

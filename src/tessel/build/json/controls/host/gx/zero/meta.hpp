@@ -50,8 +50,8 @@ class TESSEL_HOST_API Type {
   const Impl* impl_ = nullptr;
 };
 
-/// One property of a class: a field, a slot for an element, a sequence of elements, or a record of
-/// fields that is a value.
+/// One property of a class: a field, a slot for an element, a sequence of elements, or a struct:
+/// a value made of fields.
 class TESSEL_HOST_API Property {
  public:
   /// What a property holds; the numbers are the kind codes of its values.
@@ -60,7 +60,7 @@ class TESSEL_HOST_API Property {
     kContained = 1,
     kData = 2,
     kSequence = 3,
-    kRecord = 4
+    kStruct = 4
   };
 
   /// @param type asked when the type is, since a class may have properties of its own type.

@@ -1,4 +1,4 @@
-#include "bundle_file/file_builder.hpp"
+#include "support/file_builder.hpp"
 
 #include <sys/mman.h>
 #include <unistd.h>
