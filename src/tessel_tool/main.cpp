@@ -20,6 +20,7 @@
 #include "tessel_tool/input.hpp"
 #include "tessel_tool/nearest_name.hpp"
 #include "tessel_tool/platform.hpp"
+#include "tessel_tool/schema_command.hpp"
 
 namespace tessel_tool {
 
@@ -31,7 +32,8 @@ constexpr std::size_t kMostJobs = 256;
 struct CommandLine {
   CommandLine() {
     app.require_subcommand(0, 1);
-    for (CLI::App* command : {importCommand, checkCommand, explainCommand, buildersCommand}) {
+    for (CLI::App* command :
+         {importCommand, checkCommand, explainCommand, buildersCommand, schemaCommand}) {
       command->fallthrough();
       command->footer("--bundle PATH and --version work with every command.");
     }
@@ -56,12 +58,7 @@ struct CommandLine {
         ->excludes(noWarnings);
     checkCommand->add_flag("--ndjson", checkOptions.ndjson, "Each line of an input is a document");
     addJobs(*checkCommand, checkOptions.jobs, "How many documents to check at a time");
-    checkCommand
-        ->add_option("--words", checkOptions.wordFiles,
-                     "A file of class names and types to suggest, one a line")
-        ->type_name("FILE")
-        ->expected(1)
-        ->allow_extra_args(false);
+    addWords(*checkCommand, checkOptions.wordFiles);
     addFiles(*checkCommand, checkOptions.files);
 
     addFormat(*explainCommand, "text");
@@ -78,6 +75,10 @@ struct CommandLine {
         ->type_name("");
 
     addFormat(*buildersCommand, "text");
+
+    schemaCommand->add_flag("--strict", schemaOptions.strict,
+                            "Refuse class names, types and members that no builder knows, too");
+    addWords(*schemaCommand, schemaOptions.wordFiles);
   }
 
   void addFormat(CLI::App& command, const std::string& forPeople) {
@@ -90,6 +91,15 @@ struct CommandLine {
     command.add_option("--jobs", jobs, description)
         ->type_name("N")
         ->check(CLI::Range(std::size_t{1}, kMostJobs).description(""));
+  }
+
+  static void addWords(CLI::App& command, std::vector<std::string>& files) {
+    command
+        .add_option("--words", files,
+                    "A file of class names and types that the builders may know, one a line")
+        ->type_name("FILE")
+        ->expected(1)
+        ->allow_extra_args(false);
   }
 
   static void addFiles(CLI::App& command, std::vector<std::string>& files) {
@@ -115,6 +125,8 @@ struct CommandLine {
     } else if (explainCommand->parsed()) {
       explainOptions.json = json;
       status = runExplain(services, explainOptions);
+    } else if (schemaCommand->parsed()) {
+      status = runSchema(services, schemaOptions);
     } else {
       status = runBuilders(services, json);
     }
@@ -131,11 +143,14 @@ struct CommandLine {
       app.add_subcommand("explain", "Show what each builder makes of a JSON value, and why");
   CLI::App* buildersCommand =
       app.add_subcommand("builders", "List the builders that the bundle publishes");
+  CLI::App* schemaCommand =
+      app.add_subcommand("schema", "Write a JSON Schema of documents, for editors and validators");
   std::optional<std::string> bundle;
   std::string format;
   ImportOptions importOptions;
   CheckOptions checkOptions;
   ExplainOptions explainOptions;
+  SchemaOptions schemaOptions;
 };
 
 /// What is wrong with a command line that holds more than is expected.
@@ -176,7 +191,7 @@ ExitStatus runCommandLine(int argc, char** argv) {
   try {
     commandLine.app.parse(argc, argv);
     if (!help && commandLine.app.get_subcommands().empty()) {
-      return refuse("a command is needed: import, check, explain or builders");
+      return refuse("a command is needed: import, check, explain, builders or schema");
     }
   } catch (const CLI::CallForVersion& version) {
     if (!help) {

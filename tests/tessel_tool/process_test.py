@@ -204,7 +204,7 @@ class Process(ProcessTest):
                            "tessel: --help: No such file or directory\n")
 
     def test_a_mistake_on_the_command_line_is_blamed_on_the_right_word(self):
-        commands = "(import, check, explain, builders)"
+        commands = "(import, check, explain, builders, schema)"
         for arguments, reason in (
                 (["exprt", "x.json"], f"there is no command exprt; did you mean import? {commands}"),
                 (["xyzzy", "--loud"], f"there is no command xyzzy {commands}"),
