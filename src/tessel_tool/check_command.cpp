@@ -1,6 +1,7 @@
 #include "tessel_tool/check_command.hpp"
 
 #include <new>
+#include <string_view>
 #include <utility>
 
 #include "reference_host/diagnosis/knowledge.hpp"
@@ -8,6 +9,7 @@
 #include "tessel_tool/console.hpp"
 #include "tessel_tool/input.hpp"
 #include "tessel_tool/ordered_work.hpp"
+#include "tessel_tool/sarif.hpp"
 #include "tessel_tool/stop.hpp"
 #include "tessel_tool/words.hpp"
 
@@ -46,10 +48,13 @@ struct CheckedBatch {
 
  private:
   void append(const CheckAnswer& answer, const CheckOptions& options) {
-    if (options.json) {
-      appendAsJson(results, answer, options.ndjson);
-    } else {
-      appendAsText(results, answer);
+    switch (options.format) {
+      case CheckOptions::Format::kText:
+        return appendAsText(results, answer);
+      case CheckOptions::Format::kJson:
+        return appendAsJson(results, answer, options.ndjson);
+      case CheckOptions::Format::kSarif:
+        return appendAsSarif(results, answer);
     }
   }
 };
@@ -66,7 +71,11 @@ ExitStatus runCheck(BuilderServices& services, const CheckOptions& options) {
   ProgressLine progress(options.ndjson);
   std::size_t documents = 0;
   std::size_t failed = 0;
+  const bool sarif = options.format == CheckOptions::Format::kSarif;
+  std::vector<std::pair<std::string, std::string>> unreadable;
+  bool anyResult = false;
   stopBetweenAnswers();
+  if (sarif) writeResult(sarifBegin());
 
   runInOrder(
       options.jobs, [&] { return source.nextBatch(); },
@@ -82,13 +91,23 @@ ExitStatus runCheck(BuilderServices& services, const CheckOptions& options) {
         failed += checked.failed;
         AnswerInProgress inProgress;
         progress.erase();
-        writeResult(checked.results);
+        std::string_view results = checked.results;
+        if (sarif && !anyResult && !results.empty()) {
+          results.remove_prefix(1);  // no comma before the first
+          anyResult = true;
+        }
+        writeResult(results);
         for (const auto& [subject, reason] : checked.unreadable) complain(subject, reason);
+        if (sarif) {
+          unreadable.insert(unreadable.end(), checked.unreadable.begin(), checked.unreadable.end());
+        }
         progress.show(documents, failed);
         inProgress.complete(documents, checked.last);
         return true;
       });
-  return failed == 0 ? ExitStatus::kSuccess : ExitStatus::kInputFailed;
+  const ExitStatus status = failed == 0 ? ExitStatus::kSuccess : ExitStatus::kInputFailed;
+  if (sarif) writeResult(sarifEnd(unreadable, status));
+  return status;
 }
 
 }  // namespace tessel_tool

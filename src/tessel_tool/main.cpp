@@ -51,7 +51,7 @@ struct CommandLine {
                             "Stop at the first error instead of doing the rest");
     addFiles(*importCommand, importOptions.files);
 
-    addFormat(*checkCommand, "text");
+    addFormat(*checkCommand, "text", {"sarif"});
     CLI::Option* noWarnings =
         checkCommand->add_flag("--no-warnings", checkOptions.noWarnings, "Tell errors alone");
     checkCommand->add_flag("--strict", checkOptions.strict, "Let a warning fail like an error")
@@ -81,10 +81,13 @@ struct CommandLine {
     addWords(*schemaCommand, schemaOptions.wordFiles);
   }
 
-  void addFormat(CLI::App& command, const std::string& forPeople) {
+  void addFormat(CLI::App& command, const std::string& forPeople,
+                 const std::vector<std::string>& further = {}) {
+    std::vector<std::string> formats{forPeople, "json"};
+    formats.insert(formats.end(), further.begin(), further.end());
     command.add_option("--format", format, "How to write the results")
-        ->type_name(forPeople + "|json")
-        ->check(CLI::IsMember({forPeople, std::string("json")}).description(""));
+        ->type_name(CLI::detail::join(formats, "|"))
+        ->check(CLI::IsMember(formats).description(""));
   }
 
   static void addJobs(CLI::App& command, std::size_t& jobs, const std::string& description) {
@@ -120,7 +123,8 @@ struct CommandLine {
       importOptions.json = json;
       status = runImport(services, importOptions);
     } else if (checkCommand->parsed()) {
-      checkOptions.json = json;
+      if (json) checkOptions.format = CheckOptions::Format::kJson;
+      if (format == "sarif") checkOptions.format = CheckOptions::Format::kSarif;
       status = runCheck(services, checkOptions);
     } else if (explainCommand->parsed()) {
       explainOptions.json = json;
