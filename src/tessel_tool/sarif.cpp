@@ -10,7 +10,6 @@ namespace tessel_tool {
 namespace {
 
 using reference_host::diagnosis::Code;
-using reference_host::diagnosis::Problem;
 using reference_host::json::JsonWriter;
 
 struct RuleText {

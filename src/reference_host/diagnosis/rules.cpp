@@ -170,7 +170,7 @@ class RuleLesson {
       const auto group = std::find_if(groups.begin(), groups.end(),
                                       [&](const auto& known) { return known.first == rules; });
       if (group == groups.end()) {
-        groups.push_back({std::move(rules), {state}});
+        groups.emplace_back(std::move(rules), States{state});
       } else {
         group->second.insert(state);
       }
