@@ -139,9 +139,11 @@ class SarifTest(Files):
     def test_lines(self):
         for jobs in ("1", "3"):
             log, _ = self.sarif("--ndjson", "--jobs", jobs, "lines.ndjson", "plain.json")
-            lines = [(r["ruleId"], r["locations"][0]["physicalLocation"]["region"]["startLine"])
+            lines = [(r["ruleId"], r["locations"][0]["physicalLocation"]["region"])
                      for r in log["runs"][0]["results"]]
-            self.assertEqual(lines[:2], [("wrong-type", 2), ("syntax", 4)])
+            self.assertEqual(lines[:2], [
+                ("wrong-type", {"startLine": 2, "startColumn": 33, "endLine": 2, "endColumn": 34}),
+                ("syntax", {"startLine": 4, "startColumn": 4, "endLine": 4, "endColumn": 5})])
             places = [r["locations"][0] for r in log["runs"][0]["results"]]
             self.assertNotIn("logicalLocations", places[1])  # of what has no place in the value
 
