@@ -1,6 +1,7 @@
 #include "check_command.hpp"
 
 #include <new>
+#include <string_view>
 #include <utility>
 
 #include "check_answer.hpp"
@@ -8,6 +9,7 @@
 #include "input.hpp"
 #include "ordered_work.hpp"
 #include "reference_host/diagnosis/knowledge.hpp"
+#include "sarif.hpp"
 #include "stop.hpp"
 #include "words.hpp"
 
@@ -46,31 +48,16 @@ struct CheckedBatch {
 
  private:
   void append(const CheckAnswer& answer, const CheckOptions& options) {
-    if (options.json) {
-      appendAsJson(results, answer, options.ndjson);
-    } else {
-      appendAsText(results, answer);
+    switch (options.format) {
+      case CheckOptions::Format::kText:
+        return appendAsText(results, answer);
+      case CheckOptions::Format::kJson:
+        return appendAsJson(results, answer, options.ndjson);
+      case CheckOptions::Format::kSarif:
+        return appendAsSarif(results, answer);
     }
   }
 };
-
-/// The words of the tool and those of the files; nothing if a file cannot be read.
-std::optional<std::vector<std::string>> wordsWith(const std::vector<std::string>& files) {
-  std::vector<std::string> words = knownWords();
-  for (const std::string& file : files) {
-    try {
-      Input input(file);
-      for (std::string line; input.readLine(line);) {
-        if (!line.empty() && line.back() == '\r') line.pop_back();
-        if (!line.empty()) words.push_back(line);
-      }
-    } catch (const InputError& error) {
-      complain(file, error.what());
-      return std::nullopt;
-    }
-  }
-  return words;
-}
 
 }  // namespace
 
@@ -84,7 +71,11 @@ ExitStatus runCheck(BuilderServices& services, const CheckOptions& options) {
   ProgressLine progress(options.ndjson);
   std::size_t documents = 0;
   std::size_t failed = 0;
+  const bool sarif = options.format == CheckOptions::Format::kSarif;
+  std::vector<std::pair<std::string, std::string>> unreadable;
+  bool anyResult = false;
   stopBetweenAnswers();
+  if (sarif) writeResult(sarifBegin());
 
   runInOrder(
       options.jobs, [&] { return source.nextBatch(); },
@@ -100,13 +91,23 @@ ExitStatus runCheck(BuilderServices& services, const CheckOptions& options) {
         failed += checked.failed;
         AnswerInProgress inProgress;
         progress.erase();
-        writeResult(checked.results);
+        std::string_view results = checked.results;
+        if (sarif && !anyResult && !results.empty()) {
+          results.remove_prefix(1);  // no comma before the first
+          anyResult = true;
+        }
+        writeResult(results);
         for (const auto& [subject, reason] : checked.unreadable) complain(subject, reason);
+        if (sarif) {
+          unreadable.insert(unreadable.end(), checked.unreadable.begin(), checked.unreadable.end());
+        }
         progress.show(documents, failed);
         inProgress.complete(documents, checked.last);
         return true;
       });
-  return failed == 0 ? ExitStatus::kSuccess : ExitStatus::kInputFailed;
+  const ExitStatus status = failed == 0 ? ExitStatus::kSuccess : ExitStatus::kInputFailed;
+  if (sarif) writeResult(sarifEnd(unreadable, status));
+  return status;
 }
 
 }  // namespace tessel_tool

@@ -11,10 +11,12 @@
 namespace tessel_tool {
 
 struct CheckOptions {
+  enum class Format { kText, kJson, kSarif };
+
   std::vector<std::string> files;
   std::vector<std::string>
       wordFiles;  ///< files of candidates for the words of builders, one a line
-  bool json = false;
+  Format format = Format::kText;
   bool ndjson = false;
   bool noWarnings = false;
   bool strict = false;  ///< a warning fails, too

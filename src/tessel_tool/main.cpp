@@ -20,6 +20,7 @@
 #include "input.hpp"
 #include "nearest_name.hpp"
 #include "platform.hpp"
+#include "schema_command.hpp"
 
 namespace tessel_tool {
 
@@ -31,7 +32,8 @@ constexpr std::size_t kMostJobs = 256;
 struct CommandLine {
   CommandLine() {
     app.require_subcommand(0, 1);
-    for (CLI::App* command : {importCommand, checkCommand, explainCommand, buildersCommand}) {
+    for (CLI::App* command :
+         {importCommand, checkCommand, explainCommand, buildersCommand, schemaCommand}) {
       command->fallthrough();
       command->footer("--bundle PATH and --version work with every command.");
     }
@@ -49,19 +51,14 @@ struct CommandLine {
                             "Stop at the first error instead of doing the rest");
     addFiles(*importCommand, importOptions.files);
 
-    addFormat(*checkCommand, "text");
+    addFormat(*checkCommand, "text", {"sarif"});
     CLI::Option* noWarnings =
         checkCommand->add_flag("--no-warnings", checkOptions.noWarnings, "Tell errors alone");
     checkCommand->add_flag("--strict", checkOptions.strict, "Let a warning fail like an error")
         ->excludes(noWarnings);
     checkCommand->add_flag("--ndjson", checkOptions.ndjson, "Each line of an input is a document");
     addJobs(*checkCommand, checkOptions.jobs, "How many documents to check at a time");
-    checkCommand
-        ->add_option("--words", checkOptions.wordFiles,
-                     "A file of class names and types to suggest, one a line")
-        ->type_name("FILE")
-        ->expected(1)
-        ->allow_extra_args(false);
+    addWords(*checkCommand, checkOptions.wordFiles);
     addFiles(*checkCommand, checkOptions.files);
 
     addFormat(*explainCommand, "text");
@@ -78,18 +75,34 @@ struct CommandLine {
         ->type_name("");
 
     addFormat(*buildersCommand, "text");
+
+    schemaCommand->add_flag("--strict", schemaOptions.strict,
+                            "Refuse class names, types and members that no builder knows, too");
+    addWords(*schemaCommand, schemaOptions.wordFiles);
   }
 
-  void addFormat(CLI::App& command, const std::string& forPeople) {
+  void addFormat(CLI::App& command, const std::string& forPeople,
+                 const std::vector<std::string>& further = {}) {
+    std::vector<std::string> formats{forPeople, "json"};
+    formats.insert(formats.end(), further.begin(), further.end());
     command.add_option("--format", format, "How to write the results")
-        ->type_name(forPeople + "|json")
-        ->check(CLI::IsMember({forPeople, std::string("json")}).description(""));
+        ->type_name(CLI::detail::join(formats, "|"))
+        ->check(CLI::IsMember(formats).description(""));
   }
 
   static void addJobs(CLI::App& command, std::size_t& jobs, const std::string& description) {
     command.add_option("--jobs", jobs, description)
         ->type_name("N")
         ->check(CLI::Range(std::size_t{1}, kMostJobs).description(""));
+  }
+
+  static void addWords(CLI::App& command, std::vector<std::string>& files) {
+    command
+        .add_option("--words", files,
+                    "A file of class names and types that the builders may know, one a line")
+        ->type_name("FILE")
+        ->expected(1)
+        ->allow_extra_args(false);
   }
 
   static void addFiles(CLI::App& command, std::vector<std::string>& files) {
@@ -110,11 +123,14 @@ struct CommandLine {
       importOptions.json = json;
       status = runImport(services, importOptions);
     } else if (checkCommand->parsed()) {
-      checkOptions.json = json;
+      if (json) checkOptions.format = CheckOptions::Format::kJson;
+      if (format == "sarif") checkOptions.format = CheckOptions::Format::kSarif;
       status = runCheck(services, checkOptions);
     } else if (explainCommand->parsed()) {
       explainOptions.json = json;
       status = runExplain(services, explainOptions);
+    } else if (schemaCommand->parsed()) {
+      status = runSchema(services, schemaOptions);
     } else {
       status = runBuilders(services, json);
     }
@@ -131,11 +147,14 @@ struct CommandLine {
       app.add_subcommand("explain", "Show what each builder makes of a JSON value, and why");
   CLI::App* buildersCommand =
       app.add_subcommand("builders", "List the builders that the bundle publishes");
+  CLI::App* schemaCommand =
+      app.add_subcommand("schema", "Write a JSON Schema of documents, for editors and validators");
   std::optional<std::string> bundle;
   std::string format;
   ImportOptions importOptions;
   CheckOptions checkOptions;
   ExplainOptions explainOptions;
+  SchemaOptions schemaOptions;
 };
 
 /// What is wrong with a command line that holds more than is expected.
@@ -177,7 +196,7 @@ ExitStatus runCommandLine(int argc, char** argv) {
   try {
     commandLine.app.parse(argc, argv);
     if (!help && commandLine.app.get_subcommands().empty()) {
-      return refuse("a command is needed: import, check, explain or builders");
+      return refuse("a command is needed: import, check, explain, builders or schema");
     }
   } catch (const CLI::CallForHelp&) {
     help = true;  // the parser may take it for the option behind "--" too

@@ -19,10 +19,10 @@ DOCUMENTS = PREFIX / "share/doc/tessel_build_json_controls"
 TOOL = PREFIX / "bin/tessel"
 BUNDLE = PREFIX / "lib" / os.environ["BUNDLE_NAME"]
 
-# Of the reference host, a program may include these; every other header is the library's own.
-REFERENCE_HOST_HEADERS = ["export/export.hpp", "fl/utf16.hpp",
-                          "gx/live_models.hpp", "importer/importer.hpp", "json/parse.hpp", "json/syntax_check.hpp", "json/text_places.hpp",
-                          "json/text_writer.hpp", "logging/log_capture.hpp"]
+# What the reference host exposes, a program may include.
+EXPOSED = pathlib.Path(__file__).resolve().parents[2] / "src/reference_host/include"
+REFERENCE_HOST_HEADERS = sorted(path.relative_to(EXPOSED / "reference_host").as_posix()
+                                for path in EXPOSED.rglob("*.hpp"))
 
 
 class InstalledPackage(unittest.TestCase):

@@ -45,6 +45,7 @@ class Lesson {
       takeDown(built.trace);
       if (built.succeeded ? !addMember(built.trace) && !addElement() : !correct(built)) break;
     }
+    kind_.sample = std::move(sample_);
     return std::move(kind_);
   }
 

@@ -27,7 +27,7 @@ inline constexpr const char* kWordKeys[] = {"className", "type", "valueType"};
 bool isWordKey(std::string_view name) noexcept;
 
 /// Words by which a builder recognises an object.
-struct Recognition {
+struct TESSEL_HOST_API Recognition {
   const importer::NamedBuilder* builder;
   std::string className;
   std::optional<std::string> type;  ///< in "context", where the class name alone is not enough
@@ -43,8 +43,9 @@ struct PlaceKnowledge {
 };
 
 /// What a builder reads of the objects that it recognises by the same words.
-struct Kind {
+struct TESSEL_HOST_API Kind {
   std::map<std::string, PlaceKnowledge> places;  ///< by their patterns (`patternOf`)
+  foundation::json::Value sample;  ///< one that is built, with everything in it that is read
 
   bool reads(const std::string& pattern) const { return places.count(pattern) != 0; }
   bool readsBelow(const std::string& pattern) const;

@@ -18,8 +18,8 @@ namespace reference_host::diagnosis {
 /// What an object is for people: the words that say what it is as common ones, and its id, such as
 /// `slider "threshold"`.
 /// @param builder the one that claims it; null if nobody does.
-std::string nameOfObject(const importer::NamedBuilder* builder,
-                         const foundation::json::Value& object);
+TESSEL_HOST_API std::string nameOfObject(const importer::NamedBuilder* builder,
+                                         const foundation::json::Value& object);
 
 /// A place in an object: the member's name, or where it is in its array.
 std::string nameOfPlace(const Path& place);
@@ -29,7 +29,7 @@ std::string nameOfHolder(const std::string& pattern);
 /// A type as what a value is: "text", "a number".
 std::string heldWords(const std::string& type);
 /// A type as what is wanted.
-std::string wantedWords(const std::string& type);
+TESSEL_HOST_API std::string wantedWords(const std::string& type);
 
 /// What to write for a value that holds one type where another is wanted.
 std::optional<std::string> correction(const foundation::json::Value& held,

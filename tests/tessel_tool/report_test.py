@@ -1,0 +1,180 @@
+#!/usr/bin/env python3
+"""Holds what other programs read of `check` to what they ask for: SARIF 2.1.0, field by field (the
+numbers are those of its sections), and the lines that editors and CI systems jump to.
+
+usage: report_test.py TOOL
+"""
+
+import json
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+import unittest
+import urllib.parse
+
+TOOL = ""
+TEXT = ('[\r\n  {"className": "LumoControlNode", "controlId": "größe \U0001f600", "context": '
+        '{"type": "slider", "data": {"minimum": "0", "maximun": 1}}},\n'
+        '  {"className": "LumoControlNode"},\n  {"className": 7, "className": "Button"}\n]\n')
+NAMES = ("a b%20:ü#?.json", "plain.json", "[x].json")
+
+
+def check(*arguments, **options):
+    return subprocess.run([TOOL, "check", *arguments], capture_output=True, text=True,
+                          encoding="utf-8", timeout=60, check=False, **options)
+
+
+class Files(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+        for name in NAMES:
+            (self.folder / name).write_bytes(TEXT.encode())
+        (self.folder / "good.json").write_text("{}")
+        (self.folder / "lines.ndjson").write_text('{}\n{"className": "button", "text": 1}\n\n[1,]\n')
+
+    def sarif(self, *arguments, **options):
+        done = check("--format", "sarif", *arguments, cwd=self.folder, **options)
+        return json.loads(done.stdout), done
+
+    def problems(self, *arguments, **options):
+        done = check("--format", "json", *arguments, cwd=self.folder, **options)
+        decoder, rest, found = json.JSONDecoder(), done.stdout.strip(), []
+        while rest:
+            answer, end = decoder.raw_decode(rest)
+            found += [(answer["document"], problem) for problem in answer["problems"]]
+            rest = rest[end:].strip()
+        return found
+
+
+class SarifTest(Files):
+    def test_the_log_and_its_run(self):
+        log, done = self.sarif("plain.json")
+        self.assertEqual(set(log), {"version", "$schema", "runs"})  # 3.13
+        self.assertEqual(log["version"], "2.1.0")  # 3.13.2
+        self.assertRegex(log["$schema"], r"^https://.*sarif.*2\.1\.0.*\.json$")  # 3.13.3
+        (run,) = log["runs"]  # 3.13.4
+        self.assertEqual(run["columnKind"], "unicodeCodePoints")  # 3.14.17
+        driver = run["tool"]["driver"]  # 3.18.2
+        self.assertEqual(driver["name"], "tessel")  # 3.19.8
+        version = subprocess.run([TOOL, "--version"], capture_output=True, text=True, check=True)
+        self.assertEqual("tessel " + driver["version"], version.stdout.strip())  # 3.19.13
+        (invocation,) = run["invocations"]  # 3.14.11
+        self.assertEqual(invocation, {"executionSuccessful": True, "exitCode": 1})  # 3.20.14, 3.20.8
+        self.assertEqual(done.returncode, 1)
+
+    def test_the_rules(self):
+        log, _ = self.sarif("good.json")
+        rules = log["runs"][0]["tool"]["driver"]["rules"]  # 3.19.23
+        names = [rule["id"] for rule in rules]  # 3.49.3
+        self.assertEqual(names, [
+            "syntax", "wrong-type", "missing-member", "cannot-tell", "build-failed", "unknown-class",
+            "unknown-type", "unknown-member", "ignored-member", "duplicate-member", "duplicate-id",
+            "unlikely-value"])
+        for place, rule in enumerate(rules):
+            self.assertTrue(rule["shortDescription"]["text"].endswith("."))  # 3.49.9
+            self.assertTrue(rule["help"]["text"].endswith("."))  # 3.49.13
+            self.assertEqual(rule["defaultConfiguration"]["level"],  # 3.49.14, 3.50.3
+                             "error" if place < 5 else "warning")
+
+    def test_the_results_are_the_problems(self):
+        log, _ = self.sarif(*NAMES)
+        (run,) = log["runs"]
+        told = self.problems(*NAMES)
+        self.assertGreater(len(told), 3 * len(NAMES))
+        self.assertEqual(len(run["results"]), len(told))  # 3.14.23
+        for result, (document, problem) in zip(run["results"], told):
+            rule = run["tool"]["driver"]["rules"][result["ruleIndex"]]  # 3.27.6
+            self.assertEqual(result["ruleId"], rule["id"])  # 3.27.5
+            self.assertEqual(result["ruleId"], problem["code"])
+            self.assertEqual(result["level"], problem["severity"])  # 3.27.10
+            hint = "; " + problem["hint"] if problem["hint"] else ""
+            self.assertEqual(result["message"], {"text": problem["message"] + hint})  # 3.27.11
+            (location,) = result["locations"]  # 3.27.12
+            physical = location["physicalLocation"]  # 3.28.3
+            uri = physical["artifactLocation"]["uri"]  # 3.4.3, RFC 3986: a relative reference
+            self.assertRegex(uri, r"^(?:[A-Za-z0-9._~-]|%[0-9A-F]{2})+$")
+            self.assertEqual(urllib.parse.unquote(uri), document)
+            self.assertEqual(physical["region"], {  # 3.30.5 to 3.30.8
+                "startLine": problem["line"], "startColumn": problem["column"],
+                "endLine": problem["endLine"], "endColumn": problem["endColumn"]})
+            member = problem["pointer"] if problem["member"] is None else problem["member"]
+            self.assertEqual(location["logicalLocations"],  # 3.28.4, 3.33.5
+                             [{"fullyQualifiedName": member}])
+            self.assertEqual(result["partialFingerprints"],  # 3.27.17
+                             {"codeAndMember/v1": f"{problem['code']} {member}"})
+            bag = {name: problem[name] for name in ("pointer", "builder", "held", "wanted", "hint")
+                   if problem[name] is not None}
+            self.assertEqual(result["properties"], bag)  # 3.8
+
+    def test_nothing_to_tell(self):
+        log, done = self.sarif("good.json")
+        self.assertEqual(log["runs"][0]["results"], [])  # 3.14.23: empty, not absent
+        self.assertEqual(log["runs"][0]["invocations"], [{"executionSuccessful": True, "exitCode": 0}])
+        self.assertEqual(done.returncode, 0)
+
+    def test_inputs_that_cannot_be_read(self):
+        log, done = self.sarif("nowhere.json", "plain.json")
+        (invocation,) = log["runs"][0]["invocations"]
+        self.assertFalse(invocation["executionSuccessful"])
+        self.assertEqual(invocation["toolExecutionNotifications"], [{  # 3.20.21
+            "level": "error", "message": {"text": "No such file or directory"},
+            "locations": [{"physicalLocation": {"artifactLocation": {"uri": "nowhere.json"}}}]}])
+        self.assertIn("nowhere.json", done.stderr)
+        self.assertTrue(log["runs"][0]["results"])
+
+    def test_absolute_paths_and_standard_input(self):
+        for slashes in ("", "/"):
+            log, _ = self.sarif(slashes + str(self.folder / NAMES[0]))
+            location = log["runs"][0]["results"][0]["locations"][0]["physicalLocation"]
+            self.assertEqual(location["artifactLocation"]["uri"], (self.folder / NAMES[0]).as_uri())
+        log, _ = self.sarif(input=TEXT)
+        location = log["runs"][0]["results"][0]["locations"][0]["physicalLocation"]
+        self.assertEqual(location["artifactLocation"],
+                         {"uri": "-", "description": {"text": "standard input"}})  # 3.4.6
+
+    def test_lines(self):
+        for jobs in ("1", "3"):
+            log, _ = self.sarif("--ndjson", "--jobs", jobs, "lines.ndjson", "plain.json")
+            lines = [(r["ruleId"], r["locations"][0]["physicalLocation"]["region"])
+                     for r in log["runs"][0]["results"]]
+            self.assertEqual(lines[:2], [
+                ("wrong-type", {"startLine": 2, "startColumn": 33, "endLine": 2, "endColumn": 34}),
+                ("syntax", {"startLine": 4, "startColumn": 4, "endLine": 4, "endColumn": 5})])
+            places = [r["locations"][0] for r in log["runs"][0]["results"]]
+            self.assertNotIn("logicalLocations", places[1])  # of what has no place in the value
+
+
+class TextTest(Files):
+    # Vim's 'errorformat' "%f:%l:%c: %trror: %m,%f:%l:%c: %tarning: %m" and the default's "%f:%l:%c:%m".
+    VIM = re.compile(r"^(?P<file>.+?):(?P<line>\d+):(?P<column>\d+):(?P<text>.+)$")
+    # The problem matcher for GCC that editors and CI systems share.
+    GCC = re.compile(r"^(?P<file>.*?):(?P<line>\d+):(?P<column>\d*):?\s+(?:fatal\s+)?"
+                     r"(?P<severity>warning|error):\s+(?P<text>.*)$")
+
+    def test_matchers_find_every_problem_and_nothing_else(self):
+        for name in NAMES[1:]:
+            told = [(name, p["line"], p["column"], p["severity"], f"{p['message']} [{p['code']}]")
+                    for _, p in self.problems("./" + name)]
+            lines = check("./" + name, cwd=self.folder).stdout.splitlines()
+            found = [match for match in map(self.GCC.match, lines) if match]
+            self.assertEqual([(m["file"][2:], int(m["line"]), int(m["column"]), m["severity"], m["text"])
+                              for m in found], told)
+            found = [match for match in map(self.VIM.match, lines) if match]
+            self.assertEqual([(m["file"][2:], int(m["line"]), int(m["column"]), m["text"])
+                              for m in found],
+                             [(file, line, column, f" {severity}: {text}")
+                              for file, line, column, severity, text in told])
+
+    def test_lines_of_an_input(self):
+        lines = check("--ndjson", "lines.ndjson", cwd=self.folder).stdout.splitlines()
+        found = [(m["file"], m["line"], m["column"]) for m in map(self.GCC.match, lines) if m]
+        self.assertEqual(found, [("lines.ndjson", "2", "33"), ("lines.ndjson", "4", "4")])
+
+
+if __name__ == "__main__":
+    TOOL = sys.argv.pop(1)
+    unittest.main()
