@@ -263,7 +263,7 @@ class DocumentCheck {
     } else {
       problem.member = pointer;
       problem.message = name + ": looks like a control and has no class name";
-      problem.hint = "add \"className\": \"...\"";
+      problem.hint = R"(add "className": "...")";
     }
     result_.problems.push_back(std::move(problem));
   }

@@ -125,15 +125,16 @@ class Lesson {
 
   /// Puts an element into an array that has none; false when there is no such array.
   bool addElement() {
-    for (const auto& [array, known] : std::map<std::string, PlaceKnowledge>(kind_.places)) {
+    std::optional<Path> path;
+    for (const auto& [array, known] : kind_.places) {
       if (known.wanted != traits<Value::Array>::name || !triedArrays_.insert(array).second)
         continue;
-      if (const auto path = pathOfEmptyArray(array)) {
-        addElementTo(*path);
-        return true;
-      }
+      path = pathOfEmptyArray(array);
+      if (path) break;
     }
-    return false;
+    if (!path) return false;
+    addElementTo(*path);
+    return true;
   }
 
   std::optional<Path> pathOfEmptyArray(const std::string& pattern) const {

@@ -117,7 +117,7 @@ std::string nameOfHolder(const std::string& pattern) {
   std::string words;
   for (const std::string_view token : json::tokensOf(pattern)) {
     if (token == "*") {
-      words = "the elements of " + words;
+      words.insert(0, "the elements of ");
       continue;
     }
     if (!words.empty()) words += '.';
