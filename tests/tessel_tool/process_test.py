@@ -22,6 +22,7 @@ ORDINARY_LIBRARY = os.environ["ORDINARY_LIBRARY"]
 OBJCOPY = os.environ["OBJCOPY"]
 RUNTIME_IS_EMBEDDED = os.environ["RUNTIME_IS_EMBEDDED"] == "1"
 OWN_ALLOCATOR = os.environ["OWN_ALLOCATOR"] == "1"
+THREAD_SANITIZER = os.environ["SANITIZERS"] == "thread"
 SECONDS = 120
 
 BUTTON = '{"className":"button"}'
@@ -452,6 +453,7 @@ class Stop(ProcessTest):
                     self.assertEqual(json.loads(results.read()[before:])["summary"]["built"], 1)
                     self.assert_stopped(process, number, 1, "-:1")
 
+    @unittest.skipIf(THREAD_SANITIZER, "ThreadSanitizer keeps a signal until the write has ended")
     def test_a_second_signal_ends_it_at_once(self):
         for command, number in STOPPED_IMPORTS:
             with self.subTest(command=command, signal=number), \

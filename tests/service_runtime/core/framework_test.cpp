@@ -227,15 +227,17 @@ TEST(Framework, FailureOfAListenerIsNobodyElses) {
 }
 
 TEST(Framework, ListenerMayChangeBundles) {
-  std::vector<std::string> told;  // outlives the host, whose end is an event too
+  // Both outlive the host, whose end is an event too.
+  std::vector<std::string> told;
+  std::optional<Bundle> bundle;
   Host host;
-  Bundle bundle = host.install("faulty");
+  bundle = host.install("faulty");
   host.context().AddFrameworkListener([&](const FrameworkEvent& event) {
     told.push_back(textOf(event));
-    bundle.Uninstall();
+    bundle->Uninstall();
   });
-  Bundle(bundle).Start();
-  EXPECT_EQ(bundle.GetState(), Bundle::STATE_UNINSTALLED);
+  Bundle(*bundle).Start();
+  EXPECT_EQ(bundle->GetState(), Bundle::STATE_UNINSTALLED);
   EXPECT_EQ(told.size(), 2U);
 }
 
