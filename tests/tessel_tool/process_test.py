@@ -356,6 +356,7 @@ STOPPED_COMMANDS = [(["explain", "--ndjson", "--format", "json"], number)
                     for number in SIGNALS] + STOPPED_IMPORTS
 
 
+@unittest.skipIf(THREAD_SANITIZER, "ThreadSanitizer keeps a signal until the call has ended")
 class Stop(ProcessTest):
     """What SIGINT and SIGTERM do."""
 
@@ -453,7 +454,6 @@ class Stop(ProcessTest):
                     self.assertEqual(json.loads(results.read()[before:])["summary"]["built"], 1)
                     self.assert_stopped(process, number, 1, "-:1")
 
-    @unittest.skipIf(THREAD_SANITIZER, "ThreadSanitizer keeps a signal until the write has ended")
     def test_a_second_signal_ends_it_at_once(self):
         for command, number in STOPPED_IMPORTS:
             with self.subTest(command=command, signal=number), \
