@@ -66,8 +66,10 @@ ExitStatus runCheck(BuilderServices& services, const CheckOptions& options) {
   if (!words) return ExitStatus::kUnusable;
   const Knowledge knowledge(services.builders(), std::move(*words));
   const Warnings warnings = options.noWarnings ? Warnings::kNo : Warnings::kYes;
-  DocumentSource source(options.files, options.ndjson ? DocumentSource::Unit::kLine
-                                                      : DocumentSource::Unit::kWholeInput);
+  DocumentSource source(
+      options.files,
+      options.ndjson ? DocumentSource::Unit::kLine : DocumentSource::Unit::kWholeInput,
+      options.firstLine);
   ProgressLine progress(options.ndjson);
   std::size_t documents = 0;
   std::size_t failed = 0;

@@ -21,6 +21,7 @@ struct CheckOptions {
   bool noWarnings = false;
   bool strict = false;  ///< a warning fails, too
   std::size_t jobs = 1;
+  std::size_t firstLine = 1;  ///< its number, with ndjson
 };
 
 /// Tells the problems of documents on standard output.

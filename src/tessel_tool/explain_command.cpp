@@ -85,7 +85,8 @@ ExitStatus runExplain(BuilderServices& services, const ExplainOptions& options) 
   std::vector<std::string> files;
   if (options.file) files.push_back(*options.file);
   DocumentSource source(
-      files, options.ndjson ? DocumentSource::Unit::kLine : DocumentSource::Unit::kWholeInput);
+      files, options.ndjson ? DocumentSource::Unit::kLine : DocumentSource::Unit::kWholeInput,
+      options.firstLine);
   ExitStatus status = ExitStatus::kSuccess;
   std::size_t answered = 0;
   stopBetweenAnswers();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 
@@ -13,7 +14,8 @@ struct ExplainOptions {
   std::string pointer;              ///< of the value in the document
   bool json = false;
   bool ndjson = false;
-  bool all = false;  ///< list the builders that say no, too
+  bool all = false;           ///< list the builders that say no, too
+  std::size_t firstLine = 1;  ///< its number, with ndjson
 };
 
 /// Says on standard output what each builder makes of a JSON value.

@@ -96,8 +96,10 @@ ExitStatus runImport(BuilderServices& services, const ImportOptions& options) {
   const reference_host::diagnosis::Knowledge knowledge(services.builders(), knownWords());
   const Tell tell = options.json ? Tell::kPrograms : Tell::kPeople;
   const OnError onError = options.failFast ? OnError::kStop : OnError::kContinue;
-  DocumentSource source(options.files, options.ndjson ? DocumentSource::Unit::kLine
-                                                      : DocumentSource::Unit::kWholeInput);
+  DocumentSource source(
+      options.files,
+      options.ndjson ? DocumentSource::Unit::kLine : DocumentSource::Unit::kWholeInput,
+      options.firstLine);
   ProgressLine progress(options.ndjson);
   std::size_t documents = 0;
   std::size_t failed = 0;

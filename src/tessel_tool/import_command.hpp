@@ -16,6 +16,7 @@ struct ImportOptions {
   bool ndjson = false;
   bool failFast = false;
   std::size_t jobs = 1;
+  std::size_t firstLine = 1;  ///< its number, with ndjson
 };
 
 /// Imports documents and writes what became of each to standard output.

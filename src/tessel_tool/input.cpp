@@ -181,8 +181,8 @@ foundation::json::Value Document::parse() {
   }
 }
 
-DocumentSource::DocumentSource(std::vector<std::string> paths, Unit unit)
-    : paths_(std::move(paths)), unit_(unit) {
+DocumentSource::DocumentSource(std::vector<std::string> paths, Unit unit, std::size_t firstLine)
+    : paths_(std::move(paths)), unit_(unit), firstLine_(firstLine) {
   if (paths_.empty()) paths_.emplace_back(kStandardInput);
   if (std::count(paths_.begin(), paths_.end(), kStandardInput) != 0 && isTerminal(stdin)) {
     complain(std::string("waiting for JSON on standard input; ") + kEndOfInputKey +
@@ -198,7 +198,7 @@ std::optional<Document> DocumentSource::next() {
         document.path = document.name = paths_[nextPath_];
         ++nextPath_;
         input_.emplace(document.path);
-        line_ = 0;
+        line_ = std::exchange(firstLine_, 1) - 1;
       }
       if (unit_ == Unit::kWholeInput) {
         document.text = input_->readAll();

@@ -102,7 +102,8 @@ class DocumentSource {
   enum class Unit { kWholeInput, kLine };
 
   /// @param paths the inputs; none means standard input.
-  DocumentSource(std::vector<std::string> paths, Unit unit);
+  /// @param firstLine the number of the first line of the first input.
+  DocumentSource(std::vector<std::string> paths, Unit unit, std::size_t firstLine = 1);
 
   /// The next document; nothing at the end.
   std::optional<Document> next();
@@ -118,6 +119,7 @@ class DocumentSource {
   std::vector<std::string> paths_;
   std::size_t nextPath_ = 0;
   Unit unit_;
+  std::size_t firstLine_;       // of the input that comes next
   std::optional<Input> input_;  // the one whose lines are being read
   std::size_t line_ = 0;        // the last one read of it
 };

@@ -44,8 +44,7 @@ struct CommandLine {
 
     addFormat(*importCommand, "tree");
     importCommand->add_flag("--log", importOptions.log, "Show the diagnostic records too");
-    importCommand->add_flag("--ndjson", importOptions.ndjson,
-                            "Each line of an input is a document");
+    addLines(*importCommand, importOptions, "Each line of an input is a document");
     addJobs(*importCommand, importOptions.jobs, "How many documents to import at a time");
     importCommand->add_flag("--fail-fast", importOptions.failFast,
                             "Stop at the first error instead of doing the rest");
@@ -56,7 +55,7 @@ struct CommandLine {
         checkCommand->add_flag("--no-warnings", checkOptions.noWarnings, "Tell errors alone");
     checkCommand->add_flag("--strict", checkOptions.strict, "Let a warning fail like an error")
         ->excludes(noWarnings);
-    checkCommand->add_flag("--ndjson", checkOptions.ndjson, "Each line of an input is a document");
+    addLines(*checkCommand, checkOptions, "Each line of an input is a document");
     addJobs(*checkCommand, checkOptions.jobs, "How many documents to check at a time");
     addWords(*checkCommand, checkOptions.wordFiles);
     addFiles(*checkCommand, checkOptions.files);
@@ -64,8 +63,7 @@ struct CommandLine {
     addFormat(*explainCommand, "text");
     explainCommand->add_flag("--all", explainOptions.all,
                              "List the builders that say no, too; JSON always does");
-    explainCommand->add_flag("--ndjson", explainOptions.ndjson,
-                             "Each line of the input is a value");
+    addLines(*explainCommand, explainOptions, "Each line of the input is a value");
     explainCommand
         ->add_option("--pointer", explainOptions.pointer,
                      "Explain the value at this JSON pointer of a document")
@@ -88,6 +86,17 @@ struct CommandLine {
     command.add_option("--format", format, "How to write the results")
         ->type_name(CLI::detail::join(formats, "|"))
         ->check(CLI::IsMember(formats).description(""));
+  }
+
+  template <typename Options>
+  static void addLines(CLI::App& command, Options& options, const std::string& description) {
+    CLI::Option* ndjson = command.add_flag("--ndjson", options.ndjson, description);
+    command
+        .add_option("--first-line", options.firstLine,
+                    "The number of the first line, where the input is part of a longer one")
+        ->type_name("N")
+        ->check(CLI::Range(std::size_t{1}, std::numeric_limits<std::size_t>::max()).description(""))
+        ->needs(ndjson);
   }
 
   static void addJobs(CLI::App& command, std::size_t& jobs, const std::string& description) {

@@ -1,4 +1,5 @@
-"""Many lines at once: what the tool answers does not depend on how many it works on at a time."""
+"""Many lines at once: what the tool answers does not depend on how many it works on at a time, nor on how
+many runs the lines are dealt out to."""
 
 import copy
 import json
@@ -71,8 +72,8 @@ def generated(rng, controls):
             yield json.dumps(line, ensure_ascii=rng.random() < 0.5).encode()
 
 
-def tessel(given, *arguments):
-    done = subprocess.run([TOOL, "import", "--ndjson", *arguments], input=given,
+def tessel(given, *arguments, command="import"):
+    done = subprocess.run([TOOL, command, "--ndjson", *arguments], input=given,
                           capture_output=True, timeout=SECONDS, check=False)
     return done.returncode, done.stdout, done.stderr
 
@@ -85,6 +86,7 @@ class Bulk(unittest.TestCase):
         lines = list(generated(random.Random(SEED), controls))
         cls.documents = sum(1 for line in lines if line.strip())
         cls.given = b"\n".join(lines) + b"\n"
+        cls.lines = cls.given.splitlines(keepends=True)
 
     def assert_same(self, *arguments):
         status, output, errors = tessel(self.given, "--jobs", "1", *arguments)
@@ -116,6 +118,17 @@ class Bulk(unittest.TestCase):
     def test_tree_with_the_log(self):
         self.assertGreater(self.assert_same("--format", "tree", "--log").count(b"\n"),
                            self.documents)
+
+    def test_parts_that_know_their_first_line(self):
+        part = 300
+        for command in "import", "check":
+            whole = tessel(self.given, "--format", "json", command=command)
+            parts = [tessel(b"".join(self.lines[begin:begin + part]), "--format", "json",
+                            "--first-line", str(begin + 1), command=command)
+                     for begin in range(0, len(self.lines), part)]
+            self.assertTrue(b"".join(output for _, output, _ in parts) == whole[1],
+                            f"parts answer something else than the whole: {command}")
+            self.assertEqual(b"".join(errors for _, _, errors in parts), whole[2])
 
 
 if __name__ == "__main__":

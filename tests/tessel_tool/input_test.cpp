@@ -157,6 +157,21 @@ TEST_F(InputTest, PlacesAreCountedInTheInput) {
   EXPECT_EQ(errorOf(documents[1]), "line 3, column 3: expected a value, found ']'");
 }
 
+TEST_F(InputTest, LinesOfAPartAreCountedFromItsFirst) {
+  const std::string path = file("lines",
+                                "\xef\xbb\xbf"
+                                "1\n\n  ]\n");
+  DocumentSource source({path, path}, DocumentSource::Unit::kLine, 7);
+  const Document marked = *source.next();
+  EXPECT_EQ(marked.name, path + ":7");
+  EXPECT_EQ(errorOf(marked),
+            "line 7, column 1: expected a value, found a byte order mark (U+FEFF)");
+  EXPECT_EQ(errorOf(*source.next()), "line 9, column 3: expected a value, found ']'");
+  const Document second = *source.next();
+  EXPECT_EQ(second.name, path + ":1");
+  EXPECT_EQ(errorOf(second), "");
+}
+
 TEST_F(InputTest, DuplicateMembersAreCountedAndTheFirstIsNamed) {
   const std::string path = file("lines", R"({"a":1})"
                                          "\n\n"
