@@ -110,14 +110,6 @@ TEST(CulpritTest, OfARecognition) {
   }
 }
 
-TEST(CulpritTest, IsFoundAmongMany) {
-  std::string labels;
-  for (int index = 0; index != 2000; ++index) labels += R"("a",)";
-  const Value object = json(R"({"context": {"data": {"itemLabels": [)" + labels + "1]}}}");
-  EXPECT_EQ(found(named("Combobox"), importer::Step::kBuild, object),
-            "/context/data/itemLabels/2000 double to string");
-}
-
 }  // namespace
 
 }  // namespace reference_host::diagnosis
