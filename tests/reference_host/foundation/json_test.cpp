@@ -7,11 +7,14 @@
 #include <utility>
 #include <vector>
 
+#include "contract/samples.hpp"
 #include "foundation/json.hpp"
 #include "support/allocation_count.hpp"
 
 namespace {
 
+using contract::Alternative;
+using contract::alternatives;
 using foundation::json::Null;
 using foundation::json::traits;
 using foundation::json::Undefined;
@@ -39,33 +42,10 @@ std::vector<std::string> heldAlternatives(const Value& value) {
   return names;
 }
 
-struct Alternative {
-  const char* name;
-  Value value;
-  Value other;  ///< of the same alternative, with other content where there is any
-};
-
-const std::vector<Alternative>& alternatives() {
-  static const std::vector<Alternative> all = {
-      {"undefined", Value(), Value(Undefined())},
-      {"null", Null(), Null()},
-      {"bool", true, false},
-      {"double", 1.0, 2.0},
-      {"string", "1", std::string("2")},
-      {"array", Array{1.0, "x"}, Array{"x", 1.0}},
-      {"object", Object{{"a", 1.0}}, Object{{"b", 1.0}}},
-      {"float", 1.0F, 2.0F},
-      {"int64", std::int64_t{1}, std::int64_t{2}},
-      {"uint64", std::uint64_t{1}, std::uint64_t{2}},
-  };
-  return all;
-}
-
 TEST(ValueTest, HoldsExactlyTheAlternativeItWasMadeOf) {
   for (const Alternative& row : alternatives()) {
     SCOPED_TRACE(row.name);
     EXPECT_EQ(heldAlternatives(row.value), std::vector<std::string>{row.name});
-    EXPECT_EQ(heldAlternatives(row.other), std::vector<std::string>{row.name});
   }
 }
 
@@ -82,15 +62,12 @@ TEST(ValueTest, HandsOutItsContent) {
   EXPECT_EQ(*Value(kLargest).get_if<std::uint64_t>(), kLargest);
 }
 
-TEST(ValueTest, EqualMeansEqualAlternativeAndContent) {
+TEST(ValueTest, ValuesOfDifferentAlternativesAreNotEqual) {
   for (const Alternative& left : alternatives()) {
     for (const Alternative& right : alternatives()) {
-      SCOPED_TRACE(std::string(left.name) + " and " + right.name);
-      const bool same = &left == &right;
-      EXPECT_EQ(left.value == right.value, same);
-      EXPECT_EQ(left.value != right.value, !same);
-      const bool hasContent = !left.value.get_if<Undefined>() && !left.value.get_if<Null>();
-      EXPECT_EQ(left.value == right.other, same && !hasContent);
+      SCOPED_TRACE(left.name + " and " + right.name);
+      EXPECT_EQ(left.value == right.value, &left == &right);
+      EXPECT_EQ(left.value != right.value, &left != &right);
     }
   }
 }
@@ -102,16 +79,20 @@ struct Comparison {
   bool equal;
 };
 
-TEST(ValueTest, ComparesContainersElementByElement) {
+TEST(ValueTest, ComparesContent) {
   const double nan = std::numeric_limits<double>::quiet_NaN();
   const Comparison rows[] = {
-      {"empty array and empty object", Array{}, Object{}, false},
+      {"flags", true, false, false},
+      {"doubles", 1.0, 2.0, false},
+      {"floats", 1.0F, 2.0F, false},
+      {"signed integers", std::int64_t{1}, std::int64_t{2}, false},
+      {"unsigned integers", std::uint64_t{1}, std::uint64_t{2}, false},
+      {"texts", "1", std::string("2"), false},
+      {"other key, same value", Object{{"a", 1.0}}, Object{{"b", 1.0}}, false},
       {"arrays of different length", Array{1.0}, Array{1.0, 1.0}, false},
-      {"same elements", Array{1.0, Array{"x"}}, Array{1.0, Array{"x"}}, true},
       {"a difference one level down", Array{1.0, Array{"x"}}, Array{1.0, Array{"y"}}, false},
       {"objects of different size", Object{{"a", 1.0}}, Object{}, false},
       {"same key, other value", Object{{"a", 1.0}}, Object{{"a", 2.0}}, false},
-      {"same key, other alternative", Object{{"a", 1.0}}, Object{{"a", 1.0F}}, false},
       {"a nested object", Object{{"a", Object{{"b", Null()}}}},
        Object{{"a", Object{{"b", Null()}}}}, true},
       {"zeros of both signs", 0.0, -0.0, true},
@@ -155,15 +136,14 @@ TEST(ValueTest, AccessMakesMembersAndObjects) {
 
 TEST(ValueTest, AccessFailsOnEveryOtherAlternative) {
   for (const Alternative& row : alternatives()) {
-    const std::string name = row.name;
-    if (name == "undefined" || name == "object") continue;
-    SCOPED_TRACE(name);
+    if (row.name == "undefined" || row.name == "object") continue;
+    SCOPED_TRACE(row.name);
     Value value = row.value;
     try {
       value["a"];
       ADD_FAILURE() << "nothing was thrown";
     } catch (const std::runtime_error& error) {
-      EXPECT_EQ(error.what(), "invalid conversion: " + name + " to object");
+      EXPECT_EQ(error.what(), "invalid conversion: " + row.name + " to object");
     }
     EXPECT_EQ(value, row.value);
   }
@@ -172,7 +152,7 @@ TEST(ValueTest, AccessFailsOnEveryOtherAlternative) {
 TEST(ValueTest, EveryAlternativeReplacesEveryOther) {
   for (const Alternative& before : alternatives()) {
     for (const Alternative& after : alternatives()) {
-      SCOPED_TRACE(std::string(before.name) + " replaced by " + after.name);
+      SCOPED_TRACE(before.name + " replaced by " + after.name);
       Value copied = before.value;
       copied = after.value;
       EXPECT_EQ(copied, after.value);

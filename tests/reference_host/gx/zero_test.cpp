@@ -18,7 +18,6 @@ using document::gxzero::Node;
 using gx::zero::Model;
 using gx::zero::ModelElement;
 using lumocode::contentmodel::gxzero::ButtonData;
-using lumocode::contentmodel::gxzero::LumoControlData;
 
 constexpr boost::uuids::uuid kNil{};
 constexpr auto kPublic = ModelElement::Impl::ReflectionPrivateTag::PUBLIC_ACCESS;

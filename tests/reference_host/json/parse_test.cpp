@@ -222,13 +222,14 @@ TEST(ParseRefusalTest, TextsWithoutExactlyOneValue) {
       {"two byte order marks", "\uFEFF\uFEFF1", 1, 1, noValue(kByteOrderMark)},
       {"a part of a byte order mark", "\xEF\xBB{}", 1, 1, kUtf8},
       {"two numbers with a comma", "1,2", 1, 2, kAfterEnd},
-      {"two arrays", "[][]", 1, 3, kAfterEnd},
+      {"a byte order mark does not count", "\uFEFF[x]", 1, 2, kLiteral},
+      {"beyond several blocks", "[" + std::string(300, ' ') + "x]", 1, 302, kLiteral},
+      {"escapes count as they are written", R"(["\u00e9", x])", 1, 12, kLiteral},
       {"a bracket after a scalar", "1]", 1, 2, kAfterEnd},
       {"a digit after a literal", "true1", 1, 5, kAfterEnd},
       {"a NUL after the value", "[]\0"s, 1, 3, kAfterEnd},
       {"a byte order mark after the value", "1\uFEFF", 1, 2, kAfterEnd},
       {"a closing bracket alone", "]", 1, 1, noValue("']'")},
-      {"a comment alone", "/* x */", 1, 1, noValue("'/'")},
       {"a NUL alone", "\0"s, 1, 1, noValue("a NUL (U+0000)")},
       {"a no-break space", "[\u00A0]", 1, 2, noValue("U+00A0")},
       {"a byte order mark as a member", "{\"a\":\uFEFF}", 1, 6, noValue(kByteOrderMark)},
@@ -238,12 +239,10 @@ TEST(ParseRefusalTest, TextsWithoutExactlyOneValue) {
   });
 }
 
-TEST(ParseRefusalTest, Arrays) {
+TEST(ParseRefusalTest, ArraysAndObjects) {
   expectRefusals({
-      {"not closed, after an element", "[1", 1, 1, kUnclosedArray},
-      {"not closed, after a space", " [1 ", 1, 2, kUnclosedArray},
-      {"the inner one not closed", "[1,\n [2", 2, 2, kUnclosedArray},
-      {"closed by a brace", "[1}", 1, 3, kArrayComma},
+      {"an array not closed, after a space", " [1 ", 1, 2, kUnclosedArray},
+      {"an array closed by a brace", "[1}", 1, 3, kArrayComma},
       {"a comma after the last element", "[1,]", 1, 4, noValue("']'")},
       {"a comma before the first element", "[,1]", 1, 2, noValue("','")},
       {"no comma after a literal", "[true false]", 1, 7, kArrayComma},
@@ -251,49 +250,30 @@ TEST(ParseRefusalTest, Arrays) {
       {"a form feed after an element", "[1\f]", 1, 3, kArrayComma},
       {"a form feed between elements", "[1,\f2]", 1, 4, noValue("U+000C")},
       {"an invalid byte after an element", "[1\xFF]", 1, 3, kUtf8},
-      {"an invalid byte as element", "[\xFF]", 1, 2, kUtf8},
-  });
-}
-
-TEST(ParseRefusalTest, Objects) {
-  expectRefusals({
-      {"not closed, after a name", R"({"a")", 1, 1, kUnclosedObject},
-      {"not closed, after a member", R"({"a":1)", 1, 1, kUnclosedObject},
-      {"not closed, after a comma", R"({"a":1,)", 1, 1, kUnclosedObject},
-      {"the inner one not closed", "[{\"a\":\n{", 2, 1, kUnclosedObject},
+      {"an object not closed, after a name", R"({"a")", 1, 1, kUnclosedObject},
+      {"an object not closed, after a member", R"({"a":1)", 1, 1, kUnclosedObject},
+      {"an object not closed, after a comma", R"({"a":1,)", 1, 1, kUnclosedObject},
       {"an array in it not closed", R"({"a":[)", 1, 6, kUnclosedArray},
-      {"closed by a bracket", R"({"a":1])", 1, 7, kObjectComma},
-      {"empty, closed by a bracket", "{]", 1, 2, kName},
+      {"an object closed by a bracket", R"({"a":1])", 1, 7, kObjectComma},
       {"a comma after the last member", R"({"a":1,})", 1, 8, kName},
       {"a name without quotes", "{a:1}", 1, 2, kName},
       {"an invalid byte as name", "{\xFF:1}", 1, 2, kUtf8},
       {"a name alone", R"({"a"})", 1, 5, kColon},
-      {"a comma for a colon", R"({"a",1})", 1, 5, kColon},
       {"no value", R"({"a":})", 1, 6, noValue("'}'")},
   });
 }
 
-TEST(ParseRefusalTest, Literals) {
+TEST(ParseRefusalTest, LiteralsAndNumbers) {
   expectRefusals({
-      {"cut off", "nul", 1, 1, kLiteral},
-      {"too long", "nulll", 1, 1, kLiteral},
-      {"a capital letter", "True", 1, 1, kLiteral},
+      {"a literal cut off", "nul", 1, 1, kLiteral},
+      {"a literal too long", "nulll", 1, 1, kLiteral},
       {"single quotes", "'a'", 1, 1, noValue("'''")},
-      {"an underscore after it", "[null_]", 1, 6, kArrayComma},
-      {"a letter beyond ASCII after it", "[true\u00E9]", 1, 6, kArrayComma},
-  });
-}
-
-TEST(ParseRefusalTest, Numbers) {
-  expectRefusals({
+      {"an underscore after a literal", "[null_]", 1, 6, kArrayComma},
       {"a minus sign alone", "-", 1, 1, kMinus},
-      {"a minus sign before a point", "-.5", 1, 1, kMinus},
       {"a plus sign", "+1", 1, 1, kPlus},
       {"a leading zero", "01", 1, 1, kLeadingZero},
-      {"a negative leading zero", "[-01]", 1, 2, kLeadingZero},
       {"no integer part", ".5", 1, 1, kNoInteger},
       {"no fraction", "1.", 1, 1, kNoFraction},
-      {"a second point", "1.2.3", 1, 4, kAfterEnd},
       {"no exponent digits", "1e", 1, 1, kNoExponent},
       {"an exponent sign alone", "[1e+]", 1, 2, kNoExponent},
       {"a minus sign inside", "[1-2]", 1, 3, kArrayComma},
@@ -310,44 +290,32 @@ TEST(ParseRefusalTest, Numbers) {
   });
 }
 
-TEST(ParseRefusalTest, Strings) {
+TEST(ParseRefusalTest, StringsAndUtf8) {
   expectRefusals({
       {"a quote alone", "\"", 1, 1, kUnclosedString},
-      {"not closed", R"(["a)", 1, 2, kUnclosedString},
+      {"a text not closed", R"(["a)", 1, 2, kUnclosedString},
       {"not closed, ends with a backslash", "[\n\"a\\", 2, 1, kUnclosedString},
       {"not closed, ends in a unicode escape", R"("\u00)", 1, 1, kUnclosedString},
-      {"a name not closed", R"({"a:1})", 1, 2, kUnclosedString},
       {"a line feed", "\"a\nb\"", 1, 3, kControl},
-      {"a NUL", "\"\0\""s, 1, 2, kControl},
       {"the last control character", "\"\x1F\"", 1, 2, kControl},
       {"an unknown escape", R"("a\x")", 1, 3, kEscape},
-      {"an escaped line feed", "\"\\\n\"", 1, 2, kEscape},
-      {"an escaped letter beyond ASCII", "\"\\\u00E9\"", 1, 2, kEscape},
       {"a unicode escape of three digits", R"("\u004")", 1, 2, kUnicodeEscape},
       {"a unicode escape with a sign", R"("\u+041")", 1, 2, kUnicodeEscape},
       {"a high surrogate alone", R"("\ud800")", 1, 2, kSurrogate},
-      {"the last high surrogate alone", R"("a\uDBFFb")", 1, 3, kSurrogate},
       {"a low surrogate alone", R"("\udc00")", 1, 2, kSurrogate},
       {"a high surrogate before another escape", R"("\ud800\n")", 1, 2, kSurrogate},
-      {"a low surrogate after a pair", R"("\ud83d\ude00\ude00")", 1, 14, kSurrogate},
       {"a high surrogate before a broken escape", R"("\ud800\u12")", 1, 2, kSurrogate},
       {"a high escape before an encoded low one", "\"\\ud83d\xED\xB8\x80\"", 1, 2, kSurrogate},
-  });
-}
-
-TEST(ParseRefusalTest, InvalidUtf8) {
-  expectRefusals({
       {"a stray continuation byte", "\"a\x80\"", 1, 3, kUtf8},
-      {"a sequence cut off by the quote", "\"\xC3\"", 1, 2, kUtf8},
       {"a sequence cut off by the end", "[\"\xF0\x9F\x98", 1, 3, kUtf8},
       {"an overlong slash", "\"\xC0\xAF\"", 1, 2, kUtf8},
       {"an encoded surrogate", "\"\xED\xA0\x80\"", 1, 2, kUtf8},
       {"beyond the last code point", "\"\xF4\x90\x80\x80\"", 1, 2, kUtf8},
-      {"in a name", "{\"\xFF\":1}", 1, 3, kUtf8},
+      {"an invalid byte in a name", "{\"\xFF\":1}", 1, 3, kUtf8},
       {"UTF-16 with its byte order mark", "\xFF\xFE[\0]\0"s, 1, 1, kUtf8},
       {"UTF-16 without one", "[\0]\0"s, 1, 2, noValue("a NUL (U+0000)")},
-      {"beside another fault that comes first", "[1,]\xFF", 1, 4, noValue("']'")},
-      {"after the value", "1\xFF", 1, 2, kUtf8},
+      {"an invalid byte behind another fault", "[1,]\xFF", 1, 4, noValue("']'")},
+      {"an invalid byte after the value", "1\xFF", 1, 2, kUtf8},
   });
 }
 
@@ -356,22 +324,9 @@ TEST(ParseRefusalTest, Nesting) {
       {"1,001 arrays, the last empty", std::string(1001, '[') + std::string(1001, ']'), 1, 1001,
        kTooDeep},
       {"1,001 objects, never closed", repeated(R"({"a":)", 1001), 1, 5001, kTooDeep},
-      {"an object in 1,000 arrays", std::string(1000, '[') + "{}" + std::string(1000, ']'), 1, 1001,
-       kTooDeep},
       {"a second branch too deep", "[0,\n" + repeated("[", 1000), 2, 1000, kTooDeep},
       {"too deep and never closed", std::string(100'000, '['), 1, 1001, kTooDeep},
       {"another fault that comes first", "[x," + repeated("[", 2000), 1, 2, kLiteral},
-  });
-}
-
-TEST(ParseRefusalTest, CountsLinesAndCodePoints) {
-  expectRefusals({
-      {"after a line feed", "[\n  x]", 2, 3, kLiteral},
-      {"a carriage return alone ends no line", "[\r x]", 1, 4, kLiteral},
-      {"two bytes are one column", "[\"\u00E9\", x]", 1, 7, kLiteral},
-      {"escapes count as they are written", R"(["\u00e9", x])", 1, 12, kLiteral},
-      {"a byte order mark does not count", "\uFEFF[x]", 1, 2, kLiteral},
-      {"beyond several blocks", "[" + std::string(300, ' ') + "x]", 1, 302, kLiteral},
   });
 }
 
