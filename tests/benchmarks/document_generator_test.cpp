@@ -27,14 +27,6 @@ struct Census {
   std::map<std::string, std::size_t> byWord;
 };
 
-/// The word of the kind that claims an object by contract; empty for an object of nobody's.
-std::string controlWordOf(const Value& json) {
-  for (const contract::Kind& kind : contract::kinds()) {
-    if (contract::expectedAnswer(kind, json).claims) return kind.word;
-  }
-  return "";
-}
-
 void count(const Value& json, Census& census) {
   if (const auto* elements = json.get_if<Value::Array>()) {
     for (const Value& element : *elements) count(element, census);
@@ -42,10 +34,10 @@ void count(const Value& json, Census& census) {
   const auto* members = json.get_if<Value::Object>();
   if (members == nullptr) return;
   ++census.offered;
-  const std::string word = controlWordOf(json);
-  if (!word.empty()) {
+  for (const contract::Kind& kind : contract::kinds()) {
+    if (!contract::expectedAnswer(kind, json).claims) continue;
     ++census.controls;
-    ++census.byWord[word];
+    ++census.byWord[kind.word];
     return;
   }
   for (const auto& member : *members) count(member.second, census);

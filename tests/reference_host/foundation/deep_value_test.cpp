@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstddef>
 #include <iterator>
 #include <optional>
@@ -54,15 +53,14 @@ struct Shape {
   const char* description;
   Wrapper wrap;
   std::size_t times;
-  const char* before;      ///< what compact JSON has in front of the inner value
-  const char* after;       ///< and behind it
-  std::size_t lineBreaks;  ///< of one wrapping, pretty-printed
+  const char* before;  ///< what compact JSON has in front of the inner value
+  const char* after;   ///< and behind it
 };
 
 constexpr Shape kShapes[] = {
-    {"without siblings", alone, kDeep / 2, R"({"key":[)", "]}", 4},
+    {"without siblings", alone, kDeep / 2, R"({"key":[)", "]}"},
     {"with siblings on both sides", amongSiblings, kDeep / 20, R"({"a":[1,[]],"key":[["before"],)",
-     R"(,{"after":1}],"z":"after"})", 15},
+     R"(,{"after":1}],"z":"after"})"},
 };
 
 /// The text at the bottom of what `nested` made.
@@ -105,9 +103,6 @@ TEST(DeepValueTest, PrintingDoesNotOverflowTheStack) {
     reference_host::json::JsonWriter(compact).json(value);
     EXPECT_TRUE(compact == repeated(shape.before, shape.times) + "\"innermost\"" +
                                repeated(shape.after, shape.times));
-    const std::string pretty = pretty_print(value);
-    const auto lineBreaks = std::count(pretty.begin(), pretty.end(), '\n');
-    EXPECT_EQ(static_cast<std::size_t>(lineBreaks), shape.lineBreaks * shape.times);
   }
 }
 
