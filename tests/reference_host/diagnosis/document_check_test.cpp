@@ -97,6 +97,11 @@ TEST(DocumentCheckTest, Hints) {
       {R"({"className": "LumoControlNode", "context": {"type": "comboBox",
            "data": {"items": ["a"]}}})",
        {R"(wrong-type /context/data/items/0: write an object: {"label": ..., "value": ...})"}},
+      {R"({"className": "LumoControlNode", "context": {"type": "comboBox", "data": {"items":
+           [{"label": "a", "value": 1}, {"label": 2, "value": "b"}, {"label": "c", "value": 3}]}}})",
+       {R"(wrong-type /context/data/items/0/value: put it in quotes: "1")",
+        R"(wrong-type /context/data/items/2/value: put it in quotes: "3")",
+        R"(wrong-type /context/data/items/1/label: put it in quotes: "2")"}},
       {R"([{"className": "button", "controlId": "a"}, {"className": "button", "controlId": "a"}])",
        {"duplicate-id /1/controlId: write another one; the first is at /0"}},
       {R"({"className": "LumoAppLineNode", "children": [{"className": "TextNode"}]})",

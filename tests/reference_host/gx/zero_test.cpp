@@ -155,7 +155,7 @@ TEST(Reflection, TellsWhatIsSetAndHandsItOut) {
   EXPECT_EQ(*column.get_if<std::uint64_t>(), 18446744073709551615U);
 
   // Properties of another class.
-  EXPECT_THROW(position.get()->get(id, kPublic), std::invalid_argument);
+  EXPECT_THROW(position.get()->get(property(button, u"anchorId"), kPublic), std::invalid_argument);
   EXPECT_THROW(position.get()->isSet(property(button, u"buttonData")), std::invalid_argument);
 }
 

@@ -150,6 +150,7 @@ TEST(ParseTest, AcceptsAThousandLevels) {
 TEST(ParseTest, ReadsTheGivenTextOnly) {
   EXPECT_EQ(parse(std::string_view("[1]]]]", 3)), Value(Array{1.0}));
   EXPECT_EQ(parse(std::string_view("123", 2)), Value(12.0));
+  EXPECT_EQ(parseInPlace("12"), Value(12.0));
   EXPECT_EQ(parse(std::string_view("truely", 4)), Value(true));
   // A buffer of exactly the text's size, so that a memory checker sees a read beyond it.
   const std::string text = R"(["text",12345])";

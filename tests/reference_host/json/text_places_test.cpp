@@ -47,6 +47,7 @@ constexpr ValueRow kValues[] = {
     {"the outermost value", " [1]\n", "", "1:2-1:5", "", 0},
     {"a number that ends the text", " -1.5e3", "", "1:2-1:8", "", 0},
     {"the last member", R"({"a":1, "b" : null})", "/b", "1:15-1:19", "1:9-1:12", 0},
+    {"an element behind other containers", R"([[0],{"a":1},[7]])", "/2/0", "1:15-1:16", "", 0},
     {"the eleventh element", "[0,0,0,0,0,0,0,0,0,0,11]", "/10", "1:22-1:24", "", 0},
     {"below a container over lines", "{\"a\":[\r\n  1\r\n ]\r\n}", "/a/0", "2:3-2:4", "", 0},
     {"columns are code points", "{\"\xC3\xA4\xF0\x9F\x98\x80\":1}", "/\xC3\xA4\xF0\x9F\x98\x80",
