@@ -20,32 +20,30 @@ struct Component {
   std::string path;  ///< the qualified name of the class
 };
 
-template <typename Visit>
-void forEachComponent(const Visit& visit) {
+std::vector<BuilderService> makeServices() {
+  using Task = tessel::build::json::widgets::LumoTaskIntegratedInlineNodeBuilderImpl;
+  const auto task = std::make_shared<Task>();
+  std::vector<BuilderService> services;
+  const auto visit = [&](const auto& component) {
+    using Class = typename std::decay_t<decltype(component)>::Implementation;
+    std::shared_ptr<Class> service;
+    if constexpr (std::is_same_v<Class, Task>) {
+      service = task;
+    } else if constexpr (std::is_default_constructible_v<Class>) {
+      service = std::make_shared<Class>();
+    } else {
+      service = std::make_shared<Class>(task);  // what the manifest's reference is bound to
+    }
+    services.push_back({component.path.substr(component.path.rfind(':') + 1), service});
+  };
 #include "manifest_components.inc"
+  return services;
 }
 
 }  // namespace
 
 const std::vector<BuilderService>& allBuilderServices() {
-  using Task = tessel::build::json::widgets::LumoTaskIntegratedInlineNodeBuilderImpl;
-  static const std::vector<BuilderService> all = [] {
-    const auto task = std::make_shared<Task>();
-    std::vector<BuilderService> services;
-    forEachComponent([&](const auto& component) {
-      using Class = typename std::decay_t<decltype(component)>::Implementation;
-      std::shared_ptr<Class> service;
-      if constexpr (std::is_same_v<Class, Task>) {
-        service = task;
-      } else if constexpr (std::is_default_constructible_v<Class>) {
-        service = std::make_shared<Class>();
-      } else {
-        service = std::make_shared<Class>(task);  // what the manifest's reference is bound to
-      }
-      services.push_back({component.path.substr(component.path.rfind(':') + 1), service});
-    });
-    return services;
-  }();
+  static const std::vector<BuilderService> all = makeServices();
   return all;
 }
 

@@ -15,42 +15,6 @@ using contract::Kind;
 using contract::Outcome;
 using foundation::json::Value;
 
-Row& Row::object(std::string_view text) {
-  return value(json(text));
-}
-Row& Row::value(Value object) {
-  object_ = std::move(object);
-  return *this;
-}
-Row& Row::data(std::string_view text) {
-  data_ = text;
-  return *this;
-}
-Row& Row::node(std::string_view text) {
-  node_ = json(text);
-  return *this;
-}
-Row& Row::record(std::string_view text) {
-  record_ = json(text);
-  return *this;
-}
-Row& Row::stray(std::string_view text) {
-  strays_.push_back(json(text));
-  return *this;
-}
-Row& Row::error(std::string text) {
-  error_ = std::move(text);
-  return *this;
-}
-Row& Row::records(Records texts) {
-  records_ = std::move(texts);
-  return *this;
-}
-Row& Row::asked(std::string text) {
-  asked_ = std::move(text);
-  return *this;
-}
-
 Value Row::objectFor(const Kind& kind) const {
   return data_.empty() ? object_ : contract::objectWith(kind, data_);
 }

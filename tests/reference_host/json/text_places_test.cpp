@@ -4,7 +4,7 @@
 
 #include <cstddef>
 #include <optional>
-#include <ostream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -19,12 +19,9 @@ std::ostream& operator<<(std::ostream& out, const TextPlace& place) {
 namespace {
 
 std::string shown(const TextRange& range) {
-  std::string text;
-  for (const TextPlace& place : {range.begin, range.end}) {
-    if (!text.empty()) text += '-';
-    text += std::to_string(place.line) + ':' + std::to_string(place.column);
-  }
-  return text;
+  std::ostringstream text;
+  text << range.begin << '-' << range.end;
+  return text.str();
 }
 
 TEST(TextPlaces, CountsLinesAndCodePoints) {
@@ -48,14 +45,10 @@ struct ValueRow {
 
 constexpr ValueRow kValues[] = {
     {"the outermost value", " [1]\n", "", "1:2-1:5", "", 0},
-    {"a scalar alone", "true", "", "1:1-1:5", "", 0},
     {"a number that ends the text", " -1.5e3", "", "1:2-1:8", "", 0},
-    {"a member", R"({"a": "x" })", "/a", "1:7-1:10", "1:2-1:5", 0},
     {"the last member", R"({"a":1, "b" : null})", "/b", "1:15-1:19", "1:9-1:12", 0},
-    {"an element", "[1, 22,3]", "/1", "1:5-1:7", "", 0},
-    {"an element among containers", "[[],{},[7]]", "/2/0", "1:9-1:10", "", 0},
+    {"an element behind other containers", R"([[0],{"a":1},[7]])", "/2/0", "1:15-1:16", "", 0},
     {"the eleventh element", "[0,0,0,0,0,0,0,0,0,0,11]", "/10", "1:22-1:24", "", 0},
-    {"a container over lines", "{\"a\":[\r\n  1\r\n ]\r\n}", "/a", "1:6-3:3", "1:2-1:5", 0},
     {"below a container over lines", "{\"a\":[\r\n  1\r\n ]\r\n}", "/a/0", "2:3-2:4", "", 0},
     {"columns are code points", "{\"\xC3\xA4\xF0\x9F\x98\x80\":1}", "/\xC3\xA4\xF0\x9F\x98\x80",
      "1:7-1:8", "1:2-1:6", 0},
@@ -64,12 +57,9 @@ constexpr ValueRow kValues[] = {
     {"an escaped name", R"({"\u0061\n":1})", "/a\n", "1:13-1:14", "1:2-1:12", 0},
     {"a name with slash and tilde", R"({"a/~1":1})", "/a~1~01", "1:9-1:10", "1:2-1:8", 0},
     {"an empty name", R"({"":{"":1}})", "//", "1:9-1:10", "1:6-1:8", 0},
-    {"a name of digits", R"({"0":1})", "/0", "1:6-1:7", "1:2-1:5", 0},
     {"an empty container", R"({"a":{ }})", "/a", "1:6-1:9", "1:2-1:5", 0},
-    {"a member that is missing", R"({"a":{"b":1}})", "/a/c", "1:6-1:13", "1:2-1:5", 1},
     {"more that is missing", R"({"a":{"b":1}})", "/a/b/c/0", "1:11-1:12", "1:7-1:10", 2},
     {"all is missing", R"( {"a":1})", "/b/c", "1:2-1:9", "", 2},
-    {"an index that is missing", "[1]", "/1", "1:1-1:4", "", 1},
     {"an index with a zero before it", "[1,2]", "/01", "1:1-1:6", "", 1},
     {"the last of two members", R"({"a":1,"a":22})", "/a", "1:12-1:14", "1:8-1:11", 0},
     {"what only the first of two had", R"({"a":{"b":{"c":1}},"a":{"b":2}})", "/a/b/c", "1:29-1:30",
@@ -92,14 +82,12 @@ TEST(TextPlaces, Values) {
 }
 
 TEST(TextPlaces, ManyValuesInTheOrderOfTheirPointers) {
-  const char* const text = R"({"a":[1,{"b":2}],"c":3})";
-  const std::vector<ValuePlace> places =
-      findValues(text, {"/c", "/a/1/b", "", "/a/1", "/c", "/a/9"});
-  std::vector<std::string> found;
-  for (const ValuePlace& place : places) found.push_back(shown(place.value));
-  EXPECT_EQ(found, (std::vector<std::string>{"1:22-1:23", "1:14-1:15", "1:1-1:24", "1:9-1:16",
-                                             "1:22-1:23", "1:6-1:17"}));
-  EXPECT_TRUE(findValues(text, {}).empty());
+  std::string found;
+  for (const ValuePlace& place :
+       findValues(R"({"a":[1,{"b":2}],"c":3})", {"/c", "/a/1/b", "", "/a/1", "/c", "/a/9"})) {
+    found += shown(place.value) + ' ';
+  }
+  EXPECT_EQ(found, "1:22-1:23 1:14-1:15 1:1-1:24 1:9-1:16 1:22-1:23 1:6-1:17 ");
 }
 
 struct DuplicateRow {
@@ -111,16 +99,13 @@ struct DuplicateRow {
 TEST(TextPlaces, Duplicates) {
   const DuplicateRow rows[] = {
       {"none", R"([{"a":1,"b":{"a":1}},{"a":1}])", {}},
-      {"of two the first", R"({"a":1, "a":2})", {"/a a 1:2-1:5"}},
       {"of three the first two", R"({"a":1,"a":2,"a":3})", {"/a a 1:2-1:5", "/a a 1:8-1:11"}},
       {"names that are one after unescaping", R"({"\u0061":1,"a":2})", {"/a a 1:2-1:10"}},
-      {"names that differ in case", R"({"a":1,"A":2})", {}},
       {"in the order of the text",
        R"({"a":{"b":1,"b":2},"c":0,"c":0,"a":1})",
        {"/a a 1:2-1:5", "/a/b b 1:7-1:10", "/c c 1:20-1:23"}},
       {"below elements", "[0,{\"x\":[\n{\"y\":1,\"y\":1}]}]", {"/1/x/0/y y 2:2-2:5"}},
       {"names that a pointer escapes", R"({"a/~":1,"a/~":1})", {"/a~1~0 a/~ 1:2-1:7"}},
-      {"empty names", R"({"":1,"":1})", {"/  1:2-1:4"}},
   };
   for (const DuplicateRow& row : rows) {
     SCOPED_TRACE(row.description);
@@ -133,20 +118,6 @@ TEST(TextPlaces, Duplicates) {
     parse(row.text, report);
     EXPECT_EQ(report.duplicateMembers, row.found.size());
   }
-}
-
-TEST(TextPlaces, TheDeepestText) {
-  std::string text;
-  std::string pointer;
-  for (std::size_t level = 0; level < kDeepestNesting / 2; ++level) {
-    text += R"([{"a":)";
-    pointer += "/0/a";
-  }
-  text += '0';
-  for (std::size_t level = 0; level < kDeepestNesting / 2; ++level) text += "}]";
-  const ValuePlace place = findValues(text, {pointer}).front();
-  EXPECT_EQ(place.value.begin, (TextPlace{1, 6 * (kDeepestNesting / 2) + 1}));
-  EXPECT_EQ(place.missingTokens, 0U);
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "support/allocation_count.hpp"
@@ -22,7 +23,6 @@ namespace reference_host::logging {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 using Texts = std::vector<std::string>;
 
 std::atomic<std::uint32_t>& levels() {
@@ -45,12 +45,6 @@ void write(const std::string& text, int severity = kDiagnosticSeverity) {
   core(logger)->push_record(boost::move(record));
 }
 
-Texts textsOf(const LogCapture& capture) {
-  Texts texts;
-  for (const CapturedRecord& record : capture.records()) texts.push_back(record.text);
-  return texts;
-}
-
 /// Each test starts with diagnostics off, and has to leave the level word as it found it.
 class LogCaptureTest : public testing::Test {
  protected:
@@ -58,45 +52,29 @@ class LogCaptureTest : public testing::Test {
   void TearDown() override { levels() = 0; }
 };
 
-TEST_F(LogCaptureTest, CollectsSeverityAndTextInOrder) {
+TEST_F(LogCaptureTest, CollectsSeverityAndTextInOrderUntilTheyAreTaken) {
   LogCapture capture;
   write("first");
   write("second", 3);
   ASSERT_EQ(capture.records().size(), 2U);
   EXPECT_EQ(capture.records()[0].severity, 8);
-  EXPECT_EQ(capture.records()[0].text, "first");
   EXPECT_EQ(capture.records()[1].severity, 3);
-  EXPECT_EQ(capture.records()[1].text, "second");
+  EXPECT_THAT(capture.takeTexts(), ElementsAre("first", "second"));
+  write("third");
+  EXPECT_THAT(capture.takeTexts(), ElementsAre("third"));
 }
 
-TEST_F(LogCaptureTest, TakingStartsOver) {
-  LogCapture capture;
-  write("first");
-  EXPECT_THAT(capture.takeTexts(), ElementsAre("first"));
-  write("second");
-  EXPECT_THAT(capture.takeTexts(), ElementsAre("second"));
-  EXPECT_THAT(capture.takeTexts(), IsEmpty());
-}
-
-TEST_F(LogCaptureTest, SwitchesDiagnosticsOnAndBack) {
-  for (const std::uint32_t before : {0x5U, 0x8U}) {
+TEST_F(LogCaptureTest, SwitchesDiagnosticsOnAndBackAndKeepsOtherBits) {
+  for (const std::uint32_t before : {0x1U, 0x9U}) {
     levels() = before;
     {
       const LogCapture capture;
       EXPECT_EQ(levels().load(), before | 0x8U);
+      levels().fetch_or(0x20);
+      levels().fetch_and(~0x1U);
     }
-    EXPECT_EQ(levels().load(), before);
+    EXPECT_EQ(levels().load(), (before & 0x8U) | 0x20U);
   }
-}
-
-TEST_F(LogCaptureTest, KeepsOtherBitsThatChangeMeanwhile) {
-  levels() = 0x1;
-  {
-    LogCapture capture;
-    levels().fetch_or(0x20);
-    levels().fetch_and(~0x1U);
-  }
-  EXPECT_EQ(levels().load(), 0x20U);
 }
 
 TEST_F(LogCaptureTest, OverlappingCapturesEndInAnyOrder) {
@@ -106,45 +84,33 @@ TEST_F(LogCaptureTest, OverlappingCapturesEndInAnyOrder) {
   write("one");
   second.reset();
   write("two");
-  EXPECT_THAT(textsOf(*first), ElementsAre("one", "two"));
-  EXPECT_THAT(textsOf(*third), ElementsAre("one", "two"));
+  EXPECT_THAT(first->takeTexts(), ElementsAre("one", "two"));
   first.reset();
   write("three");
-  EXPECT_THAT(textsOf(*third), ElementsAre("one", "two", "three"));
+  EXPECT_THAT(third->takeTexts(), ElementsAre("one", "two", "three"));
   EXPECT_EQ(levels().load(), 0x8U);
   third.reset();
   EXPECT_EQ(levels().load(), 0U);
 }
 
-TEST_F(LogCaptureTest, CollectsTheRecordsOfItsOwnThreadOnly) {
+TEST_F(LogCaptureTest, EachThreadCapturesItsOwnRecordsOnly) {
   LogCapture capture;
-  std::thread([] { write("from elsewhere"); }).join();
-  write("from here");
-  EXPECT_THAT(textsOf(capture), ElementsAre("from here"));
-}
-
-TEST_F(LogCaptureTest, ThreadsCaptureIndependentlyAtTheSameTime) {
-  constexpr std::size_t kThreads = 4;
-  constexpr int kRounds = 50;
-  std::vector<Texts> captured(kThreads);
-  std::vector<Texts> expected(kThreads);
-  std::vector<std::thread> threads;
-  for (std::size_t index = 0; index < kThreads; ++index) {
-    threads.emplace_back([&captured, &expected, index] {
-      for (int round = 0; round < kRounds; ++round) {
-        LogCapture capture;
-        for (int number = 0; number < 5; ++number) {
-          const std::string text = std::to_string(index) + "." + std::to_string(number);
-          write(text);
-          expected[index].push_back(text);
-        }
-        for (std::string& text : capture.takeTexts()) captured[index].push_back(std::move(text));
+  const auto captureAndWrite = [](const std::string& name) {
+    for (int round = 0; round < 50; ++round) {
+      LogCapture own;
+      Texts expected;
+      for (int number = 0; number < 5; ++number) {
+        expected.push_back(name + std::to_string(number));
+        write(expected.back());
       }
-    });
-  }
+      EXPECT_EQ(own.takeTexts(), expected);
+    }
+  };
+  std::vector<std::thread> threads;
+  for (const char* const name : {"a", "b", "c", "d"}) threads.emplace_back(captureAndWrite, name);
   for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(captured, expected);
-  EXPECT_EQ(levels().load(), 0U);
+  write("from here");
+  EXPECT_THAT(capture.takeTexts(), ElementsAre("from here"));
 }
 
 TEST_F(LogCaptureTest, DisabledLoggingCollectsNothing) {
@@ -153,7 +119,7 @@ TEST_F(LogCaptureTest, DisabledLoggingCollectsNothing) {
   write("lost");
   boost::log::core::get()->set_logging_enabled(true);
   write("kept");
-  EXPECT_THAT(textsOf(capture), ElementsAre("kept"));
+  EXPECT_THAT(capture.takeTexts(), ElementsAre("kept"));
 }
 
 TEST_F(LogCaptureTest, ARecordThatIsOpenedAfterTheLastOneEndedIsDropped) {
@@ -178,7 +144,7 @@ TEST_F(LogCaptureTest, OneThatFindsNoMemoryLeavesEverythingAsItWas) {
       });
   LogCapture capture;
   write("kept");
-  EXPECT_THAT(textsOf(capture), ElementsAre("kept"));
+  EXPECT_THAT(capture.takeTexts(), ElementsAre("kept"));
 }
 
 TEST_F(LogCaptureTest, KnowsThatThereWasNoMemoryForARecord) {
@@ -199,42 +165,21 @@ TEST_F(LogCaptureTest, KnowsThatThereWasNoMemoryForARecord) {
 
 using test_support::OpenedRecordCounter;
 
-class OpenedRecordCounterTest : public LogCaptureTest {};
-
-TEST_F(OpenedRecordCounterTest, CountsNothingWhileDiagnosticsAreOff) {
-  const OpenedRecordCounter counter;
+TEST_F(LogCaptureTest, OpenedRecordsAreCountedBesideCaptures) {
+  std::optional<OpenedRecordCounter> counter(std::in_place);
   write("never opened");
-  EXPECT_EQ(counter.count(), 0U);
-  EXPECT_EQ(levels().load(), 0U);
-}
-
-TEST_F(OpenedRecordCounterTest, CountsRecordsOfAllThreadsAndAcceptsNone) {
+  EXPECT_EQ(counter->count(), 0U);
   levels() = 0x8;
-  const OpenedRecordCounter counter;
   testing::internal::CaptureStdout();
-  write("here");
-  std::thread([] { write("there"); }).join();
+  write("accepted by nobody");
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
-  EXPECT_EQ(counter.count(), 2U);
-}
-
-TEST_F(OpenedRecordCounterTest, LeavesCapturesAlone) {
-  const OpenedRecordCounter counter;
   LogCapture capture;
   write("captured");
-  EXPECT_THAT(textsOf(capture), ElementsAre("captured"));
-  EXPECT_EQ(counter.count(), 1U);
-}
-
-TEST_F(OpenedRecordCounterTest, StopsCountingAtItsEnd) {
-  LogCapture capture;
-  auto counter = std::make_unique<OpenedRecordCounter>();
-  write("counted");
-  const std::size_t counted = counter->count();
+  std::thread([] { write("elsewhere"); }).join();
+  EXPECT_EQ(counter->count(), 3U);
   counter.reset();
-  write("not counted");
-  EXPECT_EQ(counted, 1U);
-  EXPECT_THAT(textsOf(capture), ElementsAre("counted", "not counted"));
+  write("counted no longer");
+  EXPECT_THAT(capture.takeTexts(), ElementsAre("captured", "counted no longer"));
 }
 
 }  // namespace

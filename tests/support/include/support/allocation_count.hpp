@@ -97,14 +97,13 @@ std::size_t sweepAllocations(Refusal refusal, const Round& round) {
 
 /// Whether an exception is the one for want of memory.
 inline bool isOutOfMemory(const std::exception_ptr& thrown) {
-  if (thrown == nullptr) return false;
   try {
-    std::rethrow_exception(thrown);
+    if (thrown) std::rethrow_exception(thrown);
   } catch (const std::bad_alloc&) {
     return true;
   } catch (...) {
-    return false;
   }
+  return false;
 }
 
 }  // namespace test_support

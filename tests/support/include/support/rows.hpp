@@ -5,10 +5,12 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "contract/outcome.hpp"
 #include "foundation/json.hpp"
+#include "support/json.hpp"
 
 namespace test_support {
 
@@ -23,29 +25,35 @@ class Row {
   explicit Row(std::string description) : description_(std::move(description)) {}
 
   /// The whole object; then `node` and all log records are given as well.
-  Row& object(std::string_view json);
-  Row& value(foundation::json::Value object);
+  Row& object(std::string_view text) { return value(json(text)); }
+  Row& value(foundation::json::Value object) { return with(object_, std::move(object)); }
   /// The "data" of a control that has nothing else; then `record` is enough, and the log records
   /// begin after those for "context" and "data".
-  Row& data(std::string_view json);
+  Row& data(std::string_view text) { return with(data_, text); }
 
   /// The node; when the build fails, what is left of it.
-  Row& node(std::string_view json);
+  Row& node(std::string_view text) { return with(node_, json(text)); }
   /// The record's properties, without its class.
-  Row& record(std::string_view json);
+  Row& record(std::string_view text) { return with(record_, json(text)); }
   /// A further root of the model.
-  Row& stray(std::string_view json);
-  Row& error(std::string text);
-  Row& records(Records texts);
+  Row& stray(std::string_view text) { return with(strays_.emplace_back(), json(text)); }
+  Row& error(std::string text) { return with(error_, std::move(text)); }
+  Row& records(Records texts) { return with(records_, std::move(texts)); }
   /// The log record of a recognition, which has to claim the object.
-  Row& asked(std::string text);
+  Row& asked(std::string text) { return with(asked_, std::move(text)); }
 
   /// Holds a builder to the row.
   void expectOf(const std::string& builder) const;
 
  private:
+  template <typename Member, typename Given>
+  Row& with(Member& member, Given&& given) {
+    member = std::forward<Given>(given);
+    return *this;
+  }
   foundation::json::Value objectFor(const contract::Kind& kind) const;
-  contract::Outcome expected(const contract::Kind& kind, const foundation::json::Value& json) const;
+  contract::Outcome expected(const contract::Kind& kind,
+                             const foundation::json::Value& object) const;
 
   std::string description_;
   foundation::json::Value object_;
