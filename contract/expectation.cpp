@@ -23,33 +23,22 @@ struct Refusal {
   std::string text;
 };
 
-const char* nameOfHeld(const Value& value) {
-  if (value.get_if<foundation::json::Null>() != nullptr) return "null";
-  if (value.get_if<bool>() != nullptr) return "bool";
-  if (value.get_if<double>() != nullptr) return "double";
-  if (value.get_if<std::string>() != nullptr) return "string";
-  if (value.get_if<Array>() != nullptr) return "array";
-  if (value.get_if<Object>() != nullptr) return "object";
-  if (value.get_if<float>() != nullptr) return "float";
-  if (value.get_if<std::int64_t>() != nullptr) return "int64";
-  if (value.get_if<std::uint64_t>() != nullptr) return "uint64";
-  return "undefined";
+template <typename... Alternatives>
+std::string nameOfHeld(const Value& value) {
+  std::string name = "undefined";
+  ((value.get_if<Alternatives>() != nullptr
+        ? void(name = foundation::json::traits<Alternatives>::name)
+        : void()),
+   ...);
+  return name;
 }
 
 template <typename T>
-const T& read(const Value& value, const char* requested) {
+const T& read(const Value& value) {
   if (const T* held = value.get_if<T>()) return *held;
-  throw Refusal{std::string("invalid conversion: ") + nameOfHeld(value) + " to " + requested};
-}
-
-const std::string& readText(const Value& value) {
-  return read<std::string>(value, "string");
-}
-double readNumber(const Value& value) {
-  return read<double>(value, "double");
-}
-const Array& readArray(const Value& value) {
-  return read<Array>(value, "array");
+  const std::string name = nameOfHeld<foundation::json::Null, bool, double, std::string, Array,
+                                      Object, float, std::int64_t, std::uint64_t>(value);
+  throw Refusal{"invalid conversion: " + name + " to " + foundation::json::traits<T>::name};
 }
 
 const Value* memberOf(const Value& value, const std::string& key) {
@@ -69,7 +58,7 @@ const Value& memberOrUndefined(const Value& value, const std::string& key) {
 /// A member that has to be there, as the host answers for one that is not: it asks its holder to be
 /// an object, which only an Undefined value can become.
 const Value& requiredMember(const Value& holder, const std::string& key) {
-  if (holder.get_if<foundation::json::Undefined>() == nullptr) read<Object>(holder, "object");
+  if (holder.get_if<foundation::json::Undefined>() == nullptr) read<Object>(holder);
   return memberOrUndefined(holder, key);
 }
 
@@ -102,13 +91,13 @@ bool recognizes(const Kind& kind, const Value& json, Records& records) {
   }
   const Value* className = memberOf(json, "className");
   if (className == nullptr) return false;
-  const bool isGenericControl = readText(*className) == kGenericControl;
+  const bool isGenericControl = read<std::string>(*className) == kGenericControl;
   if (kind.rule == Rule::kClassName || !isGenericControl) {
-    return kind.rule != Rule::kTypeWord && readText(*className) == kind.word;
+    return kind.rule != Rule::kTypeWord && read<std::string>(*className) == kind.word;
   }
   const Value& context = memberOrUndefined(json, "context");
-  read<Object>(context, "object");
-  return readText(memberOrUndefined(context, "type")) == kind.word;
+  read<Object>(context);
+  return read<std::string>(memberOrUndefined(context, "type")) == kind.word;
 }
 
 /// Elements as the exporter writes them, read back.
@@ -160,8 +149,8 @@ class Build {
   void create(const std::string& className) { created_.push_back(className); }
 
   void applyFields() {
-    for (const Field& field : kind_.fields) {
-      if (isControl(kind_) && !hasData_ && field.holder == Field::Holder::kData) {
+    for (const FieldSpec& field : kind_.fields) {
+      if (isControl(kind_) && !hasData_ && field.holder == FieldSpec::Holder::kData) {
         createData();
         if (!findData()) return;
       }
@@ -187,9 +176,9 @@ class Build {
     return true;
   }
 
-  void apply(const Field& field) {
+  void apply(const FieldSpec& field) {
     if (field.type == Type::kDefaultLinked) return;
-    const bool inData = isControl(kind_) && field.place == Field::Place::kData;
+    const bool inData = isControl(kind_) && field.place == FieldSpec::Place::kData;
     const Value& holder = inData ? *data_ : json_;
     const Value* found = memberOf(holder, field.key);
     if (found == nullptr) storeInitial(field);
@@ -199,14 +188,14 @@ class Build {
     record(field.set);
   }
 
-  Object& propertiesOf(const Field& field) {
-    if (field.holder == Field::Holder::kNode) return node_;
-    return field.holder == Field::Holder::kPosition ? position_ : record_;
+  Object& propertiesOf(const FieldSpec& field) {
+    if (field.holder == FieldSpec::Holder::kNode) return node_;
+    return field.holder == FieldSpec::Holder::kPosition ? position_ : record_;
   }
 
   /// What is set where a key is missing: in a record that is a value every property, and the anchor
   /// in any case.
-  void storeInitial(const Field& field) {
+  void storeInitial(const FieldSpec& field) {
     if (kind_.shape == Shape::kTask) {
       propertiesOf(field)[field.property] = field.type == Type::kText ? Value("") : Value(0.0);
     } else if (field.type == Type::kAnchor) {
@@ -215,18 +204,18 @@ class Build {
   }
 
   /// A field that nobody tests for.
-  const Value& requiredOf(const Field& field, const Value& holder) const {
+  const Value& requiredOf(const FieldSpec& field, const Value& holder) const {
     if (kind_.shape == Shape::kHeader) return memberOrUndefined(holder, field.key);
     if (kind_.shape == Shape::kGuarded) return requiredMember(holder, field.key);
     return requiredMember(requiredMember(memberOrUndefined(json_, "context"), "data"), field.key);
   }
 
-  void store(const Field& field, const Value& value) {
+  void store(const FieldSpec& field, const Value& value) {
     Object& properties = propertiesOf(field);
     switch (field.type) {
       case Type::kText:
       case Type::kValueType:
-        properties[field.property] = readText(value);
+        properties[field.property] = read<std::string>(value);
         break;
       case Type::kTextOrNothing:
         if (value.get_if<std::string>() != nullptr) properties[field.property] = value;
@@ -238,16 +227,16 @@ class Build {
         break;
       }
       case Type::kNumber:
-        properties[field.property] = readNumber(value);
+        properties[field.property] = read<double>(value);
         break;
       case Type::kColumn:
-        properties[field.property] = column(readNumber(value));
+        properties[field.property] = column(read<double>(value));
         break;
       case Type::kLineCount:
-        properties[field.property] = lineCount(readNumber(value));
+        properties[field.property] = lineCount(read<double>(value));
         break;
       case Type::kFlag:
-        properties[field.property] = read<bool>(value, "bool");
+        properties[field.property] = read<bool>(value);
         break;
       case Type::kItems:
         storeItems(field, value);
@@ -266,25 +255,25 @@ class Build {
     }
   }
 
-  void storeItems(const Field& field, const Value& value) {
+  void storeItems(const FieldSpec& field, const Value& value) {
     // Irregular by contract, wording and place: it comes before the list is read.
     record("Got items ka array");
     Array items;
-    for (const Value& entry : readArray(value)) {
+    for (const Value& entry : read<Array>(value)) {
       record(foundation::json::pretty_print(entry));
       Object& item = addStray("ComboboxItem");
-      item["label"] = readText(memberOrUndefined(entry, "label"));
-      item["item"] = readText(memberOrUndefined(entry, "value"));
+      item["label"] = read<std::string>(memberOrUndefined(entry, "label"));
+      item["item"] = read<std::string>(memberOrUndefined(entry, "value"));
       items.push_back(takeStray());
       record_[field.property] = items;
     }
   }
 
-  void storeItemLabels(const Field& field, const Value& value) {
+  void storeItemLabels(const FieldSpec& field, const Value& value) {
     Array labels;
-    for (const Value& entry : readArray(value)) {
+    for (const Value& entry : read<Array>(value)) {
       Object& label = addStray("ComboboxItemLabel");
-      label["label"] = readText(entry);
+      label["label"] = read<std::string>(entry);
       labels.push_back(takeStray());
       record_[field.property] = labels;
     }
@@ -292,23 +281,23 @@ class Build {
 
   /// An element of its own, in a form that the value type chooses; with its linked variable, for
   /// which nobody tests.
-  void storeDefault(const Field& field, const Value& value) {
+  void storeDefault(const FieldSpec& field, const Value& value) {
     const auto type = record_.find("valueType");
     const bool isNumber = type != record_.end() && type->second == Value("Double");
     Object& element = addStray(isNumber ? "DoubleDefaultValueData" : "StringDefaultValueData");
     if (!isNumber) {
-      element["defaultValue"] = readText(value);
+      element["defaultValue"] = read<std::string>(value);
     } else if (value.get_if<double>() != nullptr) {
       element["defaultValue"] = value;
     }
     element["defaultLinkedVariable"] =
-        readText(requiredMember(*data_, "defaultValueLinkedVariable"));
+        read<std::string>(requiredMember(*data_, "defaultValueLinkedVariable"));
     record_[field.property] = takeStray();
   }
 
-  void buildChildren(const Field& field, const Value& value) {
+  void buildChildren(const FieldSpec& field, const Value& value) {
     Array children;
-    for (const Value& each : readArray(value)) {
+    for (const Value& each : read<Array>(value)) {
       const Outcome answer = expectedAnswer(taskKind(), each);
       for (const std::string& text : answer.records) record(text);
       if (!answer.error.empty()) throw Refusal{answer.error};
@@ -340,17 +329,8 @@ class Build {
   Array elements() const {
     if (!hasNode_) return {};
     Object node = node_;
-    node["class"] = nodeClass(kind_.node);
-    if (isControl(kind_)) {
-      Object position = position_;
-      position["class"] = nodeClass("LumoControlPosition");
-      node["position"] = position;
-    }
-    if (hasData_) {
-      Object record = record_;
-      record["class"] = recordClass(kind_.record);
-      node[kind_.slot] = record;
-    }
+    if (isControl(kind_)) node["position"] = position_;
+    if (hasData_) node[kind_.slot] = record_;
     Array all = {node};
     all.insert(all.end(), strays_.begin(), strays_.end());
     return all;
@@ -371,9 +351,9 @@ class Build {
   const Value* data_ = &kUndefined;
   Records records_;
   std::vector<std::string> created_;
-  Object node_;
-  Object position_;
-  Object record_;
+  Object node_{{"class", nodeClass(kind_.node)}};
+  Object position_{{"class", nodeClass("LumoControlPosition")}};
+  Object record_{{"class", recordClass(kind_.record)}};
   bool hasNode_ = false;
   bool hasData_ = false;
   Array strays_;  // made, and contained in nothing yet

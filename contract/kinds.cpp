@@ -8,47 +8,48 @@ namespace contract {
 
 namespace {
 
-using Fields = std::vector<Field>;
+using Fields = std::vector<FieldSpec>;
 using Values = std::vector<std::string>;
 
 /// A key of "data" with a log record before it is read and one after it is set.
-Field pair(const std::string& key, Type type, const std::string& property,
-           const std::string& subject, Usage usage = {}) {
-  Field field{key, type, property, "Found the " + subject + " property",
-              "Set the " + subject + " property"};
+FieldSpec pair(const std::string& key, Type type, const std::string& property,
+               const std::string& subject, Usage usage = {}) {
+  FieldSpec field{key, type, property, "Found the " + subject + " property",
+                  "Set the " + subject + " property"};
   field.usage = std::move(usage);
   return field;
 }
 
 /// The same for a key whose name is that of the property and stands in the records, too.
-Field pair(const std::string& key, Type type, Usage usage = {}) {
+FieldSpec pair(const std::string& key, Type type, Usage usage = {}) {
   return pair(key, type, key, key, std::move(usage));
 }
 
-Field silent(const std::string& key, Type type, const std::string& property, Field::Holder holder) {
-  Field field{key, type, property, "", ""};
-  field.place = Field::Place::kObject;
+FieldSpec silent(const std::string& key, Type type, const std::string& property,
+                 FieldSpec::Holder holder) {
+  FieldSpec field{key, type, property, "", ""};
+  field.place = FieldSpec::Place::kObject;
   field.holder = holder;
   return field;
 }
 
-Field defaultValue(Type type, Usage usage = {80}) {
+FieldSpec defaultValue(Type type, Usage usage = {80}) {
   return pair("defaultValue", type, std::move(usage));
 }
 
-Field defaultLinkedVariable() {
+FieldSpec defaultLinkedVariable() {
   return pair("defaultValueLinkedVariable", Type::kText, "defaultLinkedVariable",
               "defaultValueLinkedVariable", {40});
 }
 
 /// What every control carries, in front of a kind's own fields.
 Fields withCommon(Fields own) {
-  Field code = pair("text", Type::kText, "code", "code", {80, {}, 6});
-  code.place = Field::Place::kObject;
+  FieldSpec code = pair("text", Type::kText, "code", "code", {80, {}, 6});
+  code.place = FieldSpec::Place::kObject;
   Fields fields = {
-      silent("startColumn", Type::kColumn, "startColumn", Field::Holder::kPosition),
-      silent("endColumn", Type::kColumn, "endColumn", Field::Holder::kPosition),
-      silent("controlId", Type::kTextOrNothing, "id", Field::Holder::kNode),
+      silent("startColumn", Type::kColumn, "startColumn", FieldSpec::Holder::kPosition),
+      silent("endColumn", Type::kColumn, "endColumn", FieldSpec::Holder::kPosition),
+      silent("controlId", Type::kTextOrNothing, "id", FieldSpec::Holder::kNode),
       pair("executionModel", Type::kText,
            {70, {R"("section")", R"("document")", R"("none")", R"("toEnd")"}}),
       // The one key means two things: the label in "data", the line's code on the object.
@@ -63,8 +64,8 @@ Fields flagFields() {
   return {defaultValue(Type::kFlag), defaultLinkedVariable()};
 }
 
-Fields numericFields(const Field& defaultValue) {
-  Field maximumLinkedVariable =
+Fields numericFields(const FieldSpec& defaultValue) {
+  FieldSpec maximumLinkedVariable =
       pair("maxLinkedVariable", Type::kText, "maximumLinkedVariable", "maxLinkedVariable", {20});
   // Irregular by contract: the found-record comes twice.
   maximumLinkedVariable.set = maximumLinkedVariable.found;
@@ -85,7 +86,7 @@ Fields numericFields(const Field& defaultValue) {
 /// A format that is read without a test, and the default value.
 Fields formatFields(const std::string& key, const std::string& set, const Values& formats,
                     Usage defaults) {
-  Field format{key, Type::kText, key, "", set};
+  FieldSpec format{key, Type::kText, key, "", set};
   format.required = true;
   format.usage.values = formats;
   return {format, defaultValue(Type::kText, std::move(defaults))};
@@ -104,9 +105,9 @@ Fields comboboxFields() {
 }
 
 Fields editFieldFields() {
-  Field value{"defaultValue", Type::kDefault, "defaultValueData",
-              // Irregular by contract: named after the element here, after the key there.
-              "Found the defaultValueData property", "Set the defaultValue property"};
+  FieldSpec value{"defaultValue", Type::kDefault, "defaultValueData",
+                  // Irregular by contract: named after the element here, after the key there.
+                  "Found the defaultValueData property", "Set the defaultValue property"};
   value.usage.words = 2;
   return {
       pair("valueType", Type::kValueType, {100, {R"("String")", R"("Date")"}}),
@@ -118,13 +119,13 @@ Fields editFieldFields() {
 Fields taskFields() {
   const auto field = [](const std::string& key, Type type, const std::string& property,
                         Usage usage) {
-    Field result = silent(key, type, property, Field::Holder::kData);
+    FieldSpec result = silent(key, type, property, FieldSpec::Holder::kData);
     result.found = "Setting the " + key + " property";
     result.usage = std::move(usage);
     return result;
   };
-  Field id = field("instanceId", Type::kText, "id", {});
-  id.holder = Field::Holder::kNode;
+  FieldSpec id = field("instanceId", Type::kText, "id", {});
+  id.holder = FieldSpec::Holder::kNode;
   return {
       id,
       field("taskID", Type::kText, "taskId", {}),
@@ -145,9 +146,9 @@ Fields taskFields() {
 }
 
 Fields headerFields() {
-  Field children = silent("children", Type::kChildren, "children", Field::Holder::kNode);
+  FieldSpec children = silent("children", Type::kChildren, "children", FieldSpec::Holder::kNode);
   children.required = true;
-  return {silent("anchorId", Type::kAnchor, "anchorId", Field::Holder::kNode), children};
+  return {silent("anchorId", Type::kAnchor, "anchorId", FieldSpec::Holder::kNode), children};
 }
 
 /// A kind, put together part by part.
@@ -158,21 +159,17 @@ class Described {
     kind_.builder = std::move(builder);
   }
 
-  Described& claims(Rule rule, std::string word) {
+  /// @param asked the log record of a recognition.
+  Described& claims(Rule rule, std::string word, std::string asked) {
     kind_.rule = rule;
     kind_.word = std::move(word);
+    kind_.asked = std::move(asked);
     return *this;
   }
-  Described& asks(std::string record) {
-    kind_.asked = std::move(record);
-    return *this;
-  }
-  Described& starts(std::string record) {
-    kind_.start = std::move(record);
-    return *this;
-  }
-  Described& makes(std::string node) {
+  /// @param start the log record at the start of a build.
+  Described& makes(std::string node, std::string start) {
     kind_.node = std::move(node);
+    kind_.start = std::move(start);
     return *this;
   }
   Described& keeps(std::string record, std::string slot) {
@@ -208,41 +205,31 @@ const std::vector<Kind>& kinds() {
   // The texts stand whole: people search for them.
   static const std::vector<Kind> all = {
       Described("button", "ButtonBuilderImpl")
-          .claims(Rule::kTypeWordOrClassName, "button")
-          .asks("Checking if can build Button")
-          .starts("Starting to build a Button using the incoming JSON below")
-          .makes("ButtonNode")
+          .claims(Rule::kTypeWordOrClassName, "button", "Checking if can build Button")
+          .makes("ButtonNode", "Starting to build a Button using the incoming JSON below")
           .keeps("ButtonData", "buttonData")
           .reads(Shape::kUnguarded, withCommon({})),
       Described("check box", "CheckBoxBuilderImpl")
-          .claims(Rule::kTypeWord, "checkBox")
-          .asks("Checking if can build CheckBox")
-          .starts("Starting to build a CheckBox using the incoming JSON below")
-          .makes("CheckBoxNode")
+          .claims(Rule::kTypeWord, "checkBox", "Checking if can build CheckBox")
+          .makes("CheckBoxNode", "Starting to build a CheckBox using the incoming JSON below")
           .keeps("CheckboxData", "checkBoxData")
           .reads(Shape::kGuarded, withCommon(flagFields())),
       Described("colour picker", "ColorPickerBuilderImpl")
-          .claims(Rule::kClassName, "ColorPickerControlNode")
-          .asks("Checking if can build ColorPicker")
-          .starts("Starting to build a ColorPicker using the incoming JSON below")
-          .makes("ColorPickerNode")
+          .claims(Rule::kClassName, "ColorPickerControlNode", "Checking if can build ColorPicker")
+          .makes("ColorPickerNode", "Starting to build a ColorPicker using the incoming JSON below")
           .keeps("ColorPickerData", "colorPickerData")
           .reads(Shape::kGuarded,
                  withCommon(formatFields("colorFormat", kSetFormat,
                                          {R"("hex")", R"("rgb")", R"("name")"},
                                          {80, {R"("#0072b2")", R"("[0.25 0.5 1]")", R"("red")"}}))),
       Described("combo box", "ComboboxBuilderImpl")
-          .claims(Rule::kTypeWord, "comboBox")
-          .asks("Checking if can build ComboBox")
-          .starts("Starting to build a comboBoxNode using the incoming JSON below")
-          .makes("ComboboxNode")
+          .claims(Rule::kTypeWord, "comboBox", "Checking if can build ComboBox")
+          .makes("ComboboxNode", "Starting to build a comboBoxNode using the incoming JSON below")
           .keeps("ComboboxData", "comboBoxData")
           .reads(Shape::kGuarded, withCommon(comboboxFields())),
       Described("date picker", "DatePickerBuilderImpl")
-          .claims(Rule::kHostClassName, "DatePickerControlNode")
-          .asks("Checking if can build DatePicker")
-          .starts("Starting to build a DatePicker using the incoming JSON below")
-          .makes("DatePickerNode")
+          .claims(Rule::kHostClassName, "DatePickerControlNode", "Checking if can build DatePicker")
+          .makes("DatePickerNode", "Starting to build a DatePicker using the incoming JSON below")
           .keeps("DatePickerData", "datePickerData")
           .reads(Shape::kGuarded,
                  withCommon(formatFields(
@@ -250,62 +237,49 @@ const std::vector<Kind>& kinds() {
                      {R"("yyyy-MM-dd")", R"("dd.MM.yyyy HH:mm")", R"("MM/dd")"},
                      {80, {R"("2026-03-01")", R"("01.03.2026 12:00")", R"("03/01")"}}))),
       Described("edit field", "EditFieldBuilderImpl")
-          .claims(Rule::kTypeWord, "editField")
           // Irregular by contract: the edit field asks in the combo box's words.
-          .asks("Checking if can build ComboBox")
-          .starts("Starting to build a editFieldNode using the incoming JSON below")
-          .makes("EditFieldNode")
+          .claims(Rule::kTypeWord, "editField", "Checking if can build ComboBox")
+          .makes("EditFieldNode", "Starting to build a editFieldNode using the incoming JSON below")
           .keeps("EditFieldData", "editFieldData")
           .reads(Shape::kGuarded, withCommon(editFieldFields())),
       Described("file browser", "FileBrowserBuilderImpl")
-          .claims(Rule::kClassName, "FileBrowserControlNode")
-          .asks("Checking if can build FileBrowser")
-          .starts("Starting to build a FileBrowser using the incoming JSON below")
-          .makes("FileBrowserNode")
+          .claims(Rule::kClassName, "FileBrowserControlNode", "Checking if can build FileBrowser")
+          .makes("FileBrowserNode", "Starting to build a FileBrowser using the incoming JSON below")
           .keeps("FileBrowserData", "fileBrowserData")
           .reads(Shape::kUnguarded,
                  withCommon(formatFields("browserType", "Set the browserType property",
                                          {R"("file")", R"("folder")"}, {80, {}, 3}))),
       Described("task header", "LumoTaskHeaderBuilderImpl")
-          .claims(Rule::kHostClassName, "LumoAppLineNode")
-          .asks("Checking if can build LumoAppLineNode")
-          .starts("Starting to build a LumoAppLineNode")
-          .makes("LumoAppLineNode")
+          .claims(Rule::kHostClassName, "LumoAppLineNode", "Checking if can build LumoAppLineNode")
+          .makes("LumoAppLineNode", "Starting to build a LumoAppLineNode")
           .reads(Shape::kHeader, headerFields()),
       Described("task", "LumoTaskIntegratedInlineNodeBuilderImpl")
-          .claims(Rule::kClassName, "LumoAppIntegratedInlineNode")
-          .asks("Checking if can build LumoAppIntegratedInline")
-          .starts("Starting to build a LumoAppIntegratedNode")
-          .makes("LumoAppIntegratedInlineNode")
+          .claims(Rule::kClassName, "LumoAppIntegratedInlineNode",
+                  "Checking if can build LumoAppIntegratedInline")
+          .makes("LumoAppIntegratedInlineNode", "Starting to build a LumoAppIntegratedNode")
           .keeps("LumoTaskData", "lumoTaskData")
           .reads(Shape::kTask, taskFields()),
       Described("range slider", "RangeSliderNodeBuilderImpl")
-          .claims(Rule::kClassName, "RangeSliderControlNode")
-          .asks("Checking if can build RangeSliderNode")
-          .starts("Starting to build a RangeSliderNode using the incoming JSON below")
-          .makes("RangeSliderNode")
+          .claims(Rule::kClassName, "RangeSliderControlNode",
+                  "Checking if can build RangeSliderNode")
+          .makes("RangeSliderNode",
+                 "Starting to build a RangeSliderNode using the incoming JSON below")
           .keeps("RangeSliderData", "rangeSliderData")
           .reads(Shape::kGuarded, withCommon(numericFields(defaultValue(
                                       Type::kText, {80, {R"("[2 8]")", R"("[0.25 0.75]")"}})))),
       Described("slider", "SliderNodeBuilderImpl")
-          .claims(Rule::kTypeWord, "slider")
-          .asks("Checking if can build SliderNode")
-          .starts("Starting to build a SliderNode using the incoming JSON below")
-          .makes("SliderNode")
+          .claims(Rule::kTypeWord, "slider", "Checking if can build SliderNode")
+          .makes("SliderNode", "Starting to build a SliderNode using the incoming JSON below")
           .keeps("SliderData", "sliderData")
           .reads(Shape::kGuarded, withCommon(numericFields(defaultValue(Type::kNumber)))),
       Described("spinner", "SpinnerNodeBuilderImpl")
-          .claims(Rule::kClassName, "SpinnerControlNode")
-          .asks("Checking if can build SpinnerNode")
-          .starts("Starting to build a SpinnerNode using the incoming JSON below")
-          .makes("SpinnerNode")
+          .claims(Rule::kClassName, "SpinnerControlNode", "Checking if can build SpinnerNode")
+          .makes("SpinnerNode", "Starting to build a SpinnerNode using the incoming JSON below")
           .keeps("SpinnerData", "spinnerData")
           .reads(Shape::kGuarded, withCommon(numericFields(defaultValue(Type::kNumber)))),
       Described("state button", "StateButtonBuilderImpl")
-          .claims(Rule::kClassName, "StateButtonControlNode")
-          .asks("Checking if can build StateButton")
-          .starts("Starting to build a StateButton using the incoming JSON below")
-          .makes("StateButtonNode")
+          .claims(Rule::kClassName, "StateButtonControlNode", "Checking if can build StateButton")
+          .makes("StateButtonNode", "Starting to build a StateButton using the incoming JSON below")
           .keeps("StateButtonData", "stateButtonData")
           .reads(Shape::kGuarded, withCommon(flagFields())),
   };

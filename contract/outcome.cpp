@@ -1,12 +1,9 @@
 #include "contract/outcome.hpp"
 
 #include <algorithm>
-#include <boost/log/attributes/value_extraction.hpp>
+#include <boost/log/attributes/attribute_value_set.hpp>
 #include <boost/log/core/core.hpp>
-#include <boost/log/core/record_view.hpp>
-#include <boost/log/sinks/basic_sink_backend.hpp>
-#include <boost/log/sinks/unlocked_frontend.hpp>
-#include <boost/make_shared.hpp>
+#include <cstddef>
 #include <cstring>
 #include <optional>
 #include <stdexcept>
@@ -51,21 +48,49 @@ void run(const Call& call, const Value& json, bool logged, Outcome& outcome) {
   if (!areSame(json, before)) outcome.offences.emplace_back("the value is changed");
 }
 
-/// Calls back with the text of every record while it is written.
-class Watch : public boost::log::sinks::basic_sink_backend<boost::log::sinks::concurrent_feeding> {
- public:
-  explicit Watch(std::function<void(const std::string&)> see) : see_(std::move(see)) {}
-  void consume(const boost::log::record_view& record) {
-    see_(*boost::log::extract<std::string>("Message", record));
-  }
-
- private:
-  std::function<void(const std::string&)> see_;
-};
-
 void writeList(std::ostream& stream, const char* title, const std::vector<std::string>& lines) {
   stream << "\n  " << title << ":";
   for (const std::string& line : lines) stream << "\n    " << line;
+}
+
+/// The qualified names of the classes of a model's elements, in the order in which they were made.
+std::vector<std::string> classesIn(const gx::zero::Model& model) {
+  std::vector<std::string> classes;
+  for (const auto& element : model.get()->getElements()) {
+    const std::u16string& name = element->metaClass().get()->getQualifiedName();
+    classes.emplace_back(name.begin(), name.end());  // of ASCII letters
+  }
+  return classes;
+}
+
+Outcome answer(const AnyBuilder& builder, const Value& json, bool logged) {
+  Outcome outcome;
+  run([&] { outcome.claims = builder.canBuild(json); }, json, logged, outcome);
+  return outcome;
+}
+
+Outcome build(const AnyBuilder& builder, const Value& json, bool logged) {
+  const gx::zero::Model model = gx::zero::Model::create();
+  Outcome outcome;
+  const auto promise = [&outcome](bool kept, const char* broken) {
+    if (!kept) outcome.offences.emplace_back(broken);
+  };
+  const auto call = [&] {
+    const document::gxzero::Node node = builder.build(model, json);
+    promise(static_cast<bool>(node), "there is no node");
+    if (!node) return;
+    promise(node.get()->getHandleCount() == 1, "the node is held more than once");
+    promise(model.get()->getHeldElementCount() == 1, "another element is held");
+    promise(model.get()->getElements().front().get() == node.get(), "the node is not made first");
+  };
+  run(call, json, logged, outcome);
+  promise(model.get()->getHeldElementCount() == 0, "a handle is left");
+  for (const auto& element : model.get()->getElements()) {
+    promise(element->getRequestedUuid().is_nil(), "an element is not asked for with the nil uuid");
+  }
+  outcome.roots = rootsOf(model);
+  outcome.created = classesIn(model);
+  return outcome;
 }
 
 }  // namespace
@@ -115,61 +140,35 @@ Value::Array rootsOf(const gx::zero::Model& model) {
   return roots;
 }
 
-std::vector<std::string> classesIn(const gx::zero::Model& model) {
-  std::vector<std::string> classes;
-  for (const auto& element : model.get()->getElements()) {
-    const std::u16string& name = element->metaClass().get()->getQualifiedName();
-    std::string& ascii = classes.emplace_back();
-    for (const char16_t unit : name) ascii += static_cast<char>(unit);
-  }
-  return classes;
+Outcome answerOf(const AnyBuilder& builder, const Value& json) {
+  return answer(builder, json, true);
+}
+Outcome buildOf(const AnyBuilder& builder, const Value& json) {
+  return build(builder, json, true);
+}
+Outcome silentAnswerOf(const AnyBuilder& builder, const Value& json) {
+  return answer(builder, json, false);
+}
+Outcome silentBuildOf(const AnyBuilder& builder, const Value& json) {
+  return build(builder, json, false);
 }
 
-namespace detail {
-
-Outcome answerOf(const Ask& ask, const Value& json, bool logged) {
-  Outcome outcome;
-  run([&] { outcome.claims = ask(json); }, json, logged, outcome);
-  return outcome;
-}
-
-Outcome buildOf(const Build& build, const Value& json, bool logged) {
+std::vector<Step> stepsOf(const AnyBuilder& builder, const Value& json) {
   const gx::zero::Model model = gx::zero::Model::create();
+  std::vector<Value::Array> roots;
+  const auto look = [&](const boost::log::attribute_value_set&) {
+    roots.push_back(rootsOf(model));
+    return true;
+  };
   Outcome outcome;
-  const auto promise = [&outcome](bool kept, const char* broken) {
-    if (!kept) outcome.offences.emplace_back(broken);
-  };
-  const auto call = [&] {
-    const document::gxzero::Node node = build(model, json);
-    promise(static_cast<bool>(node), "there is no node");
-    if (!node) return;
-    promise(node.get()->getHandleCount() == 1, "the node is held more than once");
-    promise(model.get()->getHeldElementCount() == 1, "another element is held");
-    promise(model.get()->getElements().front().get() == node.get(), "the node is not made first");
-  };
-  run(call, json, logged, outcome);
-  promise(model.get()->getHeldElementCount() == 0, "a handle is left");
-  for (const auto& element : model.get()->getElements()) {
-    promise(element->getRequestedUuid().is_nil(), "an element is not asked for with the nil uuid");
-  }
-  outcome.roots = rootsOf(model);
-  outcome.created = classesIn(model);
-  return outcome;
-}
-
-std::vector<Step> stepsOf(const Build& build, const Value& json) {
-  const gx::zero::Model model = gx::zero::Model::create();
+  boost::log::core::get()->set_filter(look);  // is asked whenever a record is opened
+  run([&] { builder.build(model, json); }, json, true, outcome);
+  boost::log::core::get()->reset_filter();
   std::vector<Step> steps;
-  const auto sink = boost::make_shared<boost::log::sinks::unlocked_sink<Watch>>(
-      boost::make_shared<Watch>([&](const std::string& record) {
-        steps.push_back({record, rootsOf(model)});
-      }));
-  boost::log::core::get()->add_sink(sink);
-  Outcome outcome;
-  run([&] { build(model, json); }, json, true, outcome);
-  boost::log::core::get()->remove_sink(sink);
+  for (std::size_t step = 0; step < outcome.records.size(); ++step) {
+    steps.push_back({outcome.records[step], roots.at(step)});
+  }
   return steps;
 }
 
-}  // namespace detail
 }  // namespace contract

@@ -24,12 +24,12 @@ Object& dataOf(const Kind& kind, Value& object) {
   return *(*members["context"].get_if<Object>())["data"].get_if<Object>();
 }
 
-Object& placeOf(const Kind& kind, const Field& field, Value& object) {
-  return field.place == Field::Place::kData ? dataOf(kind, object) : *object.get_if<Object>();
+Object& placeOf(const Kind& kind, const FieldSpec& field, Value& object) {
+  return field.place == FieldSpec::Place::kData ? dataOf(kind, object) : *object.get_if<Object>();
 }
 
 /// A value that a field takes. The default value's form is the numeric one if that is asked for.
-Value valueFor(const Field& field, bool numeric) {
+Value valueFor(const FieldSpec& field, bool numeric) {
   switch (field.type) {
     case Type::kNumber:
       return 2.5;
@@ -61,7 +61,7 @@ Value valueFor(const Field& field, bool numeric) {
 
 Value wholeObject(const Kind& kind, bool numeric) {
   Value object = emptyObject(kind);
-  for (const Field& field : kind.fields) {
+  for (const FieldSpec& field : kind.fields) {
     placeOf(kind, field, object)[field.key] = valueFor(field, numeric);
   }
   return object;
@@ -69,91 +69,70 @@ Value wholeObject(const Kind& kind, bool numeric) {
 
 bool hasForms(const Kind& kind) {
   return std::any_of(kind.fields.begin(), kind.fields.end(),
-                     [](const Field& field) { return field.type == Type::kDefault; });
+                     [](const FieldSpec& field) { return field.type == Type::kDefault; });
+}
+
+Array listOf(const std::string& json) {
+  return *reference_host::json::parse(json).get_if<Array>();
+}
+
+/// Texts at the edges, for the host's anchor as well.
+Array edgesOfText() {
+  Array edges = listOf(R"(["", "Größe \ud83d\ude80", " a ", "a\u0000b", "M_", "M", "M_a", "m_a",
+                           "xM_", "2"])");
+  edges.emplace_back(std::string(1000, 'x'));
+  return edges;
+}
+
+/// Numbers at the edges of 16, 32, 53 and 64 bits.
+Array edgesOfNumber() {
+  using Limits = std::numeric_limits<double>;
+  Array edges = listOf(R"([0, -0, 1, -1, 0.1, -7.25, 3.9, -0.9, -1.9, 12.9,
+                           32768, 65535, 65535.9, 65536, 70000, -65536,
+                           2147483647.5, 2147483648, -2147483648.5, -2147483649, 1e10, -1e20,
+                           9007199254740991, 9223372036854774784, 9223372036854775808,
+                           18446744073709549568, 18446744073709551616,
+                           -9223372036854775808, -9223372036854777856])");
+  edges.insert(edges.end(), {Limits::max(), Limits::lowest(), Limits::denorm_min(),
+                             Limits::infinity(), -Limits::infinity(), Limits::quiet_NaN()});
+  return edges;
 }
 
 /// Values at the edges of a type: right ones, and lists with wrong entries.
-std::vector<Value> edgesOf(Type type) {
-  using Limits = std::numeric_limits<double>;
-  static const std::vector<Value> texts = {
-      "",  "Größe \xF0\x9F\x9A\x80", " a ", std::string("a\0b", 3), "M_", "M", "M_a", "m_a", "xM_",
-      "2", std::string(1000, 'x')};
-  static const std::vector<Value> numbers = {0.0,
-                                             -0.0,
-                                             1.0,
-                                             -1.0,
-                                             0.1,
-                                             -7.25,
-                                             3.9,
-                                             -0.9,
-                                             -1.9,
-                                             12.9,
-                                             32768.0,
-                                             65535.,
-                                             65535.9,
-                                             65536.0,
-                                             70000.0,
-                                             -65536.0,
-                                             2147483647.5,
-                                             2147483648.0,
-                                             -2147483648.5,
-                                             -2147483649.0,
-                                             1e10,
-                                             -1e20,
-                                             9007199254740991.0,
-                                             9223372036854774784.0,
-                                             9223372036854775808.0,
-                                             18446744073709549568.0,
-                                             18446744073709551616.0,
-                                             -9223372036854775808.0,
-                                             -9223372036854777856.0,
-                                             Limits::max(),
-                                             Limits::lowest(),
-                                             Limits::denorm_min(),
-                                             Limits::infinity(),
-                                             -Limits::infinity(),
-                                             Limits::quiet_NaN()};
-  const auto item = [](const Value& label, const Value& value) {
-    return Value(Object{{"label", label}, {"value", value}});
-  };
-  std::vector<Value> edges;
+Array edgesOf(Type type) {
+  Array edges;
   switch (type) {
     case Type::kNumber:
     case Type::kColumn:
     case Type::kLineCount:
-      return numbers;
+      return edgesOfNumber();
     case Type::kFlag:
       return {false, true};
     case Type::kValueType:
-      edges = texts;
-      for (const char* word : {"Double", "double", "DOUBLE", "Doubl", "Double ", " Double",
-                               "Doubles", "Number", "String"}) {
-        edges.emplace_back(word);
-      }
-      edges.emplace_back(std::string("Double\0", 7));
-      return edges;
+      return listOf(R"(["", "Double", "double", "DOUBLE", "Doubl", "Double ", " Double", "Doubles",
+                        "Double\u0000", "Number", "String"])");
     case Type::kDefault:
-      edges = texts;
-      edges.insert(edges.end(), numbers.begin(), numbers.end());
-      return edges;
+      edges = edgesOfNumber();
+      break;
     case Type::kItems:
-      edges = {Array{},
-               Array{item("Z", "1"), item("A", "2")},
-               Array{item("A", "x"), item("A", "x")},
-               Array{item("", "")},
-               Array{Object{{"label", "A"}}},
-               Array{Object{{"value", "A"}}},
-               Array{Object{{"item", 7.0}, {"label", "A"}, {"value", "x"}}},
-               Array{item("A", "x"), Object{{"label", "B"}}, item("C", "z")}};
-      for (const Alternative& each : alternatives()) {
-        edges.insert(edges.end(), {Array{each.value}, Array{item(each.value, "x")},
-                                   Array{item("A", each.value)}});
+      edges = listOf(R"([[],
+          [{"label":"Z","value":"1"}, {"label":"A","value":"2"}],
+          [{"label":"A","value":"x"}, {"label":"A","value":"x"}],
+          [{"label":"","value":""}],
+          [{"label":"A"}],
+          [{"value":"A"}],
+          [{"item":7,"label":"A","value":"x"}],
+          [{"label":"A","value":"x"}, {"label":"B"}, {"label":"C","value":"z"}]])");
+      for (const Sample& each : alternatives()) {
+        edges.insert(edges.end(),
+                     {Array{each.json}, Array{Object{{"label", each.json}, {"value", "x"}}},
+                      Array{Object{{"label", "A"}, {"value", each.json}}}});
       }
       return edges;
     case Type::kItemLabels:
-      edges = {Array{}, Array{"c", "a", "b"}, Array{"a", "a"}};
-      for (const Alternative& each : alternatives()) {
-        edges.insert(edges.end(), {Array{each.value}, Array{"a", each.value, "c"}});
+      edges = listOf(R"([[], ["c","a","b"], ["a","a"]])");
+      for (const Sample& each : alternatives()) {
+        edges.insert(edges.end(), {Array{each.json}, Array{"a", each.json, "c"}});
       }
       return edges;
     case Type::kChildren: {
@@ -162,7 +141,7 @@ std::vector<Value> edgesOf(Type type) {
       edges = {Array{}, Array{task, task}, Array{task, failing, task},
                Array{Object{{"className", 7.0}}, task}};
       for (const Kind& kind : kinds()) edges.push_back(Array{task, emptyObject(kind)});
-      for (const Alternative& each : alternatives()) edges.push_back(Array{each.value, task});
+      for (const Sample& each : alternatives()) edges.push_back(Array{each.json, task});
       return edges;
     }
     case Type::kText:
@@ -171,7 +150,9 @@ std::vector<Value> edgesOf(Type type) {
     case Type::kDefaultLinked:
       break;
   }
-  return texts;
+  const Array texts = edgesOfText();
+  edges.insert(edges.end(), texts.begin(), texts.end());
+  return edges;
 }
 
 /// Collects the samples of one kind.
@@ -183,10 +164,10 @@ class Collector {
     add("empty", emptyObject(kind_));
     for (const Sample& whole : wholeObjects(kind_)) {
       samples_.push_back(whole);
-      for (const Field& field : kind_.fields) addChangesOf(whole, field);
+      for (const FieldSpec& field : kind_.fields) addChangesOf(whole, field);
       if (isControl(kind_)) addContexts(whole.json);
     }
-    for (const Field& field : kind_.fields) {
+    for (const FieldSpec& field : kind_.fields) {
       Value alone = emptyObject(kind_);
       placeOf(kind_, field, alone)[field.key] = valueFor(field, false);
       add("alone: " + field.key, alone);
@@ -203,7 +184,7 @@ class Collector {
     samples_.push_back({description, std::move(json)});
   }
 
-  void addChangesOf(const Sample& whole, const Field& field) {
+  void addChangesOf(const Sample& whole, const FieldSpec& field) {
     const auto addWith = [&](const std::string& description, const Value& value) {
       Value changed = whole.json;
       placeOf(kind_, field, changed)[field.key] = value;
@@ -212,7 +193,7 @@ class Collector {
     Value without = whole.json;
     placeOf(kind_, field, without).erase(field.key);
     add(whole.description + " without " + field.key, without);
-    for (const Alternative& each : alternatives()) addWith("of type " + each.name, each.value);
+    for (const Sample& each : alternatives()) addWith("of type " + each.description, each.json);
     std::size_t number = 0;
     for (const Value& edge : edgesOf(field.type)) {
       addWith("at an edge, " + std::to_string(++number), edge);
@@ -229,11 +210,11 @@ class Collector {
     addChanged("no context", [](Object& members) { members.erase("context"); });
     addChanged("no data",
                [](Object& members) { members["context"].get_if<Object>()->erase("data"); });
-    for (const Alternative& other : alternatives()) {
-      addChanged("context of type " + other.name,
-                 [&](Object& members) { members["context"] = other.value; });
-      addChanged("data of type " + other.name,
-                 [&](Object& members) { members["context"]["data"] = other.value; });
+    for (const Sample& other : alternatives()) {
+      addChanged("context of type " + other.description,
+                 [&](Object& members) { members["context"] = other.json; });
+      addChanged("data of type " + other.description,
+                 [&](Object& members) { members["context"]["data"] = other.json; });
     }
   }
 
@@ -243,7 +224,7 @@ class Collector {
     Value object = wholeObjects(kind_).front().json;
     std::set<std::string> names = {"label", "code", "min", "max", "id", "position", "unknown"};
     for (const Kind& kind : kinds()) {
-      for (const Field& field : kind.fields) names.insert({field.key, field.property});
+      for (const FieldSpec& field : kind.fields) names.insert({field.key, field.property});
     }
     std::vector<Object*> places = {object.get_if<Object>(), &dataOf(kind_, object)};
     if (isControl(kind_)) places.push_back((*places.front())["context"].get_if<Object>());
@@ -257,10 +238,10 @@ class Collector {
     if (!isControl(kind_)) return;
     Value object = emptyObject(kind_);
     Object& members = *object.get_if<Object>();
-    for (const Field& field : kind_.fields) {
+    for (const FieldSpec& field : kind_.fields) {
       (*members["context"].get_if<Object>())[field.key] = valueFor(field, false);
       if (field.key == "text") continue;  // a key of both places
-      Object& wrong = field.place == Field::Place::kData ? members : dataOf(kind_, object);
+      Object& wrong = field.place == FieldSpec::Place::kData ? members : dataOf(kind_, object);
       wrong[field.key] = valueFor(field, false);
     }
     add("keys in the wrong place", object);
@@ -293,8 +274,8 @@ class Collector {
 
 }  // namespace
 
-const std::vector<Alternative>& alternatives() {
-  static const std::vector<Alternative> all = {
+const std::vector<Sample>& alternatives() {
+  static const std::vector<Sample> all = {
       {"undefined", Value()},
       {"null", Value(foundation::json::Null())},
       {"bool", Value(true)},
@@ -307,14 +288,6 @@ const std::vector<Alternative>& alternatives() {
       {"uint64", Value(std::uint64_t{1})},
   };
   return all;
-}
-
-std::vector<Alternative> alternativesExcept(const std::string& name) {
-  std::vector<Alternative> others;
-  for (const Alternative& alternative : alternatives()) {
-    if (alternative.name != name) others.push_back(alternative);
-  }
-  return others;
 }
 
 Value emptyObject(const Kind& kind) {
@@ -361,21 +334,20 @@ std::vector<Sample> samplesOf(const Kind& kind) {
 std::vector<Sample> strangers() {
   std::vector<Sample> samples = {
       {"an empty object", Object()},
-      {"an object without class name", Object{{"context", Object{{"type", "button"}}}}},
       {"an empty class name", Object{{"className", ""}}},
       {"a longer key", Object{{"className2", "button"}}},
-      {"another node", Object{{"className", "ParagraphNode"}, {"context", Object()}}},
       {"a generic control without context", Object{{"className", kGenericControl}}},
       {"a generic control without type",
        Object{{"className", kGenericControl}, {"context", Object()}}},
   };
-  for (const Alternative& each : alternatives()) {
-    samples.push_back({"no node: " + each.name, each.value});
-    samples.push_back({"class name: " + each.name, Object{{"className", each.value}}});
+  for (const Sample& each : alternatives()) {
+    samples.push_back({"no node: " + each.description, each.json});
+    samples.push_back({"class name: " + each.description, Object{{"className", each.json}}});
+    samples.push_back({"context: " + each.description,
+                       Object{{"className", kGenericControl}, {"context", each.json}}});
     samples.push_back(
-        {"context: " + each.name, Object{{"className", kGenericControl}, {"context", each.value}}});
-    samples.push_back({"type: " + each.name, Object{{"className", kGenericControl},
-                                                    {"context", Object{{"type", each.value}}}}});
+        {"type: " + each.description,
+         Object{{"className", kGenericControl}, {"context", Object{{"type", each.json}}}}});
   }
   return samples;
 }

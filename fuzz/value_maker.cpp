@@ -14,7 +14,7 @@ namespace fuzz {
 
 namespace {
 
-using contract::Field;
+using contract::FieldSpec;
 using contract::Kind;
 using contract::kinds;
 using contract::Type;
@@ -28,7 +28,7 @@ const std::vector<std::string>& keys() {
     std::set<std::string> names = {"className", "context", "type",      "data",  "label",
                                    "value",     "",        "ClassName", "taskId"};
     for (const Kind& kind : kinds()) {
-      for (const Field& field : kind.fields) names.insert(field.key);
+      for (const FieldSpec& field : kind.fields) names.insert(field.key);
     }
     return std::vector<std::string>(names.begin(), names.end());
   }();
@@ -204,8 +204,8 @@ class ValueMaker {
     Object object;
     object["className"] = wordOr(isGeneric ? contract::kGenericControl : kind.word);
     Object data;
-    for (const Field& field : kind.fields) {
-      give(field.place == Field::Place::kData ? data : object, field.key, field.type);
+    for (const FieldSpec& field : kind.fields) {
+      give(field.place == FieldSpec::Place::kData ? data : object, field.key, field.type);
     }
     if (!contract::isControl(kind)) return object;
     Object context;

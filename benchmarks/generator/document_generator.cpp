@@ -140,16 +140,17 @@ void DocumentGenerator::addControl(const contract::Kind& kind) {
 }
 
 void DocumentGenerator::addFields(const contract::Kind& kind) {
-  for (const contract::Field& field : kind.fields) {
-    const bool isWritten = contract::isControl(kind) &&
-                           (field.place == contract::Field::Place::kObject || field.key == "text");
-    if (isWritten || field.holder != contract::Field::Holder::kData) continue;
+  for (const contract::FieldSpec& field : kind.fields) {
+    const bool isWritten =
+        contract::isControl(kind) &&
+        (field.place == contract::FieldSpec::Place::kObject || field.key == "text");
+    if (isWritten || field.holder != contract::FieldSpec::Holder::kData) continue;
     // No draw where there is nothing to choose.
     if (field.usage.percent == 100 || chance(field.usage.percent)) addField(field);
   }
 }
 
-void DocumentGenerator::addField(const contract::Field& field) {
+void DocumentGenerator::addField(const contract::FieldSpec& field) {
   using contract::Type;
   const contract::Usage& usage = field.usage;
   switch (field.type) {

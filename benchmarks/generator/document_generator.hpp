@@ -42,7 +42,7 @@ class DocumentGenerator {
   void addTextRun();
   /// The fields that are read as the record's.
   void addFields(const contract::Kind& kind);
-  void addField(const contract::Field& field);
+  void addField(const contract::FieldSpec& field);
   void addItems();
   void addItemLabels();
   void shuffleKinds();

@@ -49,8 +49,8 @@ struct Usage {
   std::size_t words = 1;                 ///< of a text without values
 };
 
-/// A JSON key and what becomes of it.
-struct Field {
+/// A field: a JSON key, and what has to become of it.
+struct FieldSpec {
   enum class Place { kData, kObject };            ///< in "context"."data", on the object itself
   enum class Holder { kData, kPosition, kNode };  ///< of the property
 
@@ -76,7 +76,7 @@ struct Kind {
   std::string slot;  ///< the node's property that holds the record
   std::string record;
   Shape shape;
-  std::vector<Field> fields;  ///< in reading order, those of every control included
+  std::vector<FieldSpec> fields;  ///< in reading order, those of every control included
 };
 
 /// All kinds, in the manifest's order.

@@ -35,22 +35,6 @@ struct Outcome {
   friend std::ostream& operator<<(std::ostream& stream, const Outcome& outcome);
 };
 
-/// What the contract says, of any value at all.
-Outcome expectedAnswer(const Kind& kind, const foundation::json::Value& json);
-Outcome expectedBuild(const Kind& kind, const foundation::json::Value& json);
-
-/// What a builder does. Diagnostics are on, and the records are collected.
-template <typename Builder>
-Outcome answerOf(const Builder& builder, const foundation::json::Value& json);
-template <typename Builder>
-Outcome buildOf(const Builder& builder, const foundation::json::Value& json);
-
-/// The same with diagnostics as they are; there are no records.
-template <typename Builder>
-Outcome silentAnswerOf(const Builder& builder, const foundation::json::Value& json);
-template <typename Builder>
-Outcome silentBuildOf(const Builder& builder, const foundation::json::Value& json);
-
 /// A log record, and the roots of the model at the time when it is written.
 struct Step {
   std::string record;
@@ -64,59 +48,36 @@ struct Step {
   }
 };
 
+/// What the contract says, of any value at all.
+Outcome expectedAnswer(const Kind& kind, const foundation::json::Value& json);
+Outcome expectedBuild(const Kind& kind, const foundation::json::Value& json);
 /// The same build record by record: what is set before each of them, and what is not yet.
 std::vector<Step> expectedSteps(const Kind& kind, const foundation::json::Value& json);
-template <typename Builder>
-std::vector<Step> stepsOf(const Builder& builder, const foundation::json::Value& json);
+
+/// A builder of whichever type, which has to outlive this.
+struct AnyBuilder {
+  template <typename Builder>
+  AnyBuilder(const Builder& builder)
+      : canBuild([&builder](const auto& json) { return builder.canBuild(json); }),
+        build([&builder](const auto& model, const auto& json) {
+          return builder.build(model, json);
+        }) {}
+
+  std::function<bool(const foundation::json::Value&)> canBuild;
+  std::function<document::gxzero::Node(const gx::zero::Model&, const foundation::json::Value&)>
+      build;
+};
+
+/// What a builder does. Diagnostics are on, and the records are collected.
+Outcome answerOf(const AnyBuilder& builder, const foundation::json::Value& json);
+Outcome buildOf(const AnyBuilder& builder, const foundation::json::Value& json);
+std::vector<Step> stepsOf(const AnyBuilder& builder, const foundation::json::Value& json);
+
+/// The same with diagnostics as they are; there are no records.
+Outcome silentAnswerOf(const AnyBuilder& builder, const foundation::json::Value& json);
+Outcome silentBuildOf(const AnyBuilder& builder, const foundation::json::Value& json);
 
 /// The roots of a model as exported, read back.
 foundation::json::Value::Array rootsOf(const gx::zero::Model& model);
-/// The qualified names of the classes of a model's elements, in the order in which they were made.
-std::vector<std::string> classesIn(const gx::zero::Model& model);
-
-namespace detail {
-
-using Ask = std::function<bool(const foundation::json::Value&)>;
-using Build =
-    std::function<document::gxzero::Node(const gx::zero::Model&, const foundation::json::Value&)>;
-Outcome answerOf(const Ask& ask, const foundation::json::Value& json, bool logged);
-Outcome buildOf(const Build& build, const foundation::json::Value& json, bool logged);
-std::vector<Step> stepsOf(const Build& build, const foundation::json::Value& json);
-
-template <typename Builder>
-Build buildWith(const Builder& builder) {
-  return [&builder](const auto& model, const auto& value) { return builder.build(model, value); };
-}
-template <typename Builder>
-Outcome answerOf(const Builder& builder, const foundation::json::Value& json, bool logged) {
-  return answerOf(Ask([&](const auto& value) { return builder.canBuild(value); }), json, logged);
-}
-template <typename Builder>
-Outcome buildOf(const Builder& builder, const foundation::json::Value& json, bool logged) {
-  return buildOf(buildWith(builder), json, logged);
-}
-
-}  // namespace detail
-
-template <typename Builder>
-Outcome answerOf(const Builder& builder, const foundation::json::Value& json) {
-  return detail::answerOf(builder, json, true);
-}
-template <typename Builder>
-Outcome buildOf(const Builder& builder, const foundation::json::Value& json) {
-  return detail::buildOf(builder, json, true);
-}
-template <typename Builder>
-Outcome silentAnswerOf(const Builder& builder, const foundation::json::Value& json) {
-  return detail::answerOf(builder, json, false);
-}
-template <typename Builder>
-Outcome silentBuildOf(const Builder& builder, const foundation::json::Value& json) {
-  return detail::buildOf(builder, json, false);
-}
-template <typename Builder>
-std::vector<Step> stepsOf(const Builder& builder, const foundation::json::Value& json) {
-  return detail::stepsOf(detail::buildWith(builder), json);
-}
 
 }  // namespace contract

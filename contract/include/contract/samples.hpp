@@ -3,7 +3,6 @@
 /// @file
 /// Values to offer to the builders, made from the fields of each kind: right ones and wrong ones.
 
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -15,21 +14,11 @@ namespace contract {
 struct Sample {
   std::string description;
   foundation::json::Value json;
-
-  friend std::ostream& operator<<(std::ostream& stream, const Sample& sample) {
-    return stream << sample.description;
-  }
 };
 
-/// An alternative of a JSON value, with the name that conversion errors give it.
-struct Alternative {
-  std::string name;
-  foundation::json::Value value;
-};
-
-/// All ten, with content as alike as they allow: a lenient conversion would find something to read.
-const std::vector<Alternative>& alternatives();
-std::vector<Alternative> alternativesExcept(const std::string& name);
+/// A value of each of the ten alternatives, under the name that conversion errors give it. Their
+/// content is as alike as they allow: a lenient conversion would find something to read.
+const std::vector<Sample>& alternatives();
 
 /// An object with what recognition needs and without a field; a control's has its "data".
 foundation::json::Value emptyObject(const Kind& kind);

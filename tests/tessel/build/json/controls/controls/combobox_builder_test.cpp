@@ -2,15 +2,11 @@
 
 #include <string>
 
-#include "contract/samples.hpp"
-#include "gx/zero.hpp"
-#include "support/all_builders.hpp"
 #include "support/rows.hpp"
 
 namespace tessel::build::json::controls {
 namespace {
 
-using test_support::expectClaims;
 using test_support::expectRows;
 using test_support::kDump;
 using test_support::Row;
@@ -43,21 +39,6 @@ TEST(ComboboxBuilder, SetsItsFieldsInReadingOrder) {
                      "{\n  \"label\": \"Z\",\n  \"value\": \"1\"\n}",
                      "{\n  \"label\": \"Größe\",\n  \"value\": \"\"\n}", "Set the items property",
                      "Found the item labels property", "Set the item labels property"}),
-       Row("no items")
-           .data(R"({"items":[]})")
-           .records({"Found the items property", "Got items ka array", "Set the items property"}),
-       Row("two items alike are two items")
-           .data(R"({"items":[{"label":"A","value":"x"},{"label":"A","value":"x"}]})")
-           .record(R"({"items":[
-               {"class":"lumocode::contentmodel::gxzero::ComboboxItem","label":"A","item":"x"},
-               {"class":"lumocode::contentmodel::gxzero::ComboboxItem","label":"A","item":"x"}]})")
-           .records({"Found the items property", "Got items ka array",
-                     "{\n  \"label\": \"A\",\n  \"value\": \"x\"\n}",
-                     "{\n  \"label\": \"A\",\n  \"value\": \"x\"\n}", "Set the items property"}),
-       Row("a default value that is a number")
-           .data(R"({"defaultValue":2})")
-           .error("invalid conversion: double to string")
-           .records({"Found the defaultValue property"}),
        Row("the other kinds' linked variable").data(R"({"defaultValueLinkedVariable":"v"})")});
 }
 
@@ -73,11 +54,6 @@ TEST(ComboboxBuilder, AFailingEntryStaysInTheModelUnattached) {
            .error("invalid conversion: undefined to string")
            .records({"Found the items property", "Got items ka array",
                      "{\n  \"label\": \"A\",\n  \"value\": \"x\"\n}", "{\n  \"label\": \"B\"\n}"}),
-       Row("an item that is text")
-           .data(R"({"items":["A"]})")
-           .stray(R"({"class":"lumocode::contentmodel::gxzero::ComboboxItem"})")
-           .error("invalid conversion: undefined to string")
-           .records({"Found the items property", "Got items ka array", "\"A\""}),
        Row("one item instead of a list, which is told only behind the second record")
            .data(R"({"items":{"label":"A","value":"x"}})")
            .error("invalid conversion: object to array")
@@ -89,23 +65,6 @@ TEST(ComboboxBuilder, AFailingEntryStaysInTheModelUnattached) {
            .stray(R"({"class":"lumocode::contentmodel::gxzero::ComboboxItemLabel"})")
            .error("invalid conversion: double to string")
            .records({"Found the item labels property"})});
-}
-
-TEST(ComboboxBuilder, IsRecognisedByItsTypeWordOnly) {
-  expectClaims(kBuilder, {R"({"className":"LumoControlNode","context":{"type":"comboBox"}})"},
-               {R"({"className":"comboBox"})"});
-}
-
-TEST(ComboboxBuilder, EachEntryHasTheRecordAsItsOwner) {
-  const gx::zero::Model model = gx::zero::Model::create();
-  test_support::builderOf(kBuilder).build(
-      model, contract::objectWith(contract::kindOf(kBuilder),
-                                  R"({"items":[{"label":"A","value":"x"}],"itemLabels":["A"]})"));
-  const auto& elements = model.get()->getElements();
-  ASSERT_EQ(elements.size(), 5U);
-  const gx::zero::ModelElement record(elements[2].get());
-  EXPECT_EQ(elements[3]->getOwner(), record);
-  EXPECT_EQ(elements[4]->getOwner(), record);
 }
 
 }  // namespace

@@ -7,7 +7,6 @@
 namespace tessel::build::json::controls {
 namespace {
 
-using test_support::expectClaims;
 using test_support::expectRows;
 using test_support::kDump;
 using test_support::Row;
@@ -15,27 +14,18 @@ using test_support::Row;
 const std::string kBuilder = "FileBrowserBuilderImpl";
 
 TEST(FileBrowserBuilder, HasNoGuardsByContract) {
-  const auto expectFailure = [](const char* description, const char* object,
-                                const std::string& error) {
-    Row(description)
-        .object(object)
-        .node(R"({"class":"document::gxzero::FileBrowserNode",
-            "position":{"class":"document::gxzero::LumoControlPosition"},
-            "fileBrowserData":{"class":"lumocode::contentmodel::gxzero::FileBrowserData",
-            "code":"x = 1"}})")
-        .error(error)
-        .records({"Starting to build a FileBrowser using the incoming JSON below", kDump,
-                  "Found the code property", "Set the code property"})
-        .expectOf(kBuilder);
-  };
-  const std::string missing = "invalid conversion: undefined to string";
-  expectFailure("no context", R"({"text":"x = 1"})", missing);
-  expectFailure("no data", R"({"text":"x = 1","context":{}})", missing);
-  expectFailure("no browser type", R"({"text":"x = 1","context":{"data":{}}})", missing);
-  expectFailure("a context that is text", R"({"text":"x = 1","context":"data"})",
-                "invalid conversion: string to object");
-  expectFailure("data that is null", R"({"text":"x = 1","context":{"data":null}})",
-                "invalid conversion: null to object");
+  expectRows(kBuilder,
+             {Row("no context: the code is read, then the type fails")
+                  .object(R"({"text":"x = 1"})")
+                  .node(R"({"class":"document::gxzero::FileBrowserNode",
+               "position":{"class":"document::gxzero::LumoControlPosition"},
+               "fileBrowserData":{"class":"lumocode::contentmodel::gxzero::FileBrowserData",
+               "code":"x = 1"}})")
+                  .error("invalid conversion: undefined to string")
+                  .records({"Starting to build a FileBrowser using the incoming JSON below", kDump,
+                            "Found the code property", "Set the code property"}),
+              Row("no browser type").data("{}").error("invalid conversion: undefined to string"),
+              Row("data that is null").data("null").error("invalid conversion: null to object")});
 }
 
 TEST(FileBrowserBuilder, SetsItsTypeAndItsDefaultValue) {
@@ -64,11 +54,6 @@ TEST(FileBrowserBuilder, SetsItsTypeAndItsDefaultValue) {
                   .record(R"({"browserType":"file"})")
                   .error("invalid conversion: null to string")
                   .records({"Set the browserType property", "Found the defaultValue property"})});
-}
-
-TEST(FileBrowserBuilder, IsRecognisedByItsClassNameOnly) {
-  expectClaims(kBuilder, {R"({"className":"FileBrowserControlNode"})"},
-               {R"({"className":"LumoControlNode","context":{"type":"fileBrowser"}})"});
 }
 
 }  // namespace

@@ -3,9 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <boost/exception/exception.hpp>
-#include <exception>
 #include <memory>
-#include <new>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -13,7 +11,6 @@
 #include "foundation/except.hpp"
 #include "gx/zero.hpp"
 #include "lumocode/contentmodel/gxzero.hpp"
-#include "support/allocation_count.hpp"
 
 namespace tessel::build::json::controls::framework {
 namespace {
@@ -71,18 +68,19 @@ class Append : public ::testing::Test {
   ComboboxData owner_{ComboboxData::Impl::create(model_, kNil)};
 };
 
-TEST_F(Append, PutsTheElementLastAndCommitsOneOperation) {
+TEST_F(Append, PutsTheElementLastInOneOperationAsOftenAsItIsAdmitted) {
   struct Row {
     const char* description;
     CollectionTraits traits;
     bool owned;
+    std::size_t again;  // entries by a second append of an element
   };
   const Row rows[] = {
-      {"at most once, with a single-valued opposite", kOnceWithOpposite, true},
-      {"at most once, containing, without an opposite", kOnceContaining, true},
-      {"at most once, referring", kOnceReferring, false},
-      {"any number of times, containing", kManyContaining, true},
-      {"any number of times, referring", kManyReferring, false},
+      {"at most once, with a single-valued opposite", kOnceWithOpposite, true, 0},
+      {"at most once, containing, without an opposite", kOnceContaining, true, 0},
+      {"at most once, referring", kOnceReferring, false, 0},
+      {"any number of times, containing", kManyContaining, true, 1},
+      {"any number of times, referring", kManyReferring, false, 1},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.description);
@@ -92,38 +90,16 @@ TEST_F(Append, PutsTheElementLastAndCommitsOneOperation) {
     const std::size_t before = committed();
     append(*items, first);
     append(*items, second);
-    ASSERT_EQ(items->size(), 2U);
+    EXPECT_EQ(committed(), before + 2);
+    append(*items, first);
+    EXPECT_EQ(committed(), before + 2 + row.again);
+    EXPECT_EQ(opened(), committed());
+    ASSERT_EQ(items->size(), 2 + row.again);
     EXPECT_EQ((*items)[0], first);
     EXPECT_EQ((*items)[1], second);
-    EXPECT_EQ(committed(), before + 2);
-    EXPECT_EQ(opened(), committed());
     EXPECT_EQ(first.get()->getOwner(), row.owned ? ModelElement(owner_) : ModelElement());
     EXPECT_TRUE(contains(*items, first));
     EXPECT_FALSE(contains(*items, createItem()));
-  }
-}
-
-TEST_F(Append, TheSameElementTwiceIsOneEntryWhereItIsAdmittedOnce) {
-  struct Row {
-    const char* description;
-    CollectionTraits traits;
-    std::size_t entries;
-  };
-  const Row rows[] = {
-      {"asking the element for its container", kOnceWithOpposite, 1},
-      {"looking through the sequence, which contains", kOnceContaining, 1},
-      {"looking through the sequence, which refers", kOnceReferring, 1},
-      {"any number of times", kManyReferring, 2},
-  };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.description);
-    const auto items = sequence(row.traits);
-    const ComboboxItem item = createItem();
-    const std::size_t before = opened();
-    append(*items, item);
-    append(*items, item);
-    EXPECT_EQ(items->size(), row.entries);
-    EXPECT_EQ(opened(), before + row.entries) << "a second operation was opened";
   }
 }
 
@@ -176,22 +152,6 @@ TEST_F(Append, AnElementOfAnotherModelIsTheModelsOwnError) {
   EXPECT_EQ(opened(), 0U);
 }
 
-TEST_F(Append, AnInsertionThatThrowsClosesTheOperationWithoutCommit) {
-  const auto items = sequence(kOnceWithOpposite);
-  append(*items, createItem());
-  const ComboboxItem item = createItem();
-  {
-    const test_support::AllocationFailure failure(0);
-    EXPECT_THROW(append(*items, item), std::bad_alloc);
-  }
-  EXPECT_EQ(items->size(), 1U);
-  EXPECT_EQ(opened(), 2U);
-  EXPECT_EQ(committed(), 1U);
-  EXPECT_FALSE(item.get()->getOwner());
-  append(*items, item);
-  EXPECT_EQ(items->size(), 2U);
-}
-
 TEST_F(Append, AContainerThatIsRefusedClosesTheOperationWithoutCommit) {
   // The owner is inside the item, which therefore cannot go into the owner.
   const auto items = sequence(kOnceWithOpposite);
@@ -215,23 +175,6 @@ TEST_F(Append, AnOppositeThatHoldsNoElementIsACastThatFails) {
   }
   EXPECT_EQ(items->size(), 0U);
   EXPECT_EQ(opened(), 0U);
-}
-
-TEST_F(Append, AnElementThatMovesLeavesItsFormerOwner) {
-  const ComboboxData other{ComboboxData::Impl::create(model_, kNil)};
-  const ComboboxItem item = createItem();
-  append(owner_.get()->getItemsMutable(), item);
-  append(other.get()->getItemsMutable(), item);
-  EXPECT_EQ(owner_.get()->getItems().size(), 0U);
-  EXPECT_EQ(other.get()->getItems().size(), 1U);
-  EXPECT_EQ(item.get()->getOwner(), other);
-}
-
-TEST_F(Append, WhatIsAppendedIsNoRootAnyMore) {
-  const ComboboxItem item = createItem();
-  EXPECT_EQ(model_.get()->getRoots(), (std::vector<ModelElement>{owner_, item}));
-  append(owner_.get()->getItemsMutable(), item);
-  EXPECT_EQ(model_.get()->getRoots(), std::vector<ModelElement>{owner_});
 }
 
 TEST_F(Append, TheCastCheckPassesModelElementsAndEmptyReferencesOfAClassType) {
@@ -267,24 +210,19 @@ TEST_F(Append, TheCastCheckPassesModelElementsAndEmptyReferencesOfAClassType) {
   }
 }
 
-TEST(CannotCast, NamesCatalogKeyAndType) {
+TEST(CannotCast, NamesCatalogKeyAndTypeAlsoWhenItWasCloned) {
   try {
     requireModelElement(ValueMeta(1.5));
     FAIL() << "nothing was thrown";
-  } catch (const foundation::core::except::IMsgIDException& error) {
-    EXPECT_EQ(error.getCatalog(), "gx0:messages");
-    EXPECT_EQ(error.getKey(), "CannotCastIncompatibleTypes");
-    EXPECT_EQ(error.getArguments(), std::vector<std::u16string>{u"gx::zero::types::Number"});
-  }
-}
-
-TEST(CannotCast, AnExceptionThatWasClonedIsStillItself) {
-  try {
-    requireModelElement(ValueMeta(true));
-    FAIL() << "nothing was thrown";
-  } catch (const boost::exception_detail::clone_base& error) {
-    const std::unique_ptr<const boost::exception_detail::clone_base> copy(error.clone());
-    EXPECT_THROW(copy->rethrow(), CannotCastIncompatibleTypes);
+  } catch (const boost::exception_detail::clone_base& thrown) {
+    const std::unique_ptr<const boost::exception_detail::clone_base> copy(thrown.clone());
+    try {
+      copy->rethrow();
+    } catch (const CannotCastIncompatibleTypes& error) {
+      EXPECT_EQ(error.getCatalog(), "gx0:messages");
+      EXPECT_EQ(error.getKey(), "CannotCastIncompatibleTypes");
+      EXPECT_EQ(error.getArguments(), std::vector<std::u16string>{u"gx::zero::types::Number"});
+    }
   }
 }
 

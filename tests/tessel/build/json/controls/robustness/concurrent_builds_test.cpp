@@ -3,21 +3,16 @@
 #include <array>
 #include <cstddef>
 #include <functional>
-#include <string>
 #include <thread>
 #include <vector>
 
-#include "reference_host/logging/log_capture.hpp"
 #include "sample_builds.hpp"
-#include "support/opened_records.hpp"
-#include "support/records.hpp"
 #include "tessel/shared/logging.hpp"
 
 namespace tessel::build::json::controls {
 namespace {
 
 using contract::Outcome;
-using test_support::recordsOf;
 
 constexpr std::size_t kThreads = 8;
 constexpr std::size_t kRounds = 10;
@@ -43,7 +38,7 @@ std::array<std::size_t, kThreads> countInThreads(
 
 /// Builds with diagnostics as they are, into a model of its own.
 bool comesOutAsExpected(const SampleBuild& sample) {
-  Outcome expected = sample.expected;
+  Outcome expected = sample.built;
   expected.records.clear();
   return sample.builder.canBuild(sample.json) &&
          contract::silentBuildOf(sample.builder, sample.json) == expected;
@@ -51,40 +46,18 @@ bool comesOutAsExpected(const SampleBuild& sample) {
 
 /// The same with diagnostics on and the records of this thread.
 bool comesOutAsExpectedLogged(const SampleBuild& sample) {
-  bool claimed = false;
-  const bool asked =
-      recordsOf([&] { claimed = sample.builder.canBuild(sample.json); }) == sample.recognition;
-  return asked && claimed && contract::buildOf(sample.builder, sample.json) == sample.expected;
+  return contract::answerOf(sample.builder, sample.json) == sample.answer &&
+         contract::buildOf(sample.builder, sample.json) == sample.built;
 }
 
-TEST(ConcurrentBuilds, OneBuilderServesEightThreads) {
-  const test_support::OpenedRecordCounter opened;
-  for (const SampleBuild& sample : allSamples()) {
-    SCOPED_TRACE(sample.name);
-    EXPECT_THAT(countInThreads([&sample](std::size_t) { return comesOutAsExpected(sample); }),
-                testing::Each(kRounds));
-  }
-  EXPECT_EQ(opened.count(), 0U);
-}
-
-TEST(ConcurrentBuilds, OneBuilderServesEightThreadsOfWhichSomeLog) {
-  for (const SampleBuild& sample : allSamples()) {
-    SCOPED_TRACE(sample.name);
-    EXPECT_THAT(countInThreads([&sample](std::size_t thread) {
-                  return thread % 2 == 0 ? comesOutAsExpected(sample)
-                                         : comesOutAsExpectedLogged(sample);
-                }),
-                testing::Each(kRounds));
-  }
-}
-
-TEST(ConcurrentBuilds, AllBuildersServeEightThreadsInDifferentOrders) {
+TEST(ConcurrentBuilds, AllBuildersServeEightThreadsOfWhichSomeLog) {
   const std::vector<SampleBuild> samples = allSamples();
   EXPECT_THAT(countInThreads([&samples](std::size_t thread) {
                 bool good = true;
                 for (std::size_t step = 0; step < samples.size(); ++step) {
-                  const SampleBuild& sample = samples[(step + thread * 5) % samples.size()];
-                  good = (thread % 4 == 0 ? comesOutAsExpectedLogged(sample)
+                  // Two threads share an order, and one of them logs.
+                  const SampleBuild& sample = samples[(step + thread / 2 * 5) % samples.size()];
+                  good = (thread % 2 == 0 ? comesOutAsExpectedLogged(sample)
                                           : comesOutAsExpected(sample)) &&
                          good;
                 }

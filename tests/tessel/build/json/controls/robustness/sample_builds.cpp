@@ -1,8 +1,7 @@
 #include "sample_builds.hpp"
 
+#include <algorithm>
 #include <cctype>
-#include <cstddef>
-#include <stdexcept>
 
 #include "contract/samples.hpp"
 #include "support/all_builders.hpp"
@@ -19,7 +18,7 @@ void add(const contract::Kind& kind, const std::vector<contract::Sample>& object
       if (std::isalnum(static_cast<unsigned char>(letter)) != 0) name += letter;
     }
     samples.push_back({name, test_support::builderOf(kind.builder), object.json,
-                       contract::expectedAnswer(kind, object.json).records,
+                       contract::expectedAnswer(kind, object.json),
                        contract::expectedBuild(kind, object.json),
                        kind.rule == contract::Rule::kHostClassName});
   }
@@ -39,19 +38,11 @@ std::vector<SampleBuild> allSamples() {
   return samples;
 }
 
-const SampleBuild& sampleOf(const std::string& builder) {
-  static const std::vector<SampleBuild> samples = successfulSamples();
-  for (const SampleBuild& sample : samples) {
-    if (sample.builder.name() == builder) return sample;
-  }
-  throw std::invalid_argument(builder);
-}
-
 bool areAmong(const contract::Records& records, const contract::Records& all) {
-  std::size_t next = 0;
+  auto next = all.begin();
   for (const std::string& record : records) {
-    while (next < all.size() && all[next] != record) ++next;
-    if (next == all.size()) return false;
+    next = std::find(next, all.end(), record);
+    if (next == all.end()) return false;
     ++next;
   }
   return true;

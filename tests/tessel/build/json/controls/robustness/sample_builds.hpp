@@ -19,8 +19,8 @@ struct SampleBuild {
   std::string name;  ///< letters and digits
   reference_host::importer::NamedBuilder builder;
   foundation::json::Value json;
-  contract::Records recognition;  ///< the records of `canBuild`
-  contract::Outcome expected;     ///< of `build`
+  contract::Outcome answer;  ///< of `canBuild`
+  contract::Outcome built;   ///< of `build`
   /// Whether the host's class name test recognises the object; it takes a text of its own.
   bool recognizedByHost;
 
@@ -33,9 +33,6 @@ struct SampleBuild {
 std::vector<SampleBuild> successfulSamples();
 /// These, and the same failing with the conversion error at the last thing that they read.
 std::vector<SampleBuild> allSamples();
-
-/// The first one of a builder.
-const SampleBuild& sampleOf(const std::string& builder);
 
 /// Whether records are some of others, each whole, and in their order.
 bool areAmong(const contract::Records& records, const contract::Records& all);

@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <map>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "document/gxzero.hpp"
 #include "foundation/json.hpp"
@@ -15,6 +15,7 @@
 #include "reference_host/json/parse.hpp"
 #include "reference_host/logging/log_capture.hpp"
 #include "sample_builds.hpp"
+#include "support/all_builders.hpp"
 #include "support/allocation_count.hpp"
 #include "support/scale.hpp"
 
@@ -28,7 +29,6 @@ using foundation::json::Value;
 using gx::zero::Model;
 using reference_host::importer::importDocument;
 using reference_host::importer::ImportResult;
-using reference_host::importer::NamedBuilder;
 using test_support::AllocationTally;
 using test_support::kScale;
 using test_support::tallyOf;
@@ -38,63 +38,48 @@ constexpr std::size_t kFew = kMany / 100;
 constexpr std::size_t kLongText = 200'000'000 / kScale;
 constexpr std::size_t kDeep = 1'000'000 / kScale;
 
-/// A step's memory for few and for many items.
-struct Growth {
-  std::string step;
-  AllocationTally few;
-  AllocationTally many;
-};
+/// The memory of each step with a document, from its text to the export of what was built.
+using Tallies = std::map<std::string, AllocationTally>;
+
+Tallies measure(std::string text, std::size_t built) {
+  Tallies tallies;
+  std::optional<Value> document;
+  tallies["parse"] = tallyOf([&] { document = reference_host::json::parse(text); });
+  std::string().swap(text);
+  std::optional<Value> copy;
+  tallies["copy"] = tallyOf([&] { copy = *document; });
+  tallies["compare"] = tallyOf([&] { EXPECT_TRUE(*copy == *document); });
+  copy.reset();
+  tallies["print"] = tallyOf([&] { pretty_print(*document); });
+  const Model model = Model::create();
+  std::optional<ImportResult> result;
+  tallies["import"] =
+      tallyOf([&] { result = importDocument(test_support::allBuilders(), model, *document); });
+  EXPECT_EQ(result->summary.built, built);
+  EXPECT_TRUE(result->errors.empty());
+  document.reset();
+  tallies["export"] = tallyOf([&] {
+    for (const Node& node : result->nodes) reference_host::exporting::toJson(node);
+  });
+  return tallies;
+}
 
 /// Holds a hundred times the items to a hundred times the memory. Blocks that double may be almost
 /// as large again as what they hold, for one number of items and not for the other.
-void expectLinear(const Growth& growth) {
-  SCOPED_TRACE(growth.step);
+void expectLinear(const Tallies& few, const Tallies& many) {
   constexpr std::size_t kFactor = kMany / kFew;
   constexpr std::size_t kOnce = 100;  // whatever the number of items
-  EXPECT_LE(growth.many.count, kFactor * (growth.few.count + kOnce));
-  EXPECT_LE(growth.many.bytes, kFactor * 2 * (growth.few.bytes + kOnce * 100));
+  for (const auto& [step, tally] : many) {
+    SCOPED_TRACE(step);
+    EXPECT_LE(tally.count, kFactor * (few.at(step).count + kOnce));
+    EXPECT_LE(tally.bytes, kFactor * 2 * (few.at(step).bytes + kOnce * 100));
+  }
 }
 
 class SizeTest : public testing::Test {
  protected:
   // Makes what the process makes once.
   SizeTest() { measure(R"({"className":"button","text":"x"})", 1); }
-
-  /// The memory of each step with a document, from its text to the export of what was built.
-  static std::vector<AllocationTally> measure(std::string text, std::size_t built) {
-    std::vector<AllocationTally> tallies;
-    std::optional<Value> document;
-    tallies.push_back(tallyOf([&] { document = reference_host::json::parse(text); }));
-    std::string().swap(text);
-    std::optional<Value> copy;
-    tallies.push_back(tallyOf([&] { copy = *document; }));
-    tallies.push_back(tallyOf([&] { EXPECT_TRUE(*copy == *document); }));
-    copy.reset();
-    tallies.push_back(tallyOf([&] { pretty_print(*document); }));
-    std::vector<NamedBuilder> builders;
-    for (const char* name :
-         {"ButtonBuilderImpl", "ComboboxBuilderImpl", "LumoTaskHeaderBuilderImpl"}) {
-      builders.push_back(sampleOf(name).builder);
-    }
-    const Model model = Model::create();
-    std::optional<ImportResult> result;
-    tallies.push_back(tallyOf([&] { result = importDocument(builders, model, *document); }));
-    EXPECT_EQ(result->summary.built, built);
-    EXPECT_TRUE(result->errors.empty());
-    document.reset();
-    tallies.push_back(tallyOf([&] {
-      for (const Node& node : result->nodes) reference_host::exporting::toJson(node);
-    }));
-    return tallies;
-  }
-
-  static void expectLinearSteps(const std::vector<AllocationTally>& few,
-                                const std::vector<AllocationTally>& many) {
-    const char* const steps[] = {"parse", "copy", "compare", "print", "import", "export"};
-    for (std::size_t step = 0; step < few.size(); ++step) {
-      expectLinear({steps[step], few[step], many[step]});
-    }
-  }
 };
 
 std::string listOf(std::size_t items, const std::string& item) {
@@ -155,36 +140,18 @@ TEST_F(SizeTest, AMillionItemsAndATextOfTwoHundredMegabytes) {
     const auto measured = [&row](std::size_t items) {
       return measure(row.document(items), row.eachIsBuilt ? items : 1);
     };
-    expectLinearSteps(measured(row.items / 100), measured(row.items));
+    expectLinear(measured(row.items / 100), measured(row.items));
   }
 }
 
 TEST_F(SizeTest, AMillionMembersThatNobodyReads) {
   const auto document = [](std::size_t members) { return control("button", membersOf(members)); };
-  const std::vector<AllocationTally> few = measure(document(kFew), 1);
-  const std::vector<AllocationTally> many = measure(document(kMany), 1);
-  expectLinearSteps(few, many);
+  const Tallies few = measure(document(kFew), 1);
+  const Tallies many = measure(document(kMany), 1);
+  expectLinear(few, many);
   // What is not read costs nothing: neither import nor export knows of the members.
-  EXPECT_EQ(few[4].count, many[4].count);
-  EXPECT_EQ(few[5].count, many[5].count);
-}
-
-TEST_F(SizeTest, TheLogOfManyItemsGrowsWithThem) {
-  const SampleBuild& sample = sampleOf("ComboboxBuilderImpl");
-  const auto logged = [&sample](std::size_t items) {
-    const Value json = reference_host::json::parse(control(
-        "comboBox", R"({"items":)" + listOf(items, R"({"label":"one","value":"1"})") + "}"));
-    std::size_t records = 0;
-    const AllocationTally tally = tallyOf([&] {
-      const reference_host::logging::LogCapture capture;
-      const Model model = Model::create();
-      sample.builder.build(model, json);
-      records = capture.records().size();
-    });
-    EXPECT_EQ(records, items + 7);
-    return tally;
-  };
-  expectLinear({"log", logged(kFew / 10), logged(kMany / 10)});
+  EXPECT_EQ(few.at("import").count, many.at("import").count);
+  EXPECT_EQ(few.at("export").count, many.at("export").count);
 }
 
 /// A value inside a million arrays.
@@ -207,20 +174,19 @@ TEST_F(SizeTest, EveryKindTakesAMillionLevelsWhereNobodyLooks) {
     EXPECT_TRUE(sample.builder.canBuild(json));
     const Model model = Model::create();
     sample.builder.build(model, json);
-    EXPECT_TRUE(contract::areSame(contract::rootsOf(model), sample.expected.roots));
+    EXPECT_TRUE(contract::areSame(contract::rootsOf(model), sample.built.roots));
     unknown = std::move(json["unknown"]);
   }
   EXPECT_TRUE(unknown == deep());
 }
 
 TEST_F(SizeTest, AMillionLevelsWhereATextIsReadAreTheConversionError) {
-  const SampleBuild& sample = sampleOf("ButtonBuilderImpl");
-  Value json = sample.json;
-  json["text"] = deep();
+  const auto& builder = test_support::builderOf("ButtonBuilderImpl");
+  Value json = Value::Object{{"text", deep()}};
   std::string error;
   const reference_host::logging::LogCapture capture;  // the whole value is a record
   try {
-    sample.builder.build(Model::create(), json);
+    builder.build(Model::create(), json);
   } catch (const std::runtime_error& thrown) {
     error = thrown.what();
   }
@@ -229,7 +195,7 @@ TEST_F(SizeTest, AMillionLevelsWhereATextIsReadAreTheConversionError) {
   EXPECT_TRUE(capture.records()[1].text == pretty_print(json));
 
   json["className"] = deep();
-  EXPECT_THROW(sample.builder.canBuild(json), std::runtime_error);
+  EXPECT_THROW(builder.canBuild(json), std::runtime_error);
 }
 
 }  // namespace

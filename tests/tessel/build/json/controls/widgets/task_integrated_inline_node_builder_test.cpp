@@ -14,7 +14,6 @@ namespace tessel::build::json::widgets {
 namespace {
 
 using document::gxzero::LumoAppIntegratedInlineNode;
-using test_support::expectClaims;
 using test_support::expectRows;
 using test_support::json;
 using test_support::Row;
@@ -61,12 +60,6 @@ TEST(TaskInlineBuilder, SetsItsFieldsInReadingOrder) {
            .error("invalid conversion: bool to string")
            .records({"Starting to build a LumoAppIntegratedNode", "Setting the instanceId property",
                      "Setting the collapsed property"})});
-}
-
-TEST(TaskInlineBuilder, GoesByTheExactClassName) {
-  expectClaims(kBuilder, {R"({"className":"LumoAppIntegratedInlineNode","context":7})"},
-               {R"({"className":"LumoAppIntegratedInline"})",
-                R"({"className":"lumoAppIntegratedInlineNode"})"});
 }
 
 TEST(TaskInlineBuilder, LineCountIsTruncatedToThirtyTwoBitsAndCutToSixteen) {

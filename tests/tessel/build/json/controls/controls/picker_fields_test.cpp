@@ -1,3 +1,5 @@
+// The colour picker and the date picker.
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -7,16 +9,16 @@
 namespace tessel::build::json::controls {
 namespace {
 
-using test_support::expectClaims;
 using test_support::expectRows;
 using test_support::kDump;
 using test_support::Row;
 
-const std::string kBuilder = "ColorPickerBuilderImpl";
+const std::string kColorPicker = "ColorPickerBuilderImpl";
+const std::string kDatePicker = "DatePickerBuilderImpl";
 
 TEST(ColorPickerBuilder, SetsItsFormatAndItsDefaultValue) {
   expectRows(
-      kBuilder,
+      kColorPicker,
       {Row("every key of its own")
            .object(R"({"className":"ColorPickerControlNode","context":{"data":{"colorFormat":"höx",
                "defaultValue":""}}})")
@@ -54,9 +56,23 @@ TEST(ColorPickerBuilder, SetsItsFormatAndItsDefaultValue) {
            .records({"Set the colorFormat property", "Found the defaultValue property"})});
 }
 
-TEST(ColorPickerBuilder, IsRecognisedByItsClassNameOnly) {
-  expectClaims(kBuilder, {R"({"className":"ColorPickerControlNode","context":{"type":"button"}})"},
-               {R"({"className":"LumoControlNode","context":{"type":"colorPicker"}})"});
+TEST(DatePickerBuilder, SetsItsFormatAndItsDefaultValue) {
+  expectRows(
+      kDatePicker,
+      {Row("every key of its own")
+           .object(
+               R"({"className":"DatePickerControlNode","context":{"data":{"displayFormat":"dd.MM.yyyy",
+               "defaultValue":""}}})")
+           .asked("Checking if can build DatePicker")
+           .node(R"({"class":"document::gxzero::DatePickerNode",
+               "position":{"class":"document::gxzero::LumoControlPosition"},
+               "datePickerData":{"class":"lumocode::contentmodel::gxzero::DatePickerData",
+               "displayFormat":"dd.MM.yyyy","defaultValue":""}})")
+           // Irregular by contract: the format has this one record, whatever its key.
+           .records({"Starting to build a DatePicker using the incoming JSON below", kDump,
+                     "Found the context property", "Found the context.data property",
+                     "Set the colorFormat property", "Found the defaultValue property",
+                     "Set the defaultValue property"})});
 }
 
 }  // namespace

@@ -1,3 +1,5 @@
+// The check box and the state button.
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -7,16 +9,16 @@
 namespace tessel::build::json::controls {
 namespace {
 
-using test_support::expectClaims;
 using test_support::expectRows;
 using test_support::kDump;
 using test_support::Row;
 
-const std::string kBuilder = "CheckBoxBuilderImpl";
+const std::string kCheckBox = "CheckBoxBuilderImpl";
+const std::string kStateButton = "StateButtonBuilderImpl";
 
 TEST(CheckBoxBuilder, SetsItsFieldsInReadingOrder) {
   expectRows(
-      kBuilder,
+      kCheckBox,
       {Row("every key")
            .object(R"({"className":"LumoControlNode","controlId":"c","startColumn":3,"endColumn":9,
                "text":"x = 1","context":{"type":"checkBox","data":{"executionModel":"all",
@@ -39,10 +41,6 @@ TEST(CheckBoxBuilder, SetsItsFieldsInReadingOrder) {
            .data(R"({"defaultValue":1,"defaultValueLinkedVariable":"on"})")
            .error("invalid conversion: double to bool")
            .records({"Found the defaultValue property"}),
-       Row("the text true is no flag")
-           .data(R"({"defaultValue":"true"})")
-           .error("invalid conversion: string to bool")
-           .records({"Found the defaultValue property"}),
        Row("a linked variable that is a flag: the default value stays")
            .data(R"({"defaultValueLinkedVariable":false,"defaultValue":true})")
            .record(R"({"defaultValue":true})")
@@ -52,9 +50,21 @@ TEST(CheckBoxBuilder, SetsItsFieldsInReadingOrder) {
        Row("another kind's linked variable is no key").data(R"({"linkedVariable":"on"})")});
 }
 
-TEST(CheckBoxBuilder, ItsTypeWordIsNoClassName) {
-  expectClaims(kBuilder, {R"({"className":"LumoControlNode","context":{"type":"checkBox"}})"},
-               {R"({"className":"checkBox"})", R"({"className":"CheckBoxControlNode"})"});
+TEST(StateButtonBuilder, SetsItsFieldsInReadingOrder) {
+  expectRows(kStateButton,
+             {Row("every key of its own")
+                  .object(R"({"className":"StateButtonControlNode","context":{"data":{
+               "defaultValue":false,"defaultValueLinkedVariable":""}}})")
+                  .asked("Checking if can build StateButton")
+                  .node(R"({"class":"document::gxzero::StateButtonNode",
+               "position":{"class":"document::gxzero::LumoControlPosition"},
+               "stateButtonData":{"class":"lumocode::contentmodel::gxzero::StateButtonData",
+               "defaultValue":false,"defaultLinkedVariable":""}})")
+                  .records({"Starting to build a StateButton using the incoming JSON below", kDump,
+                            "Found the context property", "Found the context.data property",
+                            "Found the defaultValue property", "Set the defaultValue property",
+                            "Found the defaultValueLinkedVariable property",
+                            "Set the defaultValueLinkedVariable property"})});
 }
 
 }  // namespace
