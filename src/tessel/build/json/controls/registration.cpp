@@ -1,5 +1,5 @@
-// The functions that the service runtime looks up by name: two for each component, made from the
-// manifest, and the setter of the bundle's context.
+// The functions that the service runtime looks up by name: two for each component, which the build
+// makes from the manifest, and the setter of the bundle's context.
 
 #include <array>
 #include <atomic>
@@ -23,8 +23,8 @@ namespace {
 using cppmicroservices::service::component::detail::ComponentInstance;
 using cppmicroservices::service::component::detail::ComponentInstanceImpl;
 
-/// The holder of a component; null when there is no memory for it. The component's constructor
-/// takes the services that the manifest's references of these names are bound to.
+/// Creates the holder of a component; null when there is no memory for it. The component's
+/// constructor takes the services bound to the manifest's references of these names.
 template <typename Impl, typename Interfaces, typename... References, typename... Names>
 ComponentInstance* newInstance(const Names&... referenceNames) {
   static_assert(sizeof...(References) == sizeof...(Names));
@@ -36,7 +36,7 @@ ComponentInstance* newInstance(const Names&... referenceNames) {
       const std::array<std::string, sizeof...(References)> names{referenceNames...};
       return new (std::nothrow) Holder(names);
     } catch (const std::bad_alloc&) {
-      return nullptr;  // the names take memory, too
+      return nullptr;  // the names allocate, too
     }
   }
 }

@@ -37,7 +37,8 @@ const ControlKind kCombobox{"Starting to build a comboBoxNode using the incoming
 
 void applyItems(const Model& model, const ComboboxData& data, const Value& items) {
   auto& sequence = data.get()->getItemsMutable();
-  // Meant, wording and place: it comes before the array is read, so also where there is none.
+  // Irregular by contract, in its wording and its place: it is written before the array is read,
+  // and so even if the value is no array.
   framework::logDiagnostic("Got items ka array");
   for (const Value& entry : framework::readArray(items)) {
     framework::logDiagnostic([&entry] { return foundation::json::pretty_print(entry); });

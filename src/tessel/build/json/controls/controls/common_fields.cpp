@@ -27,14 +27,15 @@ const std::string kEndColumnKey = "endColumn";
 const framework::Field kExecutionModel{
     framework::kExecutionModelKey, "Found the executionModel property",
     "Set the executionModel property", &LumoControlData::Impl::setExecutionModel};
-// The one key means two things: the line's code on the control object, the label in its data.
+// One key with two meanings: the label in the control's data, the line's code on the control
+// object.
 const framework::Field kLabel{framework::kTextKey, "Found the label property",
                               "Set the label property", &LumoControlData::Impl::setLabel};
 const framework::Field kCode{framework::kTextKey, "Found the code property",
                              "Set the code property", &LumoControlData::Impl::setCode};
 
-/// The platform's conversion of a double, defined for every value: what no 64-bit integer holds
-/// becomes 2^63.
+/// The platform's conversion of a double, but defined for every value: one that fits no 64-bit
+/// integer becomes 2^63.
 std::uint64_t toColumn(double value) noexcept {
   constexpr double kTwoTo63 = 9223372036854775808.0;
   constexpr double kTwoTo64 = 18446744073709551616.0;
@@ -58,7 +59,7 @@ void applyControlPosition(LumoControlPosition position, const Value& json) {
 }
 
 void applyControlId(LumoControlNode node, const Value& json) {
-  // Lenient where the columns are strict: an id of another type is no error.
+  // Irregular by contract: an id of another type is no error.
   const Value* member = foundation::json::find_member(json, kControlIdKey);
   if (member == nullptr) return;
   if (const auto* id = foundation::json::get_if<std::string>(*member)) {

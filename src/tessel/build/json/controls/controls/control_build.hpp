@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The one way in which every control is built.
+/// How every control is built.
 
 #include <boost/uuid/uuid.hpp>
 #include <string>
@@ -17,8 +17,8 @@
 
 namespace tessel::build::json::controls {
 
-/// What a kind of control knows of its build, besides its data routine. (A kind's own is `const`,
-/// not `constexpr`: the address of an imported member is no constant expression on Windows.)
+/// What differs between the kinds in a build, besides the data routine. Instances are `const` and
+/// not `constexpr`: on Windows the address of an imported member is no constant expression.
 template <typename Node, typename NodeFactory, typename Data, typename NodeImpl>
 struct ControlKind {
   std::string_view startText;
@@ -31,9 +31,9 @@ ControlKind(std::string_view, Node (NodeFactory::*)(const boost::uuids::uuid&),
             Data (NodeImpl::*)(typename Data::BuilderWrapper, const boost::uuids::uuid&))
     -> ControlKind<Node, NodeFactory, Data, NodeImpl>;
 
-/// Builds a control: node, position, id, data record, data fields, in this order.
-/// @param applyData the kind's data routine, called with a reference of its own to the new record.
-/// @return the node; what was created before a failure stays in the model.
+/// Builds a control: node, position, id, data record, data fields, in this order. After a failure,
+/// what was created before stays in the model.
+/// @param applyData the kind's data routine, which is given the new record.
 /// @throws whatever the model or a routine throws, unchanged.
 template <typename Kind, typename ApplyData>
 document::gxzero::Node buildControl(const Kind& kind, const gx::zero::Model& model,

@@ -1,11 +1,11 @@
 #pragma once
 
 /// @file
-/// The builders of the controls that stand in a line of code. None of them holds any state.
+/// The builders of the controls in a line of code. They hold no state.
 ///
-/// To add a kind: describe its node and its record in the reference host's model description, name
-/// its component in the manifest, declare its class here, and write its file beside the others. The
-/// build stops at a class that the manifest does not name.
+/// To add a kind, describe its node and its record in the reference host's model description, add
+/// its component to the manifest, declare its class here, and add its source file. The build fails
+/// for a class that the manifest does not name.
 
 #include "document/gxzero.hpp"
 #include "foundation/json.hpp"

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The way to a control's own fields, and the fields that several kinds share.
+/// Finds a control's own fields, and describes those that several kinds share.
 
 #include "foundation/json.hpp"
 #include "framework/field.hpp"
@@ -9,11 +9,12 @@
 
 namespace tessel::build::json::controls {
 
-/// The control's own fields, "context"."data", with a record at each step. Null where a step is
-/// missing: the record of the control then stays as the model made it.
+/// The control's own fields, "context"."data". Writes a log record for each of the two that it
+/// finds.
+/// @return null if one is missing; the control's data record then keeps its initial values.
 const foundation::json::Value* findControlFields(const foundation::json::Value& json);
 
-/// The default value of a record, of whichever type the record has.
+/// The default value, of the type that the data record gives it.
 template <typename Record>
 inline const framework::Field kDefaultValue{
     framework::kDefaultValueKey, "Found the defaultValue property", "Set the defaultValue property",

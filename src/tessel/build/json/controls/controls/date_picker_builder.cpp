@@ -12,7 +12,7 @@ using lumocode::contentmodel::gxzero::DatePickerData;
 
 namespace {
 
-// Meant: its record speaks of the colour picker's key.
+// Irregular by contract: the record names the colour picker's key.
 const framework::Field kDisplayFormat{"displayFormat", framework::kNoRecord,
                                       "Set the colorFormat property",
                                       &DatePickerData::Impl::setDisplayFormat};

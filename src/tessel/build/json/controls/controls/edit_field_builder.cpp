@@ -23,7 +23,8 @@ namespace {
 
 const framework::Field kValueType{"valueType", "Found the valueType property",
                                   "Set the valueType property", &EditFieldData::Impl::setValueType};
-// Meant: the first record is named after the element that is made, the second one after the key.
+// Irregular by contract: the first record names the element that is created, the second one the
+// key.
 const framework::Field kDefaultValueElement{framework::kDefaultValueKey,
                                             "Found the defaultValueData property",
                                             "Set the defaultValue property"};
@@ -31,14 +32,14 @@ const framework::Field kLinkedVariable{framework::kDefaultLinkedVariableKey, fra
                                        framework::kNoRecord,
                                        &DefaultValueData::Impl::setDefaultLinkedVariable};
 
-/// The value type whose default value is a number; with every other one it is text.
+/// The value type whose default value is a number. With every other value type it is text.
 constexpr std::u16string_view kNumericValueType = u"Double";
 
 const ControlKind kEditField{"Starting to build a editFieldNode using the incoming JSON below",
                              &document::gxzero::EditFieldNode::Builder::createEditFieldNode,
                              &document::gxzero::EditFieldNode::Impl::createIntoEditFieldData};
 
-/// A value that is no double leaves the default value unset.
+/// Leaves the default value unset if the value is no double.
 DefaultValueData createNumericDefault(const Model& model, const Value& value) {
   auto element = framework::createInModel(
       model, &DoubleDefaultValueData::Builder::createDoubleDefaultValueData);
@@ -48,7 +49,7 @@ DefaultValueData createNumericDefault(const Model& model, const Value& value) {
   return element;
 }
 
-/// A value that is no text is an error.
+/// @throws std::runtime_error the conversion error, for a value that is not text.
 DefaultValueData createTextDefault(const Model& model, const Value& value) {
   auto element = framework::createInModel(
       model, &StringDefaultValueData::Builder::createStringDefaultValueData);
@@ -59,7 +60,7 @@ DefaultValueData createTextDefault(const Model& model, const Value& value) {
 }  // namespace
 
 bool EditFieldBuilderImpl::canBuild(const Value& json) const {
-  // Meant: the edit field asks in the combo box's words.
+  // Irregular by contract: this is the combo box's record.
   framework::logDiagnostic("Checking if can build ComboBox");
   return framework::recognizeByTypeWord(json, "editField");
 }
@@ -80,7 +81,7 @@ void EditFieldBuilderImpl::applyEditFieldData(const Model& model, EditFieldData 
     const DefaultValueData element = value_type(data) == kNumericValueType
                                          ? createNumericDefault(model, value)
                                          : createTextDefault(model, value);
-    // Required wherever there is a default value, and never read without one.
+    // Required if there is a default value, and read only then.
     framework::required(*fields, element, kLinkedVariable);
     data.get()->setDefaultValueData(element);
   });

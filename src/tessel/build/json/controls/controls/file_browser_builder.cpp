@@ -33,8 +33,8 @@ bool FileBrowserBuilderImpl::canBuild(const Value& json) const {
 Node FileBrowserBuilderImpl::build(const Model& model, const Value& json) const {
   return buildControl(kFileBrowser, model, json, [&json](const FileBrowserData& data) {
     applyControlData(data, json);
-    // Alone among the controls, this one needs its fields: nothing is tested, and a missing step
-    // of the way is the host's to answer for.
+    // Irregular by contract: only this control requires "context" and "data". Neither is tested
+    // for; the host answers for a missing one.
     const Value& context = json[framework::kContextKey];
     Value copy;
     const Value& fields = framework::requiredMember(context, framework::kDataKey, copy);

@@ -17,7 +17,7 @@ using lumocode::contentmodel::gxzero::StringControlData;
 
 const Field kExecutionOn{"executionOn", "Found the executionOn property",
                          "Set the executionOn property", &NumericControlData::Impl::setExecuteOn};
-// The records of the bounds are shorter than their keys.
+// Irregular by contract: the records of the bounds do not use the whole key.
 const Field kMinimum{"minimum", "Found the min property", "Set the min property",
                      &NumericControlData::Impl::setMin};
 const Field kMaximum{"maximum", "Found the max property", "Set the max property",
@@ -27,7 +27,7 @@ const Field kStep{"step", "Found the step property", "Set the step property",
 const Field kMinLinkedVariable{"minLinkedVariable", "Found the minLinkedVariable property",
                                "Set the minLinkedVariable property",
                                &NumericControlData::Impl::setMinimumLinkedVariable};
-// Meant: this key has no record of its own after the setter; the found-record comes twice.
+// Irregular by contract: the found-record is written a second time, in place of a set-record.
 const Field kMaxLinkedVariable{"maxLinkedVariable", "Found the maxLinkedVariable property",
                                "Found the maxLinkedVariable property",
                                &NumericControlData::Impl::setMaximumLinkedVariable};

@@ -1,11 +1,11 @@
 #pragma once
 
 /// @file
-/// What the controls for numbers share.
+/// The fields of controls for numbers.
 ///
-/// Each routine takes a reference of its own to the record it fills, and the whole control object.
-/// Numbers are stored as they are: nothing is clamped or compared. All throw the conversion error
-/// for a field of the wrong type; what was set before it stays set.
+/// Each routine takes the whole control object. Numbers are stored as they are, neither clamped nor
+/// compared. All routines throw the conversion error for a field of the wrong type; what was set
+/// before it stays set.
 
 #include "foundation/json.hpp"
 #include "lumocode/contentmodel/gxzero.hpp"
@@ -18,12 +18,12 @@ void applyNumericControlData(lumocode::contentmodel::gxzero::NumericControlData 
                              const foundation::json::Value& json,
                              const foundation::json::Value& fields);
 
-/// All of that, then a default value that is a number. A control without "context"."data" leaves
-/// the record untouched.
+/// The same, then a default value that is a number. Changes nothing if the control has no
+/// "context"."data".
 void applyScalarDefault(lumocode::contentmodel::gxzero::ScalarControlData data,
                         const foundation::json::Value& json);
 
-/// The same with a default value that is text.
+/// `applyScalarDefault` for a default value that is text.
 void applyRangeDefault(lumocode::contentmodel::gxzero::StringControlData data,
                        const foundation::json::Value& json);
 

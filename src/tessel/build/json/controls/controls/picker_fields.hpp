@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// What the controls for a formatted text share.
+/// The fields of controls for a formatted text.
 
 #include "controls/common_fields.hpp"
 #include "controls/control_fields.hpp"
@@ -10,11 +10,10 @@
 
 namespace tessel::build::json::controls {
 
-/// Sets the common fields, the format, and the default value. A control without "context"."data"
-/// leaves the record untouched; where there is one, the format is required.
-/// @throws std::runtime_error the conversion error, for a field of the wrong type; whatever the
-///         host throws, or the conversion error, for a missing format. What was set before it stays
-///         set.
+/// Sets the common fields, the format, which is required, and the default value. Changes nothing if
+/// the control has no "context"."data".
+/// @throws std::runtime_error the conversion error, for a field of the wrong type; what was set
+///         before it stays set. For a missing format whatever the host throws, or that error.
 template <typename Record, typename Setter>
 void applyFormattedFields(const Record& data, const foundation::json::Value& json,
                           const framework::Field<Setter>& format) {

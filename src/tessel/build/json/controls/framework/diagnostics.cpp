@@ -15,7 +15,7 @@ namespace {
 using diagnostics_detail::Logger;
 using StreamProvider = boost::log::aux::stream_provider<char>;
 
-// Boost.Log keeps the compounds of a thread for its next records.
+// Boost.Log keeps a released compound for the next records of the thread.
 struct CompoundRelease {
   void operator()(StreamProvider::stream_compound* compound) const noexcept {
     StreamProvider::release_compound(compound);
@@ -25,7 +25,7 @@ struct CompoundRelease {
 constexpr std::uint32_t kEveryLevel = 0xFFFFFFFF;
 const diagnostics_detail::LevelWord kLoggerNotAskedForYet{kEveryLevel};
 
-/// The logger; its level word is known from the first call on.
+/// Gets the logger. From the first call on, its level word is known.
 Logger& knownLogger() {
   Logger& logger = tessel::shared::logging::getLogger();
   if (diagnostics_detail::levelWord.load(std::memory_order_relaxed) == &kLoggerNotAskedForYet) {
@@ -42,7 +42,7 @@ boost::log::record openRecord(Logger& logger) {
   return foundation::log::core(logger)->open_record(attributes(logger));
 }
 
-// The text is asked for only once a record is open.
+// Produces the text only once a record is open.
 template <typename ProduceText>
 void writeRecord(const ProduceText& produceText) noexcept {
   try {
@@ -55,10 +55,10 @@ void writeRecord(const ProduceText& produceText) noexcept {
     const auto& text = produceText();
     compound->stream.write(text.data(), static_cast<std::streamsize>(text.size()));
     compound->stream.flush();
-    // A stream swallows what its buffer throws; half a text is no record.
+    // The stream catches what its buffer throws. A record with part of its text is dropped.
     if (compound->stream.good()) foundation::log::core(logger)->push_record(boost::move(record));
   } catch (...) {
-    // The log's troubles are not the build's: the record is dropped and the caller goes on.
+    // A failure of the log does not fail the build: the record is dropped.
   }
 }
 

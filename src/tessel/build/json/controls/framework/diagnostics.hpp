@@ -1,8 +1,7 @@
 #pragma once
 
 /// @file
-/// The one way in which builders narrate their work: records at one severity, through the host's
-/// logger.
+/// The builders' log records: all at one severity, through the host's logger.
 
 #include <atomic>
 #include <cstdint>
@@ -16,15 +15,15 @@
 
 namespace tessel::build::json::controls::framework {
 
-/// The severity of every record. Bit 3 of the logger's level word, which has this value, switches
-/// all of them.
+/// The severity of every record. The records are on while bit 3 of the logger's level word is set,
+/// the bit with this value.
 inline constexpr unsigned kDiagnosticSeverity = 8;
 
 namespace diagnostics_detail {
 
 using Logger = foundation::log::basic_diagnostic_logger<char>;
 
-/// An atomic or a plain integer, as the host has it.
+/// Atomic or a plain integer, as the host defines it.
 using LevelWord = std::remove_reference_t<decltype(enabled_levels(std::declval<Logger&>()))>;
 
 template <typename Integer>
@@ -35,13 +34,12 @@ inline std::uint32_t levelsIn(const volatile std::uint32_t& word) noexcept {
   return word;
 }
 
-/// The logger's level word once the logger has been asked for; before that one with all bits set,
-/// so that the first call goes and asks. To ask anew for each record, behind a call that keeps what
-/// the asking may throw, would take 1.6 % more instructions of a build with diagnostics off and 4.5
-/// % more of a round of questions.
+/// The logger's level word once the logger is known. Before that, a word with all bits set, so that
+/// the first record gets the logger. To get it for every record would take 1.6 % more instructions
+/// of a build with diagnostics off, and 4.5 % more of a round of recognitions.
 extern std::atomic<const LevelWord*> levelWord;
 
-/// A text that is made once a record is open: a plain reference to what makes it.
+/// A reference to the callable that makes a text once a record is open.
 struct TextSource {
   const void* producer;
   std::string (*produce)(const void* producer);
@@ -52,21 +50,21 @@ void write(const TextSource& source) noexcept;
 
 }  // namespace diagnostics_detail
 
-/// One look at the level word: false while the severity's bit is clear.
+/// Reads the level word once: false while the severity's bit is clear.
 inline bool mayRecordDiagnostics() noexcept {
   return (diagnostics_detail::levelsIn(
               *diagnostics_detail::levelWord.load(std::memory_order_acquire)) &
           kDiagnosticSeverity) != 0;
 }
 
-/// Writes one record. With the severity's bit clear, this costs one look at the level word.
-/// Logging never fails its caller: whatever the log throws stays here, and the record is dropped.
+/// Writes one record. While the severity's bit is clear, it only reads the level word. Logging
+/// never fails its caller: it catches whatever the log throws, and drops the record.
 inline void logDiagnostic(std::string_view text) noexcept {
   if (mayRecordDiagnostics()) diagnostics_detail::write(text);
 }
 
-/// The same for a text that is costly to make: it is produced once a record is open, and never
-/// when none is. A record whose text could not be produced is dropped.
+/// The same for a text that is costly to make. It is produced only once a record is open. If that
+/// throws, the record is dropped.
 /// @param produceText a callable without parameters that returns a `std::string`.
 template <typename ProduceText,
           typename = std::enable_if_t<std::is_invocable_r_v<std::string, const ProduceText&>>>

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// How elements come into a model.
+/// Creating elements in a model.
 
 #include <boost/uuid/uuid.hpp>
 
@@ -9,7 +9,7 @@
 
 namespace tessel::build::json::controls::framework {
 
-/// Every element is created with the nil uuid: its identity is the model's business.
+/// Every element is created with the nil uuid: the model chooses its identity.
 inline constexpr boost::uuids::uuid kNilUuid{};
 
 /// Creates an element as a root of the model.

@@ -11,23 +11,23 @@
 
 namespace tessel::build::json::controls::framework {
 
-/// Raised for a property value that had to hold a model element. Its one message argument is the
-/// qualified name of the value's type.
+/// Thrown if a property value holds no model element. Its one message argument is the qualified
+/// name of the value's type.
 using CannotCastIncompatibleTypes =
     foundation::core::except::Exception<gx0::messages::CannotCastIncompatibleTypes, std::exception>;
 
-/// Lets a property value pass that holds a model element, or none but is of a class type.
+/// Accepts a property value that holds a model element, or that is empty and of a class type.
 /// @throws CannotCastIncompatibleTypes for any other value.
 void requireModelElement(const gx::zero::ValueMeta& value);
 
-/// Whether the sequence holds the element. One that is empty or a proxy is in no sequence.
+/// Whether the sequence holds the element. Answers false for an empty handle and for a proxy.
 template <typename Element>
 bool contains(const gx::zero::ElementSequence<Element>& sequence, const Element& element) {
   if (!element || element.get()->isProxy()) return false;
   const auto& opposite = sequence.getOpposite();
   const gx::zero::meta::Property* property = property_or_null(opposite);
   if (property != nullptr && is_single_valued(*property)) {
-    // What the element says itself is one look; the sequence may be long.
+    // The sequence may be long, so ask the element for its container.
     const gx::zero::ValueMeta container = property_value(*element.get(), *property);
     requireModelElement(container);
     return held_element(container).get() == implementation_of(sequence.getOwner());
@@ -36,9 +36,9 @@ bool contains(const gx::zero::ElementSequence<Element>& sequence, const Element&
   return std::find(elements.begin(), elements.end(), element.get()) != elements.end();
 }
 
-/// Puts the element behind the last one of the sequence, which then is its container if it
-/// contains its elements. An empty handle is passed over, and so is an element that is there
-/// already in a sequence that admits it once.
+/// Inserts the element at the end of the sequence. A sequence that contains its elements becomes
+/// its container. Does nothing for an empty handle, or if the sequence admits an element only once
+/// and holds it already.
 /// @throws whatever the model throws, for example for an element of another model. The sequence is
 ///         unchanged then.
 template <typename Element>

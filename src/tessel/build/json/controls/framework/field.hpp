@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// A field: a JSON key, the records around it, and the setter that it feeds. What a builder does
-/// with its fields reads as a list of the three verbs below.
+/// A field: a JSON key, the log records before and after it is set, and the setter. The fields of a
+/// builder are set by a list of calls of `optional`, `required` and `narrated`.
 
 #include <cstddef>
 #include <string>
@@ -15,7 +15,7 @@
 
 namespace tessel::build::json::controls::framework {
 
-/// For a field without one of its records.
+/// For a field that writes no record before or after.
 inline constexpr std::string_view kNoRecord;
 
 template <typename Setter = std::nullptr_t>
@@ -23,14 +23,14 @@ struct Field {
   std::string key;
   std::string_view foundText;  ///< the record before the member is read
   std::string_view setText;    ///< the record after the setter has returned
-  Setter setter{};             ///< of the element's `Impl`; none where a body does the work
+  Setter setter{};             ///< of the element's `Impl`; none for `narrated` with a body
 };
 
 Field(std::string, std::string_view, std::string_view)->Field<>;
 template <typename Setter>
 Field(std::string, std::string_view, std::string_view, Setter) -> Field<Setter>;
 
-/// Hands the value to the setter, read strictly as the type that the setter takes.
+/// Calls the setter with the value, read strictly as the type that the setter takes.
 template <typename Element, typename Impl, typename Result, typename Argument>
 void set(const Element& element, Result (Impl::*setter)(Argument),
          const foundation::json::Value& value) {
@@ -44,8 +44,8 @@ void set(const Element& element, Result (Impl::*setter)(Argument),
   }
 }
 
-/// Runs the body with the member under the field's key, between the field's two records. A missing
-/// key is passed over in silence. After a failure there is no second record.
+/// Calls the body with the member under the field's key, between the field's two records. Does
+/// nothing if the key is missing. After a failure there is no second record.
 template <typename Setter, typename Body>
 void narrated(const foundation::json::Value& fields, const Field<Setter>& field, const Body& body) {
   const foundation::json::Value* member = foundation::json::find_member(fields, field.key);
@@ -55,7 +55,7 @@ void narrated(const foundation::json::Value& fields, const Field<Setter>& field,
   logDiagnostic(field.setText);
 }
 
-/// Sets the field from the member under its key, which may be missing.
+/// Sets the field from the member under its key, if there is one, between the two records.
 /// @throws std::runtime_error the conversion error, for a member of the wrong type.
 template <typename Element, typename Setter>
 void optional(const foundation::json::Value& fields, const Element& element,
@@ -65,7 +65,7 @@ void optional(const foundation::json::Value& fields, const Element& element,
   });
 }
 
-/// Sets the field from the member under its key, which has to be there. There is no record before.
+/// Sets the field from the member under its key, which is required. Writes no record before.
 /// @throws std::runtime_error the conversion error, for a member of the wrong type; for a missing
 ///         one whatever the host throws, or the conversion error.
 template <typename Element, typename Setter>

@@ -16,9 +16,9 @@ constexpr std::string_view kGenericControl = "LumoControlNode";
 constexpr std::string_view kClassName = "className";
 const std::string kClassNameKey(kClassName);
 
-/// The member "className"; null when there is none. In the order of the keys it stands among the
-/// first ones of nearly every object. To look there saves 39 % of the instructions of a round of
-/// questions, and to compare with a text that the compiler knows, which needs no call, 10 %.
+/// The member "className"; null when there is none. In nearly every object it is among the first
+/// members, which are in the order of their keys. To look there saves 39 % of the instructions of a
+/// round of recognitions; to compare with a constant, which needs no call, saves 10 %.
 const Value* findClassName(const JsonMembers& members) {
   constexpr int kFirstLooks = 3;
   auto member = members.begin();
@@ -40,7 +40,7 @@ const std::string* classNameOf(const Value& json) {
   return className == nullptr ? nullptr : &readString(*className);
 }
 
-/// What a "type" that is not there reads as.
+/// The value of a missing "type".
 const Value kNoType = Value();
 
 bool hasTypeWord(const Value& control, std::string_view word) {
@@ -50,7 +50,7 @@ bool hasTypeWord(const Value& control, std::string_view word) {
   return readString(type != nullptr ? *type : kNoType) == word;
 }
 
-/// Whether a control is of a type: a generic one by its type word, any other by its class name.
+/// Compares the type word of a generic control, and the class name of any other.
 bool isControlOfType(const Value& control, const std::string& className, std::string_view word) {
   return className == kGenericControl ? hasTypeWord(control, word) : className == word;
 }

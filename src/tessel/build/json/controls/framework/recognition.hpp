@@ -1,10 +1,10 @@
 #pragma once
 
 /// @file
-/// The rules by which builders recognise their JSON objects.
+/// How builders recognise their JSON objects.
 ///
-/// All comparisons are exact: byte for byte, case-sensitive, equal length. The value is never
-/// changed. The rules allocate nothing of their own.
+/// All comparisons are exact: byte for byte, case-sensitive, equal length. The rules never change
+/// the value, and allocate nothing.
 
 #include <string_view>
 
@@ -21,11 +21,11 @@ bool recognizeByClassName(const foundation::json::Value& json, std::string_view 
 /// "context" is the word. Otherwise as `recognizeByClassName`.
 /// @throws std::runtime_error the conversion error, for a "className" that is not text, and for a
 ///         generic control whose "context" is no object or whose "type" is not text or missing.
-///         A missing "context" is the host's to answer for, by its const `operator[]`.
+///         The host answers for a missing "context", by its const `operator[]`.
 bool recognizeByTypeWord(const foundation::json::Value& json, std::string_view typeWord);
 
-/// True when the object is a generic control of the type, or when the word itself is its
-/// "className". Otherwise, and in what it throws, as `recognizeByTypeWord`.
+/// True when the object is a generic control of the type, or when the word is its "className".
+/// Otherwise, also in what it throws, as `recognizeByTypeWord`.
 bool recognizeByTypeWordOrClassName(const foundation::json::Value& json, std::string_view word);
 
 }  // namespace tessel::build::json::controls::framework

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The builders of the embedded task widget: its header line and the node that stands in it.
+/// The builders of the embedded task widget: its header line, and the node in that line.
 
 #include <memory>
 #include <string>
@@ -19,10 +19,11 @@ using document::gxzero::Node;
 using foundation::json::Value;
 using gx::zero::Model;
 
-/// Builds a task's header line, and its children through the builder it is given.
+/// Builds a task's header line. Another builder builds its children.
 class LumoTaskHeaderBuilderImpl final : public NodeBuilder {
  public:
-  /// @param integratedInlineNodeBuilder what builds the children; kept for life.
+  /// @param integratedInlineNodeBuilder builds the children; shared until this builder is
+  /// destroyed.
   explicit LumoTaskHeaderBuilderImpl(
       const std::shared_ptr<NodeBuilder>& integratedInlineNodeBuilder);
 
@@ -39,7 +40,7 @@ struct TaskProperty {
   std::string_view settingText;
 };
 
-/// Builds the node of a task inside its header line. Holds no state.
+/// Builds the node of a task in its header line. Holds no state.
 class LumoTaskIntegratedInlineNodeBuilderImpl final : public NodeBuilder {
  public:
   bool canBuild(const Value& json) const override;
@@ -48,7 +49,7 @@ class LumoTaskIntegratedInlineNodeBuilderImpl final : public NodeBuilder {
  private:
   /// The member as UTF-16, empty when it is missing.
   static std::u16string readStringProperty(const Value& json, const TaskProperty& property);
-  /// The member truncated to 32 bits, of which the low 16 are kept; 0 when it is missing.
+  /// The low 16 bits of the member, which is truncated to 32 bits first; 0 when it is missing.
   static unsigned short readUnsignedShortProperty(const Value& json, const TaskProperty& property);
   static lumocode::contentmodel::gxzero::LumoTaskData buildLumoTaskData(
       const Model& model, lumocode::contentmodel::gxzero::LumoTaskData data, const Value& json);

@@ -34,12 +34,12 @@ const TaskProperty kAutorun{"autorun", "Setting the autorun property"};
 const TaskProperty kText{framework::kTextKey, "Setting the text property"};
 const TaskProperty kNumOfCodeLines{"numOfCodeLines", "Setting the numOfCodeLines property"};
 
-/// The platform's conversion of a double to 32 bits, defined for every value: what they do not
-/// hold becomes the least of them.
+/// The platform's conversion of a double to 32 bits, but defined for every value: one that does not
+/// fit becomes the smallest integer.
 std::int32_t truncateToInt32(double value) noexcept {
   using Limits = std::numeric_limits<std::int32_t>;
   const double whole = std::trunc(value);
-  // Written so that NaN is out of range too.
+  // False for NaN.
   const bool inRange = whole >= Limits::min() && whole <= Limits::max();
   return inRange ? static_cast<std::int32_t>(whole) : Limits::min();
 }
