@@ -130,10 +130,17 @@ TEST(Diagnostics, ARecordLeavesItsStreamToTheNext) {
 }
 
 TEST(Diagnostics, AnInterruptedTextIsNotPushedAndTheNextRecordIsWhole) {
+  struct LogsWhenDestroyed {
+    ~LogsWhenDestroyed() { logDiagnostic("next"); }
+  };
   EXPECT_EQ(recordsOf([] {
               logDiagnostic([]() -> std::string { throw std::runtime_error("no text"); });
               logDiagnostic([]() -> std::string { throw 7; });
-              logDiagnostic("next");
+              try {
+                const LogsWhenDestroyed logs;
+                throw std::runtime_error("in flight");
+              } catch (const std::runtime_error&) {
+              }
             }),
             Records{"next"});
 }

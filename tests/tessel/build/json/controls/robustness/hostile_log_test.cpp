@@ -126,15 +126,6 @@ const HostileLog kHostileLogs[] = {
     {"NothingWrong", [] { return attribute([] { return ++misbehaved; }); }, Left::kAll},
 };
 
-TEST(Among, SomeOfTheRecordsAreToldFromOthers) {
-  const Records all = {"a", "b", "a", "c"};
-  EXPECT_TRUE(areAmong({}, all));
-  EXPECT_TRUE(areAmong(all, all));
-  EXPECT_TRUE(areAmong({"a", "a"}, all));
-  EXPECT_FALSE(areAmong({"c", "a"}, all));
-  EXPECT_FALSE(areAmong({"a", "a", "a"}, all));
-}
-
 class EveryBuildTest : public testing::TestWithParam<HostileLog> {};
 
 INSTANTIATE_TEST_SUITE_P(HostileLogs, EveryBuildTest, testing::ValuesIn(kHostileLogs),
