@@ -51,6 +51,15 @@ class ValueObject {
   const Value* value_;
 };
 
+std::optional<PlainControl<std::string>> plainControl(const std::string& builder,
+                                                      const Value& json) {
+  if (!hasBaseline(contract::kindOf(builder))) return std::nullopt;
+  const ValueObject object(&json);
+  const auto kind = plainKindOf(object);
+  if (!kind) throw std::invalid_argument("the words of the object are those of no plain struct");
+  return readAs<std::string>(*kind, object);
+}
+
 std::size_t builtOrThrow(const reference_host::importer::ImportResult& result) {
   if (result.summary.failed != 0) {
     const auto& error = result.errors.front();
@@ -100,7 +109,7 @@ Corpus::Corpus(std::string text)
   walk(
       value_,
       [this](const NamedBuilder& builder, const Value& object) {
-        claimed_.push_back({&builder, &object, plainControl(object)});
+        claimed_.push_back({&builder, &object, plainControl(builder.name(), object)});
       },
       [this](const Value& object) {
         if (&object != &value_) strangers_.push_back(&object);
@@ -117,11 +126,9 @@ std::vector<std::shared_ptr<const Corpus>> controlsOf(const contract::Kind& kind
   return controls;
 }
 
-PlainControl<std::string> plainControl(const Value& json) {
-  const ValueObject object(&json);
-  const auto kind = plainKindOf(object);
-  if (!kind) throw std::invalid_argument("the object is no control that has a plain struct");
-  return readAs<std::string>(*kind, object);
+bool hasBaseline(const contract::Kind& kind) {
+  const PlainKinds& plain = PlainKinds::all();
+  return plain.byClassName.count(kind.word) + plain.byTypeWord.count(kind.word) != 0;
 }
 
 }  // namespace benchmarks

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,11 +28,12 @@ std::size_t importValue(const foundation::json::Value& document);
 /// @return the count of objects that a builder claims.
 std::size_t recognizeAll(const foundation::json::Value& value);
 
-/// An object with the builder that claims it, and its content in a plain struct.
+/// An object with the builder that claims it, and its content in the plain struct of its kind; none
+/// if the kind has no plain struct.
 struct ClaimedObject {
   const NamedBuilder* builder;
   const foundation::json::Value* json;
-  PlainControl<std::string> plain;
+  std::optional<PlainControl<std::string>> plain;
 };
 
 /// A parsed document and the objects in it that a walk offers to the builders.
@@ -60,7 +62,7 @@ class Corpus {
 std::vector<std::shared_ptr<const Corpus>> controlsOf(const contract::Kind& kind,
                                                       std::size_t count);
 
-/// A control's content without its JSON.
-PlainControl<std::string> plainControl(const foundation::json::Value& json);
+/// Whether the kind has a plain struct, so that there is a baseline of its builds.
+bool hasBaseline(const contract::Kind& kind);
 
 }  // namespace benchmarks

@@ -67,9 +67,9 @@ std::size_t allocationsOfBuild(const ClaimedObject& object) {
   return allocationsOf([&] { object.builder->build(model, *object.json); });
 }
 
-std::size_t allocationsOfFloor(const ClaimedObject& object) {
+std::size_t allocationsOfBaseline(const ClaimedObject& object) {
   const Model model = Model::create();
-  return allocationsOf([&] { benchmarks::createElements(model, object.plain); });
+  return allocationsOf([&] { benchmarks::createElements(model, *object.plain); });
 }
 
 /// What the host's interface asks of the two builders that leave the question to it.
@@ -101,9 +101,13 @@ std::size_t recordsOpenedWithDiagnosticsBy(const Action& action) {
 
 CountRow countBuilds(const Kind& kind) {
   CountRow row{"allocations of a build: " + kind.name, "baseline", kControlsOfKind, 0};
+  if (!benchmarks::hasBaseline(kind)) {
+    row.heldAgainst = "none: the kind has no baseline";
+    row.allowedBeyond.reset();
+  }
   for (const auto& corpus : benchmarks::controlsOf(kind, kControlsOfKind)) {
     for (const ClaimedObject& object : corpus->claimed()) {
-      row.add(allocationsOfBuild(object), allocationsOfFloor(object));
+      row.add(allocationsOfBuild(object), object.plain ? allocationsOfBaseline(object) : 0);
     }
   }
   return row;
