@@ -31,9 +31,9 @@ ControlKind(std::string_view, Node (NodeFactory::*)(const boost::uuids::uuid&),
             Data (NodeImpl::*)(typename Data::BuilderWrapper, const boost::uuids::uuid&))
     -> ControlKind<Node, NodeFactory, Data, NodeImpl>;
 
-/// Builds a control: node, position, id, data record, data fields, in this order. After a failure,
+/// Builds a control: node, position, id, data object, fields, in this order. After a failure,
 /// what was created before stays in the model.
-/// @param applyData the kind's data routine, which is given the new record.
+/// @param applyData the kind's data routine, which is given the new data object.
 /// @throws whatever the model or a routine throws, unchanged.
 template <typename Kind, typename ApplyData>
 document::gxzero::Node buildControl(const Kind& kind, const gx::zero::Model& model,

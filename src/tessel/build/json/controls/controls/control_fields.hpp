@@ -11,19 +11,19 @@ namespace tessel::build::json::controls {
 
 /// The control's own fields, "context"."data". Writes a log record for each of the two that it
 /// finds.
-/// @return null if one is missing; the control's data record then keeps its initial values.
+/// @return null if one is missing; the control's data object then keeps its initial values.
 const foundation::json::Value* findControlFields(const foundation::json::Value& json);
 
-/// The default value, of the type that the data record gives it.
-template <typename Record>
+/// The default value, of the type that the data object gives it.
+template <typename Data>
 inline const framework::Field kDefaultValue{
     framework::kDefaultValueKey, "Found the defaultValue property", "Set the defaultValue property",
-    &Record::Impl::setDefaultValue};
+    &Data::Impl::setDefaultValue};
 
 /// The name of the variable that supplies the default value.
-template <typename Record>
+template <typename Data>
 inline const framework::Field kDefaultLinkedVariable{
     framework::kDefaultLinkedVariableKey, "Found the defaultValueLinkedVariable property",
-    "Set the defaultValueLinkedVariable property", &Record::Impl::setDefaultLinkedVariable};
+    "Set the defaultValueLinkedVariable property", &Data::Impl::setDefaultLinkedVariable};
 
 }  // namespace tessel::build::json::controls

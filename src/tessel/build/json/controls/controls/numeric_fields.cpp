@@ -35,12 +35,12 @@ const Field kStepLinkedVariable{"stepLinkedVariable", "Found the stepLinkedVaria
                                 "Set the stepLinkedVariable property",
                                 &NumericControlData::Impl::setStepLinkedVariable};
 
-template <typename Record>
-void applyNumericDefault(const Record& data, const Value& json) {
+template <typename Data>
+void applyNumericDefault(const Data& data, const Value& json) {
   const Value* fields = findControlFields(json);
   if (fields == nullptr) return;
   applyNumericControlData(data, json, *fields);
-  optional(*fields, data, kDefaultValue<Record>);
+  optional(*fields, data, kDefaultValue<Data>);
 }
 
 }  // namespace

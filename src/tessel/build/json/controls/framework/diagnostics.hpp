@@ -36,7 +36,7 @@ inline std::uint32_t levelsIn(const volatile std::uint32_t& word) noexcept {
 
 /// The logger's level word once the logger is known. Before that, a word with all bits set, so that
 /// the first record gets the logger. To get it for every record would take 1.6 % more instructions
-/// of a build with diagnostics off, and 4.5 % more of a round of recognitions.
+/// of a build with diagnostics off, and 4.5 % more of a round of questions.
 extern std::atomic<const LevelWord*> levelWord;
 
 /// A reference to the callable that makes a text once a record is open.

@@ -18,7 +18,7 @@ const std::string kClassNameKey(kClassName);
 
 /// The member "className"; null when there is none. In nearly every object it is among the first
 /// members, which are in the order of their keys. To look there saves 39 % of the instructions of a
-/// round of recognitions; to compare with a constant, which needs no call, saves 10 %.
+/// round of questions; to compare with a constant, which needs no call, saves 10 %.
 const Value* findClassName(const JsonMembers& members) {
   constexpr int kFirstLooks = 3;
   auto member = members.begin();
