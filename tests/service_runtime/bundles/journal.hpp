@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace service_runtime_test {
@@ -17,5 +18,14 @@ std::vector<std::string> takeJournal();
 
 /// Sets what runs at each entry, on the thread that makes it; null for nothing.
 void setHook(Hook hook);
+
+/// A hook for the time of a block.
+class HookGuard {
+ public:
+  explicit HookGuard(Hook hook) { setHook(std::move(hook)); }
+  ~HookGuard() { setHook(nullptr); }
+  HookGuard(const HookGuard&) = delete;
+  HookGuard& operator=(const HookGuard&) = delete;
+};
 
 }  // namespace service_runtime_test

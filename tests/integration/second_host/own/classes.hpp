@@ -21,33 +21,14 @@
 
 namespace lumocode::contentmodel::gxzero {
 
-using gx::zero::ModelElementImpl;
+using gx::zero::Handle;
 
-struct LumoControlDataImpl : ModelElementImpl {
+/// Every record has the setters of all of them. Only what differs from class to class in more than
+/// its presence has classes of its own.
+struct RecordImpl : gx::zero::ModelElementImpl {
   bool setLabel(const std::u16string& value) { return keep("label", value); }
   bool setCode(const std::u16string& value) { return keep("code", value); }
   bool setExecutionModel(const std::u16string& value) { return keep("executionModel", value); }
-};
-using LumoControlData = gx::zero::Handle<LumoControlDataImpl>;
-
-struct ButtonDataImpl : LumoControlDataImpl {};
-using ButtonData = gx::zero::Handle<ButtonDataImpl>;
-
-struct BooleanControlDataImpl : LumoControlDataImpl {
-  bool setDefaultValue(bool value) { return keep("defaultValue", value); }
-  bool setDefaultLinkedVariable(const std::u16string& value) {
-    return keep("defaultLinkedVariable", value);
-  }
-};
-using BooleanControlData = gx::zero::Handle<BooleanControlDataImpl>;
-
-struct CheckboxDataImpl : BooleanControlDataImpl {};
-using CheckboxData = gx::zero::Handle<CheckboxDataImpl>;
-
-struct StateButtonDataImpl : BooleanControlDataImpl {};
-using StateButtonData = gx::zero::Handle<StateButtonDataImpl>;
-
-struct NumericControlDataImpl : LumoControlDataImpl {
   bool setExecuteOn(const std::u16string& value) { return keep("executeOn", value); }
   bool setMin(double value) { return keep("min", value); }
   bool setMax(double value) { return keep("max", value); }
@@ -64,96 +45,69 @@ struct NumericControlDataImpl : LumoControlDataImpl {
   bool setStepLinkedVariable(const std::u16string& value) {
     return keep("stepLinkedVariable", value);
   }
-};
-using NumericControlData = gx::zero::Handle<NumericControlDataImpl>;
-
-struct ScalarControlDataImpl : NumericControlDataImpl {
-  bool setDefaultValue(double value) { return keep("defaultValue", value); }
-};
-using ScalarControlData = gx::zero::Handle<ScalarControlDataImpl>;
-
-struct StringControlDataImpl : NumericControlDataImpl {
-  bool setDefaultValue(const std::u16string& value) { return keep("defaultValue", value); }
-};
-using StringControlData = gx::zero::Handle<StringControlDataImpl>;
-
-struct SliderDataImpl : ScalarControlDataImpl {};
-using SliderData = gx::zero::Handle<SliderDataImpl>;
-
-struct SpinnerDataImpl : ScalarControlDataImpl {};
-using SpinnerData = gx::zero::Handle<SpinnerDataImpl>;
-
-struct RangeSliderDataImpl : StringControlDataImpl {};
-using RangeSliderData = gx::zero::Handle<RangeSliderDataImpl>;
-
-struct ComboboxItemImpl : ModelElementImpl {
-  SECOND_HOST_CREATES(ComboboxItem)
-  bool setLabel(const std::u16string& value) { return keep("label", value); }
-  bool setItem(const std::u16string& value) { return keep("item", value); }
-};
-using ComboboxItem = gx::zero::Handle<ComboboxItemImpl>;
-
-struct ComboboxItemLabelImpl : ModelElementImpl {
-  SECOND_HOST_CREATES(ComboboxItemLabel)
-  bool setLabel(const std::u16string& value) { return keep("label", value); }
-};
-using ComboboxItemLabel = gx::zero::Handle<ComboboxItemLabelImpl>;
-
-struct ComboboxDataImpl : LumoControlDataImpl {
-  bool setDefaultValue(const std::u16string& value) { return keep("defaultValue", value); }
   bool setLinkedVariable(const std::u16string& value) { return keep("linkedVariable", value); }
+  bool setItem(const std::u16string& value) { return keep("item", value); }
+  bool setValueType(const std::u16string& value) { return keep("valueType", value); }
+  bool setColorFormat(const std::u16string& value) { return keep("colorFormat", value); }
+  bool setDisplayFormat(const std::u16string& value) { return keep("displayFormat", value); }
+  bool setBrowserType(const std::u16string& value) { return keep("browserType", value); }
+};
+using LumoControlData = Handle<RecordImpl>;
+using ButtonData = LumoControlData;
+using NumericControlData = LumoControlData;
+using DefaultValueData = LumoControlData;
+
+template <typename Default>
+struct DefaultingRecordImpl : RecordImpl {
+  bool setDefaultValue(const Default& value) { return keep("defaultValue", value); }
+};
+using BooleanControlData = Handle<DefaultingRecordImpl<bool>>;
+using CheckboxData = BooleanControlData;
+using StateButtonData = BooleanControlData;
+using ScalarControlData = Handle<DefaultingRecordImpl<double>>;
+using SliderData = ScalarControlData;
+using SpinnerData = ScalarControlData;
+using StringControlData = Handle<DefaultingRecordImpl<std::u16string>>;
+using RangeSliderData = StringControlData;
+using ColorPickerData = StringControlData;
+using DatePickerData = StringControlData;
+using FileBrowserData = StringControlData;
+
+struct ComboboxItemImpl : RecordImpl {
+  SECOND_HOST_CREATES(ComboboxItem)
+};
+using ComboboxItem = Handle<ComboboxItemImpl>;
+
+struct ComboboxItemLabelImpl : RecordImpl {
+  SECOND_HOST_CREATES(ComboboxItemLabel)
+};
+using ComboboxItemLabel = Handle<ComboboxItemLabelImpl>;
+
+struct ComboboxDataImpl : DefaultingRecordImpl<std::u16string> {
   gx::zero::ElementSequence<ComboboxItem>& getItemsMutable() { return items; }
   gx::zero::ElementSequence<ComboboxItemLabel>& getItemLabelsMutable() { return itemLabels; }
 
   gx::zero::ElementSequence<ComboboxItem> items{*this, "items", {}};
   gx::zero::ElementSequence<ComboboxItemLabel> itemLabels{*this, "itemLabels", {}};
 };
-using ComboboxData = gx::zero::Handle<ComboboxDataImpl>;
+using ComboboxData = Handle<ComboboxDataImpl>;
 
-struct DefaultValueDataImpl : ModelElementImpl {
-  bool setDefaultLinkedVariable(const std::u16string& value) {
-    return keep("defaultLinkedVariable", value);
-  }
-};
-using DefaultValueData = gx::zero::Handle<DefaultValueDataImpl>;
-
-struct DoubleDefaultValueDataImpl : DefaultValueDataImpl {
+struct DoubleDefaultValueDataImpl : DefaultingRecordImpl<double> {
   SECOND_HOST_CREATES(DoubleDefaultValueData)
-  bool setDefaultValue(double value) { return keep("defaultValue", value); }
 };
-using DoubleDefaultValueData = gx::zero::Handle<DoubleDefaultValueDataImpl>;
+using DoubleDefaultValueData = Handle<DoubleDefaultValueDataImpl>;
 
-struct StringDefaultValueDataImpl : DefaultValueDataImpl {
+struct StringDefaultValueDataImpl : DefaultingRecordImpl<std::u16string> {
   SECOND_HOST_CREATES(StringDefaultValueData)
-  bool setDefaultValue(const std::u16string& value) { return keep("defaultValue", value); }
 };
-using StringDefaultValueData = gx::zero::Handle<StringDefaultValueDataImpl>;
+using StringDefaultValueData = Handle<StringDefaultValueDataImpl>;
 
-struct EditFieldDataImpl : LumoControlDataImpl {
-  bool setValueType(const std::u16string& value) { return keep("valueType", value); }
+struct EditFieldDataImpl : RecordImpl {
   bool setDefaultValueData(const DefaultValueData& value) {
     return keep("defaultValueData", gx::zero::ModelElement(value));
   }
 };
-using EditFieldData = gx::zero::Handle<EditFieldDataImpl>;
-
-struct ColorPickerDataImpl : LumoControlDataImpl {
-  bool setColorFormat(const std::u16string& value) { return keep("colorFormat", value); }
-  bool setDefaultValue(const std::u16string& value) { return keep("defaultValue", value); }
-};
-using ColorPickerData = gx::zero::Handle<ColorPickerDataImpl>;
-
-struct DatePickerDataImpl : LumoControlDataImpl {
-  bool setDisplayFormat(const std::u16string& value) { return keep("displayFormat", value); }
-  bool setDefaultValue(const std::u16string& value) { return keep("defaultValue", value); }
-};
-using DatePickerData = gx::zero::Handle<DatePickerDataImpl>;
-
-struct FileBrowserDataImpl : LumoControlDataImpl {
-  bool setBrowserType(const std::u16string& value) { return keep("browserType", value); }
-  bool setDefaultValue(const std::u16string& value) { return keep("defaultValue", value); }
-};
-using FileBrowserData = gx::zero::Handle<FileBrowserDataImpl>;
+using EditFieldData = Handle<EditFieldDataImpl>;
 
 /// A value, told in one line.
 class LumoTaskData {
@@ -225,7 +179,7 @@ using LumoControlNode = gx::zero::Handle<LumoControlNodeImpl>;
     SECOND_HOST_CREATES(Node)                                        \
     content::Data createInto##Slot(content::Data::BuilderWrapper,    \
                                    const boost::uuids::uuid& uuid) { \
-      return keepNew<content::Data##Impl>("data", uuid);             \
+      return keepNew<content::Data::Impl>("data", uuid);             \
     }                                                                \
   };                                                                 \
   using Node = gx::zero::Handle<Node##Impl>;

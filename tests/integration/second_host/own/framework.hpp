@@ -22,13 +22,11 @@ class Class;
 class Type {
  public:
   struct Impl {
-    explicit Impl(std::u16string typeName, std::shared_ptr<const Impl> baseType = nullptr)
-        : name(std::move(typeName)), base(std::move(baseType)) {}
+    explicit Impl(std::u16string typeName) : name(std::move(typeName)) {}
     virtual ~Impl() = default;
     std::u16string getQualifiedName() const { return name; }
 
     std::u16string name;
-    std::shared_ptr<const Impl> base;
   };
 
   explicit Type(std::shared_ptr<const Impl> impl) : impl_(std::move(impl)) {}
@@ -63,10 +61,7 @@ inline bool Type::is(const Class& other) const {
   if (other.get() == Class::metaClass().get()) {
     return dynamic_cast<const Class::Impl*>(get()) != nullptr;
   }
-  for (const Impl* type = get(); type != nullptr; type = type->base.get()) {
-    if (type == other.get()) return true;
-  }
-  return false;
+  return get() == other.get();
 }
 
 /// A handle on a property; an empty one is none.

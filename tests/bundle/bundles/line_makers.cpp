@@ -1,4 +1,4 @@
-#pragma once
+// Node builders of other bundles. Their manifests say which of them each bundle has.
 
 #include <boost/uuid/uuid.hpp>
 #include <string>
@@ -33,4 +33,22 @@ class LineMaker : public tessel::build::json::NodeBuilder {
   const std::string name_;
 };
 
+/// What the product's header line takes for the product's own inline builder.
+class StandIn final : public LineMaker {
+ public:
+  StandIn() : LineMaker("StandIn") {}
+};
+
+/// What it is not meant to be given: it ranks higher, and its `test_id` only begins alike.
+class Stranger final : public LineMaker {
+ public:
+  Stranger() : LineMaker("Stranger") {}
+};
+
 }  // namespace service_runtime_test
+
+using service_runtime_test::ComponentInstance;
+using service_runtime_test::deleteInstance;
+using service_runtime_test::newInstance;
+
+#include "entry_points.inc"
