@@ -154,6 +154,11 @@ TEST(BundleFileReader, RefusesAWrongArchive) {
        // The length in the archive's directory, which libzip takes as it is.
        {"content longer than its length", archivedWithByte("PK\1\2", 24, 20),
         "its manifest.json cannot be unpacked: it is not as long as the archive says"},
+       {"content shorter than its length", archivedWithByte("PK\1\2", 24, 100),
+        "its manifest.json cannot be unpacked: Zip archive inconsistent"},
+       // The way of compressing, in the directory too.
+       {"content that is not compressed", archivedWithByte("PK\1\2", 10, 8),
+        "its manifest.json cannot be unpacked: Zlib error: data error"},
        {"wrong manifest", craftedBundle("{}"), "manifest.json: bundle.symbolic_name: missing"}});
 }
 
