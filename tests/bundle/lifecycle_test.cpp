@@ -114,8 +114,10 @@ TEST(Lifecycle, StopsAndStartsManyTimes) {
   Bundle bundle = installProduct(host);
   const std::size_t growth = growthOf([&host, &bundle] {
     bundle.Start();
+    EXPECT_THAT(servicesOf(host, bundle), ::testing::ElementsAreArray(productServices()));
     useAll(host);
     bundle.Stop();
+    EXPECT_THAT(servicesOf(host, bundle), ::testing::IsEmpty());
   });
   EXPECT_LE(growth, kGrowthBound);
   EXPECT_THAT(host.takeEvents(), ::testing::IsEmpty());

@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <chrono>
 #include <memory>
+#include <stdexcept>
 #include <string>
-#include <vector>
 
 #include "cppmicroservices/servicecomponent/runtime/ServiceComponentRuntime.hpp"
 #include "product.hpp"
@@ -19,7 +19,6 @@ using cppmicroservices::Bundle;
 using cppmicroservices::service::component::runtime::ServiceComponentRuntime;
 using service_runtime_test::takeJournal;
 using ::testing::Contains;
-using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
@@ -31,14 +30,13 @@ const std::string kStandInsLine =
 
 dto::ComponentConfigurationDTO headerConfiguration(Host& host, const Bundle& product) {
   const auto runtime = host.service<ServiceComponentRuntime>();
-  std::vector<dto::ComponentConfigurationDTO> configurations;
   for (const auto& description : runtime->GetComponentDescriptionDTOs({product})) {
-    if (description.name == kHeader) {
-      configurations = runtime->GetComponentConfigurationDTOs(description);
-    }
+    if (description.name != kHeader) continue;
+    const auto configurations = runtime->GetComponentConfigurationDTOs(description);
+    EXPECT_EQ(configurations.size(), 1U);
+    return configurations.at(0);
   }
-  EXPECT_EQ(configurations.size(), 1U);
-  return configurations.empty() ? dto::ComponentConfigurationDTO() : configurations.front();
+  throw std::runtime_error("the runtime does not know the header's builder");
 }
 
 void expectWaiting(Host& host, const Bundle& product) {

@@ -9,7 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "contract/outcome.hpp"
 #include "contract/samples.hpp"
 #include "product.hpp"
 
@@ -42,17 +41,12 @@ TEST(Wiring, EachNameStandsForItsClass) {
   const auto builders = productBuilders(host);
   for (std::size_t index = 0; index < builders.size(); ++index) {
     SCOPED_TRACE(builders[index].name());
-    const contract::Kind& kind = contract::kinds()[index];
-    for (const contract::Sample& sample : contract::wholeObjects(kind)) {
+    for (const auto& sample : contract::wholeObjects(contract::kinds()[index])) {
       std::vector<std::string> claimants;
       for (const auto& builder : builders) {
         if (builder.canBuild(sample.json)) claimants.push_back(builder.name());
       }
       EXPECT_THAT(claimants, ::testing::ElementsAre(builders[index].name()));
-      EXPECT_EQ(contract::answerOf(builders[index], sample.json),
-                contract::expectedAnswer(kind, sample.json));
-      EXPECT_EQ(contract::buildOf(builders[index], sample.json),
-                contract::expectedBuild(kind, sample.json));
     }
   }
 }
@@ -103,52 +97,17 @@ TEST(Wiring, HeaderIsGivenTheInlineBuilderAndNoStranger) {
   }
 }
 
-TEST(Wiring, StopsAndStartsAgain) {
-  Host host;
-  Bundle bundle = startProduct(host);
-  for (int round = 0; round < 3; ++round) {
-    SCOPED_TRACE(round);
-    EXPECT_THAT(servicesOf(host, bundle), ElementsAreArray(productServices()));
-    const auto reference = host.context().GetServiceReference<NodeBuilder>();
-    const auto header = serviceOf<NodeBuilder>(host, kHeader);
-    ASSERT_TRUE(header);
-    EXPECT_EQ(built(*header, kTask), builtTask(kEmptyInlineNode));
-
-    bundle.Stop();
-    EXPECT_FALSE(reference);
-    EXPECT_EQ(host.service<NodeBuilder>(), nullptr);
-    EXPECT_EQ(host.service<CodeElementBuilder>(), nullptr);
-    EXPECT_THAT(servicesOf(host, bundle), IsEmpty());
-
-    bundle.Start();
-    const auto next = serviceOf<NodeBuilder>(host, kHeader);
-    ASSERT_TRUE(next);
-    EXPECT_NE(next, header) << "the old one is still held";
-  }
-  EXPECT_THAT(host.takeEvents(), IsEmpty());
-}
-
 TEST(Wiring, HandlesStayUsableWhileTheyAreHeld) {
-  const std::string slider = R"({"className":"LumoControlNode","context":{"type":"slider"}})";
   std::shared_ptr<NodeBuilder> header;
-  std::shared_ptr<CodeElementBuilder> control;
-  std::string builtSlider;
-  const auto expectUsable = [&] {
+  const auto expectUsable = [&header] {
     EXPECT_TRUE(header->canBuild(json(kTask)));
     EXPECT_EQ(built(*header, kTask), builtTask(kEmptyInlineNode));
-    EXPECT_EQ(built(*control, slider), builtSlider);
-    EXPECT_THROW(control->build(gx::zero::Model::create(), json(R"({"startColumn":""})")),
-                 std::runtime_error);
+    EXPECT_THROW(built(*header, "{}"), std::runtime_error);
   };
   {
     Host host;
     Bundle bundle = startProduct(host);
-    header = serviceOf<NodeBuilder>(host, kHeader);
-    control = serviceOf<CodeElementBuilder>(host, kControls + "SliderNodeBuilderImpl");
-    ASSERT_TRUE(header);
-    ASSERT_TRUE(control);
-    builtSlider = built(*control, slider);
-    EXPECT_THAT(builtSlider, HasSubstr("SliderNode"));
+    header = presentServiceOf<NodeBuilder>(host, kHeader);
     bundle.Stop();
     expectUsable();
     bundle.Uninstall();
@@ -159,18 +118,14 @@ TEST(Wiring, HandlesStayUsableWhileTheyAreHeld) {
 
 TEST(Wiring, FrameworksLiveSideBySide) {
   auto first = std::make_unique<Host>();
-  const Bundle firstBundle = startProduct(*first);
+  startProduct(*first);
   Host second;
-  const Bundle secondBundle = startProduct(second);
-  EXPECT_THAT(servicesOf(*first, firstBundle), ElementsAreArray(productServices()));
-  EXPECT_THAT(servicesOf(second, secondBundle), ElementsAreArray(productServices()));
-  EXPECT_EQ(built(*presentServiceOf<NodeBuilder>(*first, kHeader), kTask),
-            builtTask(kEmptyInlineNode));
-  const auto header = serviceOf<NodeBuilder>(second, kHeader);
-  EXPECT_NE(serviceOf<NodeBuilder>(*first, kHeader), header);
+  const Bundle bundle = startProduct(second);
+  const auto header = presentServiceOf<NodeBuilder>(second, kHeader);
+  EXPECT_NE(presentServiceOf<NodeBuilder>(*first, kHeader), header);
   first.reset();
   EXPECT_EQ(built(*header, kTask), builtTask(kEmptyInlineNode));
-  EXPECT_THAT(servicesOf(second, secondBundle), ElementsAreArray(productServices()));
+  EXPECT_THAT(servicesOf(second, bundle), ElementsAreArray(productServices()));
 }
 
 }  // namespace

@@ -45,10 +45,6 @@ class Stranger final : public LineMaker {
   Stranger() : LineMaker("Stranger") {}
 };
 
-}  // namespace service_runtime_test
-
-using service_runtime_test::ComponentInstance;
-using service_runtime_test::deleteInstance;
-using service_runtime_test::newInstance;
-
 #include "entry_points.inc"
+
+}  // namespace service_runtime_test

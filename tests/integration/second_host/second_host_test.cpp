@@ -14,7 +14,6 @@
 #include <memory>
 #include <sstream>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -206,13 +205,13 @@ struct MissingRow {
 };
 
 void expectOutcomes(const std::vector<MissingRow>& rows,
-                    std::string (*outcomeOf)(const Kind&, const Value&)) {
+                    std::string (*answer)(const Kind&, const Value&)) {
   const std::vector<Kind> all = kinds();
   for (const MissingRow& row : rows) {
     const auto kind = std::find_if(all.begin(), all.end(),
                                    [&row](const Kind& each) { return each.name == row.kind; });
     ASSERT_NE(kind, all.end()) << row.kind;
-    EXPECT_EQ(outcomeOf(*kind, without(kind->json, row.path)), row.outcome)
+    EXPECT_EQ(answer(*kind, without(kind->json, row.path)), row.outcome)
         << row.kind << " without " << row.path;
   }
 }
@@ -275,7 +274,7 @@ TEST(SecondHost, AnElementIsOnceInASequence) {
 }
 
 TEST(SecondHost, ACastThatFailsIsTheHostsExceptionOfTheTypesName) {
-  const gx::zero::meta::Type text(std::make_shared<const gx::zero::meta::Type::Impl>(u"Text"));
+  const gx::zero::meta::Type text(u"Text", false);
   try {
     framework::requireModelElement({{}, text, 0});
     FAIL() << "nothing was thrown";

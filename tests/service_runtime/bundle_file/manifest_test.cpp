@@ -77,7 +77,6 @@ TEST(Manifest, ReadsComponentsInOrder) {
   };
   EXPECT_TRUE(first.references[0].filter.matches(offers("n::K", 1)));
   EXPECT_FALSE(first.references[0].filter.matches(offers("n::K", 2)));
-  EXPECT_FALSE(first.references[0].filter.matches(offers("n::L", 1)));
   EXPECT_EQ(first.references[1].target, "");
   EXPECT_TRUE(first.references[1].filter.matches(offers("n::(L)", 2)));
 

@@ -36,6 +36,5 @@ TEST_COMPONENT(BrokenReference, newConsumer("greeter"))
 TEST_COMPONENT(Good, (newInstance<Good, std::tuple<Greeter>>()))
 TEST_COMPONENT(RingListener, nullptr)
 TEST_COMPONENT(RingGreeter, nullptr)
-TEST_COMPONENT(Outside, nullptr)
 
 }  // namespace service_runtime_test

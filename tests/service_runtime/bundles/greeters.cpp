@@ -28,10 +28,6 @@ class Spare final : public NotedGreeter {
   std::shared_ptr<ComponentContext> context_;
 };
 
-}  // namespace service_runtime_test
-
-using service_runtime_test::ComponentInstance;
-using service_runtime_test::deleteInstance;
-using service_runtime_test::newInstance;
-
 #include "entry_points.inc"
+
+}  // namespace service_runtime_test

@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace service_runtime_test {
@@ -16,14 +15,11 @@ void note(const std::string& entry);
 /// Takes all entries out of the journal.
 std::vector<std::string> takeJournal();
 
-/// Sets what runs at each entry, on the thread that makes it; null for nothing.
-void setHook(Hook hook);
-
-/// A hook for the time of a block.
+/// What runs at each entry while the guard lives, on the thread that makes the entry.
 class HookGuard {
  public:
-  explicit HookGuard(Hook hook) { setHook(std::move(hook)); }
-  ~HookGuard() { setHook(nullptr); }
+  explicit HookGuard(Hook hook);
+  ~HookGuard();
   HookGuard(const HookGuard&) = delete;
   HookGuard& operator=(const HookGuard&) = delete;
 };

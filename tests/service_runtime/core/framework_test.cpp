@@ -128,9 +128,7 @@ TEST(Framework, LibraryIsLoadedFromStartToUninstallAndWhileAnObjectIsInUse) {
 TEST(Framework, InstallsABundleOnce) {
   Host host;
   const Bundle first = host.install("plain");
-  const std::string roundabout = std::string(TEST_BUNDLE_DIRECTORY) + "/../" +
-                                 std::filesystem::path(TEST_BUNDLE_DIRECTORY).filename().string() +
-                                 "/plain.so";
+  const std::string roundabout = bundlePath("../bundles/plain");
   EXPECT_THAT(host.context().InstallBundles(roundabout), ElementsAre(first));
 
   const test_support::TemporaryFolder folder;
@@ -200,23 +198,14 @@ TEST(Framework, FailureOfAContextSetterIsTold) {
   EXPECT_EQ(bundle.GetState(), Bundle::STATE_RESOLVED);
 }
 
-TEST(Framework, FailureOfAListenerIsNobodyElses) {
-  int heard = 0;
-  Host host;
-  host.context().AddFrameworkListener(
-      [](const FrameworkEvent&) { throw std::runtime_error("dropped"); });
-  host.context().AddFrameworkListener([&](const FrameworkEvent&) { ++heard; });
-  host.start("faulty");
-  EXPECT_EQ(heard, 3);
-  EXPECT_EQ(host.takeEvents().size(), 3U);
-}
-
-TEST(Framework, ListenerMayChangeBundles) {
+TEST(Framework, ListenersMayFailAndChangeBundles) {
   // Both outlive the host, whose end is an event too.
   std::vector<std::string> told;
   std::optional<Bundle> bundle;
   Host host;
   bundle = host.install("faulty");
+  host.context().AddFrameworkListener(
+      [](const FrameworkEvent&) { throw std::runtime_error("dropped"); });
   host.context().AddFrameworkListener([&](const FrameworkEvent& event) {
     told.push_back(textOf(event));
     bundle->Uninstall();
@@ -224,6 +213,7 @@ TEST(Framework, ListenerMayChangeBundles) {
   Bundle(*bundle).Start();
   EXPECT_EQ(bundle->GetState(), Bundle::STATE_UNINSTALLED);
   EXPECT_EQ(told.size(), 3U);
+  EXPECT_EQ(told, host.takeEvents());
 }
 
 TEST(Framework, EmptyHandlesSaySo) {

@@ -22,35 +22,28 @@
 namespace lumocode::contentmodel::gxzero {
 
 using gx::zero::Handle;
+using Text = const std::u16string&;
 
 /// Every record has the setters of all of them. Only what differs from class to class in more than
 /// its presence has classes of its own.
 struct RecordImpl : gx::zero::ModelElementImpl {
-  bool setLabel(const std::u16string& value) { return keep("label", value); }
-  bool setCode(const std::u16string& value) { return keep("code", value); }
-  bool setExecutionModel(const std::u16string& value) { return keep("executionModel", value); }
-  bool setExecuteOn(const std::u16string& value) { return keep("executeOn", value); }
+  bool setLabel(Text value) { return keep("label", value); }
+  bool setCode(Text value) { return keep("code", value); }
+  bool setExecutionModel(Text value) { return keep("executionModel", value); }
+  bool setExecuteOn(Text value) { return keep("executeOn", value); }
   bool setMin(double value) { return keep("min", value); }
   bool setMax(double value) { return keep("max", value); }
   bool setStep(double value) { return keep("step", value); }
-  bool setDefaultLinkedVariable(const std::u16string& value) {
-    return keep("defaultLinkedVariable", value);
-  }
-  bool setMinimumLinkedVariable(const std::u16string& value) {
-    return keep("minimumLinkedVariable", value);
-  }
-  bool setMaximumLinkedVariable(const std::u16string& value) {
-    return keep("maximumLinkedVariable", value);
-  }
-  bool setStepLinkedVariable(const std::u16string& value) {
-    return keep("stepLinkedVariable", value);
-  }
-  bool setLinkedVariable(const std::u16string& value) { return keep("linkedVariable", value); }
-  bool setItem(const std::u16string& value) { return keep("item", value); }
-  bool setValueType(const std::u16string& value) { return keep("valueType", value); }
-  bool setColorFormat(const std::u16string& value) { return keep("colorFormat", value); }
-  bool setDisplayFormat(const std::u16string& value) { return keep("displayFormat", value); }
-  bool setBrowserType(const std::u16string& value) { return keep("browserType", value); }
+  bool setDefaultLinkedVariable(Text value) { return keep("defaultLinkedVariable", value); }
+  bool setMinimumLinkedVariable(Text value) { return keep("minimumLinkedVariable", value); }
+  bool setMaximumLinkedVariable(Text value) { return keep("maximumLinkedVariable", value); }
+  bool setStepLinkedVariable(Text value) { return keep("stepLinkedVariable", value); }
+  bool setLinkedVariable(Text value) { return keep("linkedVariable", value); }
+  bool setItem(Text value) { return keep("item", value); }
+  bool setValueType(Text value) { return keep("valueType", value); }
+  bool setColorFormat(Text value) { return keep("colorFormat", value); }
+  bool setDisplayFormat(Text value) { return keep("displayFormat", value); }
+  bool setBrowserType(Text value) { return keep("browserType", value); }
 };
 using LumoControlData = Handle<RecordImpl>;
 using ButtonData = LumoControlData;
@@ -112,22 +105,16 @@ using EditFieldData = Handle<EditFieldDataImpl>;
 /// A value, told in one line.
 class LumoTaskData {
  public:
-  LumoTaskData& setTaskId(const std::u16string& value) { return add("taskId", value); }
-  LumoTaskData& setAppIdentifier(const std::u16string& value) {
-    return add("appIdentifier", value);
-  }
-  LumoTaskData& setView(const std::u16string& value) { return add("view", value); }
-  LumoTaskData& setCollapsed(const std::u16string& value) { return add("collapsed", value); }
-  LumoTaskData& setAppVariables(const std::u16string& value) { return add("appVariables", value); }
-  LumoTaskData& setAppVariablesUserMap(const std::u16string& value) {
-    return add("appVariablesUserMap", value);
-  }
-  LumoTaskData& setExecutionModel(const std::u16string& value) {
-    return add("executionModel", value);
-  }
-  LumoTaskData& setAppState(const std::u16string& value) { return add("appState", value); }
-  LumoTaskData& setAutoRun(const std::u16string& value) { return add("autoRun", value); }
-  LumoTaskData& setText(const std::u16string& value) { return add("text", value); }
+  LumoTaskData& setTaskId(Text value) { return add("taskId", value); }
+  LumoTaskData& setAppIdentifier(Text value) { return add("appIdentifier", value); }
+  LumoTaskData& setView(Text value) { return add("view", value); }
+  LumoTaskData& setCollapsed(Text value) { return add("collapsed", value); }
+  LumoTaskData& setAppVariables(Text value) { return add("appVariables", value); }
+  LumoTaskData& setAppVariablesUserMap(Text value) { return add("appVariablesUserMap", value); }
+  LumoTaskData& setExecutionModel(Text value) { return add("executionModel", value); }
+  LumoTaskData& setAppState(Text value) { return add("appState", value); }
+  LumoTaskData& setAutoRun(Text value) { return add("autoRun", value); }
+  LumoTaskData& setText(Text value) { return add("text", value); }
   LumoTaskData& setNumCodeLines(unsigned short value) {
     const std::string digits = std::to_string(value);
     return add("numCodeLines", {digits.begin(), digits.end()});
@@ -156,7 +143,7 @@ struct LumoControlPositionImpl : gx::zero::ModelElementImpl {
 using LumoControlPosition = gx::zero::Handle<LumoControlPositionImpl>;
 
 struct NodeImpl : gx::zero::ModelElementImpl {
-  bool setAnchorId(const std::u16string& value) { return keep("anchorId", value); }
+  bool setAnchorId(content::Text value) { return keep("anchorId", value); }
   gx::zero::ElementSequence<gx::zero::Handle<NodeImpl>>& getChildrenMutable() { return children; }
 
   gx::zero::ElementSequence<gx::zero::Handle<NodeImpl>> children{
@@ -165,7 +152,7 @@ struct NodeImpl : gx::zero::ModelElementImpl {
 using Node = gx::zero::Handle<NodeImpl>;
 
 struct LumoControlNodeImpl : NodeImpl {
-  bool setId(const std::u16string& value) { return keep("id", value); }
+  bool setId(content::Text value) { return keep("id", value); }
   LumoControlPosition createIntoPosition(LumoControlPosition::BuilderWrapper,
                                          const boost::uuids::uuid& uuid) {
     return keepNew<LumoControlPositionImpl>("position", uuid);
@@ -205,7 +192,7 @@ using LumoAppLineNode = gx::zero::Handle<LumoAppLineNodeImpl>;
 
 struct LumoAppIntegratedInlineNodeImpl : NodeImpl {
   SECOND_HOST_CREATES(LumoAppIntegratedInlineNode)
-  bool setId(const std::u16string& value) { return keep("id", value); }
+  bool setId(content::Text value) { return keep("id", value); }
   bool setLumoTaskData(const content::LumoTaskData& value) { return keep("task", value.told()); }
 };
 using LumoAppIntegratedInlineNode = gx::zero::Handle<LumoAppIntegratedInlineNodeImpl>;
