@@ -1,57 +1,44 @@
-// The exported functions of the bundle, called as a service runtime calls them.
+// The exported functions of the bundle, called as a service runtime calls them, and an error thrown
+// in a library that exports none of its types, as the bundle does.
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <link.h>
 
+#include <boost/exception/exception.hpp>
 #include <cstddef>
 #include <cstring>
-#include <fstream>
-#include <iterator>
+#include <exception>
 #include <memory>
 #include <string>
-#include <vector>
 
+#include "contract/kinds.hpp"
 #include "cppmicroservices/servicecomponent/detail/ComponentInstance.hpp"
+#include "foundation/except.hpp"
 #include "support/allocation_count.hpp"
-#include "support/json.hpp"
 
 namespace {
 
 using cppmicroservices::service::component::detail::ComponentInstance;
-using foundation::json::Value;
+using foundation::core::except::Exception;
 
 struct Close {
   void operator()(void* library) const { dlclose(library); }
 };
+using Library = std::unique_ptr<void, Close>;
+
+Library opened(const char* path) {
+  return Library(dlopen(path, RTLD_NOW | RTLD_LOCAL));
+}
+
+template <typename Function>
+Function* find(const Library& library, const std::string& name) {
+  return reinterpret_cast<Function*>(dlsym(library.get(), name.c_str()));
+}
 
 class EntryPoints : public ::testing::Test {
  protected:
-  EntryPoints() : library_(dlopen(BUNDLE, RTLD_NOW | RTLD_LOCAL)) {
-    std::ifstream file(MANIFEST);
-    manifest_ = test_support::json(std::string(std::istreambuf_iterator<char>(file), {}));
-  }
-
   void SetUp() override { ASSERT_NE(library_, nullptr) << dlerror(); }
-
-  /// The exported names of the manifest's components, without `NewInstance_`.
-  std::vector<std::string> classPaths() const {
-    std::vector<std::string> paths;
-    const Value& components = manifest_["scr"]["components"];
-    for (const Value& component : *components.get_if<Value::Array>()) {
-      std::string path = *component["implementation-class"].get_if<std::string>();
-      for (auto colons = path.find("::"); colons != std::string::npos; colons = path.find("::")) {
-        path.replace(colons, 2, "_");
-      }
-      paths.push_back(path);
-    }
-    return paths;
-  }
-
-  template <typename Function>
-  Function* find(const std::string& name) const {
-    return reinterpret_cast<Function*>(dlsym(library_.get(), name.c_str()));
-  }
 
   /// What stands there. A sanitizer has room of its own between the library's variables.
   [[gnu::no_sanitize_address]] static const void* wordAt(const char* place) {
@@ -82,45 +69,27 @@ class EntryPoints : public ::testing::Test {
     return search.found;
   }
 
-  std::unique_ptr<void, Close> library_;
-  Value manifest_;
+  const Library library_ = opened(BUNDLE);
 };
 
-TEST_F(EntryPoints, EveryComponentIsMadeAndFreed) {
-  const std::vector<std::string> paths = classPaths();
-  ASSERT_FALSE(paths.empty());
-  for (const std::string& path : paths) {
+TEST_F(EntryPoints, EveryComponentIsMadeAndFreedAndNoneWithoutMemory) {
+  for (const contract::Kind& kind : contract::kinds()) {
+    const std::string path = std::string("tessel_build_json_") +
+                             (contract::isControl(kind) ? "controls_" : "widgets_") + kind.builder;
     SCOPED_TRACE(path);
-    auto* const make = find<ComponentInstance*()>("NewInstance_" + path);
-    auto* const free = find<void(ComponentInstance*)>("DeleteInstance_" + path);
-    ASSERT_NE(make, nullptr);
-    ASSERT_NE(free, nullptr);
-    ComponentInstance* const first = make();
-    ComponentInstance* const second = make();
-    EXPECT_NE(first, nullptr);
-    EXPECT_NE(first, second);
-    free(first);
-    free(second);
-    free(nullptr);
-  }
-}
-
-TEST_F(EntryPoints, NothingIsMadeWithoutMemory) {
-  for (const std::string& path : classPaths()) {
-    SCOPED_TRACE(path);
-    auto* const make = find<ComponentInstance*()>("NewInstance_" + path);
-    auto* const free = find<void(ComponentInstance*)>("DeleteInstance_" + path);
+    auto* const make = find<ComponentInstance*()>(library_, "NewInstance_" + path);
+    auto* const free = find<void(ComponentInstance*)>(library_, "DeleteInstance_" + path);
     ASSERT_NE(make, nullptr);
     ASSERT_NE(free, nullptr);
     // However many allocations there are, each may be the one that fails.
-    ComponentInstance* made = nullptr;
+    ComponentInstance* first = nullptr;
     std::size_t successes = 0;
-    for (; made == nullptr && successes < 100; ++successes) {
+    for (; first == nullptr && successes < 100; ++successes) {
       bool thrown = false;
       {
         const test_support::AllocationFailure failure(successes);
         try {
-          made = make();
+          first = make();
         } catch (...) {
           thrown = true;
         }
@@ -128,14 +97,19 @@ TEST_F(EntryPoints, NothingIsMadeWithoutMemory) {
       EXPECT_FALSE(thrown) << "after " << successes << " allocations";
     }
     EXPECT_GT(successes, 1U) << "made without memory";
-    EXPECT_NE(made, nullptr);
-    free(made);
+    EXPECT_NE(first, nullptr);
+    ComponentInstance* const second = make();
+    EXPECT_NE(second, nullptr);
+    EXPECT_NE(second, first);
+    free(first);
+    free(second);
+    free(nullptr);
   }
 }
 
 TEST_F(EntryPoints, TheContextIsKeptUntilItIsTakenBack) {
-  auto* const set = find<void(void*)>("_us_set_bundle_context_instance_" +
-                                      *manifest_["bundle.symbolic_name"].get_if<std::string>());
+  auto* const set = find<void(void*)>(
+      library_, "_us_set_bundle_context_instance_com_quorvex_tessel_build_json_controls");
   ASSERT_NE(set, nullptr);
   // The slot has no name outside, and nobody reads it: it is seen in the library's own memory.
   int context = 0;
@@ -144,6 +118,32 @@ TEST_F(EntryPoints, TheContextIsKeptUntilItIsTakenBack) {
   EXPECT_TRUE(isKept(&context));
   set(nullptr);
   EXPECT_FALSE(isKept(&context));
+}
+
+template <typename Caught>
+bool isCaughtAs(void (*action)()) {
+  try {
+    action();
+  } catch (const Caught&) {
+    return true;
+  } catch (...) {
+  }
+  return false;
+}
+
+TEST(CastErrorAcrossLibraries, IsCaughtAsEachOfItsTypes) {
+  const Library library = opened(CAST_ERROR_LIBRARY);
+  ASSERT_NE(library, nullptr) << dlerror();
+  auto* const fail = find<void()>(library, "tessel_test_throw_cast_error");
+  ASSERT_NE(fail, nullptr);
+  using CannotCast = Exception<gx0::messages::CannotCastIncompatibleTypes, std::exception>;
+  EXPECT_TRUE(isCaughtAs<CannotCast>(fail));
+  EXPECT_TRUE(isCaughtAs<foundation::core::except::IMsgIDException>(fail));
+  EXPECT_TRUE(isCaughtAs<foundation::core::except::IUserException>(fail));
+  EXPECT_TRUE(isCaughtAs<foundation::core::except::IException>(fail));
+  EXPECT_TRUE(isCaughtAs<boost::exception_detail::clone_base>(fail));
+  EXPECT_TRUE(isCaughtAs<boost::exception>(fail));
+  EXPECT_TRUE(isCaughtAs<std::exception>(fail));
 }
 
 }  // namespace

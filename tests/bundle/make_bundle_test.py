@@ -54,15 +54,9 @@ class MakeBundle(unittest.TestCase):
         return (self.folder / "made" / name).read_text(encoding="utf-8")
 
     def test_makes_entry_points_of_class_interfaces_and_references(self):
-        result = self.make(manifest(BUTTON, TASK))
+        result = self.make(manifest(TASK), headers=())
         self.assertEqual((result.returncode, result.stderr), (0, ""))
         self.assertEqual(self.made("entry_points.inc"), """\
-extern "C" US_ABI_EXPORT ComponentInstance* NewInstance_kinds_Button() {
-  return newInstance<kinds::Button, std::tuple<host::Builder>>();
-}
-extern "C" US_ABI_EXPORT void DeleteInstance_kinds_Button(ComponentInstance* instance) {
-  deleteInstance(instance);
-}
 extern "C" US_ABI_EXPORT ComponentInstance* NewInstance_kinds_more_Task() {
   return newInstance<kinds::more::Task, std::tuple<host::Builder, host::Other>, \
 std::shared_ptr<host::Builder>, std::shared_ptr<host::Log>>("first", "second");
@@ -70,19 +64,6 @@ std::shared_ptr<host::Builder>, std::shared_ptr<host::Log>>("first", "second");
 extern "C" US_ABI_EXPORT void DeleteInstance_kinds_more_Task(ComponentInstance* instance) {
   deleteInstance(instance);
 }
-""")
-
-    def test_exports_the_entry_points_alone(self):
-        self.make(manifest(BUTTON), headers=())
-        self.assertEqual(self.made("exports.map"), """\
-{
-  global:
-    _us_set_bundle_context_instance_kinds;
-    NewInstance_kinds_Button;
-    DeleteInstance_kinds_Button;
-  local:
-    *;
-};
 """)
 
     def test_says_what_is_wrong_with_a_manifest(self):
@@ -118,10 +99,6 @@ extern "C" US_ABI_EXPORT void DeleteInstance_kinds_more_Task(ComponentInstance* 
                 self.assertTrue(result.stderr.startswith(f"manifest.json: {message}"),
                                 result.stderr)
                 self.assertFalse((self.folder / "made").exists())
-
-    def test_leaves_components_alone_without_headers(self):
-        self.assertEqual(self.make(manifest(BUTTON, {**TASK, "name": "kinds::Button"}),
-                                   headers=()).returncode, 0)
 
     def test_refuses_to_compile_references_that_are_not_injected(self):
         self.make(manifest(without(TASK, "inject-references")), headers=())

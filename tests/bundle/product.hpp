@@ -4,12 +4,10 @@
 /// What the product publishes, and the way to it through a service runtime.
 
 #include <algorithm>
-#include <cstddef>
 #include <memory>
-#include <ostream>
+#include <set>
 #include <stdexcept>
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include "contract/kinds.hpp"
@@ -33,56 +31,27 @@ const std::string kWidgets = "tessel::build::json::widgets::";
 const std::string kHeader = kWidgets + "LumoTaskHeaderBuilderImpl";
 const std::string kInline = kWidgets + "LumoTaskIntegratedInlineNodeBuilderImpl";
 
+/// The component that builds a kind.
+inline std::string componentOf(const contract::Kind& kind) {
+  return (contract::isControl(kind) ? kControls : kWidgets) + kind.builder;
+}
+
 /// A service as the registry describes it.
-struct Service {
-  std::string component;
-  std::string interface;
-  std::string testId;  ///< empty when it has none
-
-  friend bool operator==(const Service& left, const Service& right) {
-    return std::tie(left.component, left.interface, left.testId) ==
-           std::tie(right.component, right.interface, right.testId);
-  }
-  friend std::ostream& operator<<(std::ostream& stream, const Service& service) {
-    return stream << service.component << " as " << service.interface << " with \""
-                  << service.testId << '"';
-  }
-};
-
-/// A component of the product, and the kind that it builds.
-struct Component {
-  Service service;
-  const contract::Kind* kind;
-};
-
-/// All of them, in the manifest's order.
-inline const std::vector<Component>& productComponents() {
-  static const std::vector<Component> components = [] {
-    std::vector<Component> all;
-    for (const contract::Kind& kind : contract::kinds()) {
-      if (contract::isControl(kind)) {
-        all.push_back({{kControls + kind.builder, kControlInterface, ""}, &kind});
-      } else {
-        all.push_back({{kWidgets + kind.builder, kNodeInterface, kind.builder}, &kind});
-      }
-    }
-    return all;
-  }();
-  return components;
+inline std::string described(const std::string& component, const std::string& interface,
+                             const std::string& testId) {
+  return component + " as " + interface + (testId.empty() ? "" : " with the test_id " + testId);
 }
 
-/// How many of them offer an interface.
-inline std::size_t countOf(const std::string& interface) {
-  std::size_t count = 0;
-  for (const Component& component : productComponents()) {
-    count += component.service.interface == interface ? 1U : 0U;
+/// All services of the product but those of some components, in the manifest's order.
+inline std::vector<std::string> productServices(const std::set<std::string>& without = {}) {
+  std::vector<std::string> services;
+  for (const contract::Kind& kind : contract::kinds()) {
+    const std::string component = componentOf(kind);
+    if (without.count(component) != 0) continue;
+    services.push_back(contract::isControl(kind)
+                           ? described(component, kControlInterface, "")
+                           : described(component, kNodeInterface, kind.builder));
   }
-  return count;
-}
-
-inline std::vector<Service> productServices() {
-  std::vector<Service> services;
-  for (const Component& component : productComponents()) services.push_back(component.service);
   return services;
 }
 
@@ -101,9 +70,9 @@ inline std::vector<cppmicroservices::ServiceReferenceU> referencesOf(
   return references;
 }
 
-inline std::vector<Service> servicesOf(Host& host, const cppmicroservices::Bundle& bundle) {
+inline std::vector<std::string> servicesOf(Host& host, const cppmicroservices::Bundle& bundle) {
   using cppmicroservices::any_cast;
-  std::vector<Service> services;
+  std::vector<std::string> services;
   for (const auto& reference : referencesOf(host, bundle)) {
     const auto interfaces =
         any_cast<std::vector<std::string>>(reference.GetProperty("objectclass"));
@@ -114,8 +83,8 @@ inline std::vector<Service> servicesOf(Host& host, const cppmicroservices::Bundl
       offered += (offered.empty() ? "" : ", ") + interface;
     }
     const auto testId = reference.GetProperty("test_id");
-    services.push_back({any_cast<std::string>(reference.GetProperty("component.name")), offered,
-                        testId.Empty() ? "" : any_cast<std::string>(testId)});
+    services.push_back(described(any_cast<std::string>(reference.GetProperty("component.name")),
+                                 offered, testId.Empty() ? "" : any_cast<std::string>(testId)));
   }
   return services;
 }
@@ -148,13 +117,12 @@ std::shared_ptr<Interface> presentServiceOf(Host& host, const std::string& compo
 /// The product's builders, in the manifest's order.
 inline std::vector<reference_host::importer::NamedBuilder> productBuilders(Host& host) {
   std::vector<reference_host::importer::NamedBuilder> builders;
-  for (const Service& service : productServices()) {
-    if (service.interface == kNodeInterface) {
-      builders.emplace_back(service.component,
-                            presentServiceOf<NodeBuilder>(host, service.component));
+  for (const contract::Kind& kind : contract::kinds()) {
+    const std::string component = componentOf(kind);
+    if (contract::isControl(kind)) {
+      builders.emplace_back(component, presentServiceOf<CodeElementBuilder>(host, component));
     } else {
-      builders.emplace_back(service.component,
-                            presentServiceOf<CodeElementBuilder>(host, service.component));
+      builders.emplace_back(component, presentServiceOf<NodeBuilder>(host, component));
     }
   }
   return builders;

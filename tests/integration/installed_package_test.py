@@ -6,10 +6,9 @@ import pathlib
 import re
 import shlex
 import shutil
-import subprocess
 import unittest
 
-from sample_host_test import BUTTON_NODE, WRONG_LABEL, stories
+from sample_host_test import BUTTON_NODE
 from scratch_project import build, cmake, configure, dynamic_section, run, sample_text
 
 SCRATCH = pathlib.Path(os.environ["SCRATCH"])
@@ -65,13 +64,8 @@ class InstalledPackage(unittest.TestCase):
                 self.assertNotIn(place, text, f"in {file}")
 
     def test_another_project_runs_the_bundle(self):
-        program = self.outside / "sample_host"
-        node = run([program], input=sample_text()).stdout
+        node = run([self.outside / "sample_host"], input=sample_text()).stdout
         self.assertEqual(json.loads(node), BUTTON_NODE)
-        failure = subprocess.run([program], input=json.dumps(WRONG_LABEL), text=True,
-                                 capture_output=True, check=False)
-        self.assertEqual(failure.returncode, 1)
-        self.assertIn("error: invalid conversion: double to string", stories(failure.stderr))
 
     def test_every_header_compiles_by_itself(self):
         headers = sorted(file.relative_to(INCLUDES / folder).as_posix()

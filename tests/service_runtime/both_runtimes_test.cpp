@@ -15,6 +15,7 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::SizeIs;
 
 using cppmicroservices::Any;
 using cppmicroservices::any_cast;
@@ -69,73 +70,47 @@ TEST(BothRuntimes, ServiceCarriesItsProperties) {
   EXPECT_TRUE(reference.GetProperty("absent").Empty());
 }
 
-TEST(BothRuntimes, InstanceIsMadeWhenItsServiceIsFirstAskedFor) {
-  Host host;
-  Bundle bundle = host.start("plain");
-  const auto reference = host.context().GetServiceReference<Greeter>();
-  const auto beforeUse = takeJournal();
-  EXPECT_EQ(std::count(beforeUse.begin(), beforeUse.end(), "construct Plain"), 0);
-
-  std::shared_ptr<Greeter> greeter = host.context().GetService(reference);
-  ASSERT_TRUE(greeter);
-  EXPECT_EQ(greeter->greet(), "I am Plain");
-  EXPECT_EQ(host.context().GetService(reference), greeter);
-  EXPECT_THAT(takeJournal(), ::testing::IsSupersetOf({"new Plain", "construct Plain"}));
-  greeter.reset();
-
-  bundle.Stop();
-  EXPECT_FALSE(reference);
-  EXPECT_THAT(takeJournal(),
-              ::testing::IsSupersetOf({"deactivate Plain", "destroy Plain", "delete Plain"}));
-  bundle.Start();
-  EXPECT_EQ(host.service<Greeter>()->greet(), "I am Plain");
-}
-
 TEST(BothRuntimes, ReferenceIsBoundByItsTargetNotByRank) {
   Host host;
   host.start("pair");
-  EXPECT_EQ(host.service<Greeter>()->greet(), "I am Unwanted");
-  EXPECT_EQ(host.service<Listener>()->hear(), "heard: I am Wanted");
-  EXPECT_EQ(host.service<Greeter>("(test_id=wanted)")->greet(), "I am Wanted");
+  EXPECT_EQ(host.service<Greeter>()->greet(), "I am Plain");
+  EXPECT_EQ(host.service<Listener>()->hear(), "heard: I am Provider");
+  EXPECT_EQ(host.service<Greeter>("(test_id=wanted)")->greet(), "I am Provider");
   EXPECT_EQ(host.service<Greeter>("(test_id=nobody)"), nullptr);
   EXPECT_THROW(host.context().GetServiceReferences<Greeter>("(test_id=wanted"),
                std::invalid_argument);
   EXPECT_THAT(host.takeEvents(), IsEmpty());
 }
 
-TEST(BothRuntimes, ComponentNumbersFollowTheManifest) {
+TEST(BothRuntimes, RuntimeTellsOfTheComponentsOfABundle) {
   Host host;
-  host.start("pair");
-  std::vector<std::pair<unsigned long, std::string>> components;
-  for (const auto& reference : host.context().GetServiceReferences("", "(component.name=*)")) {
-    components.emplace_back(any_cast<unsigned long>(reference.GetProperty("component.id")),
-                            any_cast<std::string>(reference.GetProperty("component.name")));
-  }
-  std::sort(components.begin(), components.end());
-  std::vector<std::string> names;
-  for (const auto& [id, name] : components) names.push_back(name);
-  EXPECT_THAT(names, ElementsAre("service_runtime_test::PairListener",
-                                 "service_runtime_test::Unwanted", "service_runtime_test::Wanted"));
-}
-
-TEST(BothRuntimes, RuntimeTellsTheStateOfComponents) {
-  Host host;
-  host.start("pair");
+  const Bundle bundle = host.start("pair");
+  host.start("plain");
   const auto runtime = host.service<ServiceComponentRuntime>();
   ASSERT_TRUE(runtime);
-  const auto descriptions = runtime->GetComponentDescriptionDTOs();
-  ASSERT_EQ(descriptions.size(), 3U);
+  EXPECT_THAT(runtime->GetComponentDescriptionDTOs(), SizeIs(4));
+  const auto descriptions = runtime->GetComponentDescriptionDTOs({bundle});
+  ASSERT_THAT(descriptions, SizeIs(3));
   for (const auto& description : descriptions) {
     const auto configurations = runtime->GetComponentConfigurationDTOs(description);
-    ASSERT_EQ(configurations.size(), 1U);
+    ASSERT_THAT(configurations, SizeIs(1));
+    EXPECT_EQ(configurations.front().description.name, description.name);
     EXPECT_EQ(configurations.front().state, dto::ComponentState::SATISFIED);
     EXPECT_THAT(configurations.front().unsatisfiedReferences, IsEmpty());
-    if (description.name != "service_runtime_test::PairListener") continue;
-    ASSERT_EQ(description.references.size(), 1U);
-    EXPECT_EQ(description.references.front().name, "greeter");
-    EXPECT_EQ(description.references.front().interfaceName, "service_runtime_test::Greeter");
-    EXPECT_EQ(description.references.front().target, "(test_id=wanted)");
   }
+
+  const auto consumer =
+      std::find_if(descriptions.begin(), descriptions.end(),
+                   [](const auto& each) { return each.name == "service_runtime_test::Consumer"; });
+  ASSERT_NE(consumer, descriptions.end());
+  EXPECT_THAT(consumer->serviceInterfaces, ElementsAre("service_runtime_test::Listener"));
+  ASSERT_THAT(consumer->references, SizeIs(1));
+  EXPECT_EQ(consumer->references.front().name, "greeter");
+  EXPECT_EQ(consumer->references.front().interfaceName, "service_runtime_test::Greeter");
+  EXPECT_EQ(consumer->references.front().target, "(test_id=wanted)");
+  host.service<Listener>();
+  EXPECT_EQ(runtime->GetComponentConfigurationDTOs(*consumer).front().state,
+            dto::ComponentState::ACTIVE);
 }
 
 }  // namespace

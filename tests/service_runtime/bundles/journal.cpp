@@ -28,9 +28,14 @@ std::vector<std::string> takeJournal() {
   return std::exchange(entries, {});
 }
 
-void setHook(Hook hook) {
+HookGuard::HookGuard(Hook hook) {
   const std::lock_guard lock(mutex);
   currentHook.swap(hook);
+}
+
+HookGuard::~HookGuard() {
+  const std::lock_guard lock(mutex);
+  currentHook = nullptr;
 }
 
 }  // namespace service_runtime_test

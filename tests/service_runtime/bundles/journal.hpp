@@ -15,7 +15,13 @@ void note(const std::string& entry);
 /// Takes all entries out of the journal.
 std::vector<std::string> takeJournal();
 
-/// Sets what runs at each entry, on the thread that makes it; null for nothing.
-void setHook(Hook hook);
+/// What runs at each entry while the guard lives, on the thread that makes the entry.
+class HookGuard {
+ public:
+  explicit HookGuard(Hook hook);
+  ~HookGuard();
+  HookGuard(const HookGuard&) = delete;
+  HookGuard& operator=(const HookGuard&) = delete;
+};
 
 }  // namespace service_runtime_test

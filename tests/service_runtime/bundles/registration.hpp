@@ -1,7 +1,7 @@
 #pragma once
 
-// What the test bundles have in common: holders that write into the journal, the exported
-// functions, and components that greet.
+// What the test bundles have in common: components that write into the journal, what makes and
+// frees their instances, and the exported setter of the bundle's context.
 
 #include <array>
 #include <memory>
@@ -42,52 +42,41 @@ class NotedGreeter : public Greeter {
 };
 
 /// A listener that keeps a greeter and notes as NotedGreeter does.
-class NotedListener : public Listener {
+class Consumer final : public Listener {
  public:
-  explicit NotedListener(std::shared_ptr<Greeter> greeter) : greeter_(std::move(greeter)) {
-    note("construct listener");
+  explicit Consumer(std::shared_ptr<Greeter> greeter) : greeter_(std::move(greeter)) {
+    note("construct Consumer");
   }
-  ~NotedListener() override { note("destroy listener"); }
-  NotedListener(const NotedListener&) = delete;
-  NotedListener& operator=(const NotedListener&) = delete;
+  ~Consumer() override { note("destroy Consumer"); }
+  Consumer(const Consumer&) = delete;
+  Consumer& operator=(const Consumer&) = delete;
 
   std::string hear() const override { return "heard: " + greeter_->greet(); }
   void Deactivate(const std::shared_ptr<ComponentContext>& /*context*/) {
-    note("deactivate listener");
+    note("deactivate Consumer");
   }
 
  private:
   const std::shared_ptr<Greeter> greeter_;
 };
 
-/// The holder of a component; the names are those of its references, one for each dependency.
-template <class Impl, class Interface, class... Dependencies, class... Names>
-ComponentInstance* newInstance(Names... names) {
-  const std::array<std::string, sizeof...(Dependencies)> referenceNames{names...};
-  return new (std::nothrow)
-      ComponentInstanceImpl<Impl, std::tuple<Interface>, Dependencies...>(referenceNames);
+/// The holder of a component; the names are those of its references.
+template <class Impl, class Interfaces, class... References, class... Names>
+ComponentInstance* newInstance(const Names&... referenceNames) {
+  note("new");
+  const std::array<std::string, sizeof...(References)> names{referenceNames...};
+  return new (std::nothrow) ComponentInstanceImpl<Impl, Interfaces, References...>(names);
+}
+
+/// Notes it last, when a hook may throw and leave nothing undone.
+inline void deleteInstance(ComponentInstance* instance) {
+  delete instance;
+  note("delete");
 }
 
 }  // namespace service_runtime_test
 
-/// The pair of exported functions of one component; `release` takes the instance.
-#define TEST_COMPONENT_FREED_BY(symbol, makeInstance, release)                \
-  extern "C" US_ABI_EXPORT service_runtime_test::ComponentInstance*           \
-      NewInstance_service_runtime_test_##symbol() {                           \
-    service_runtime_test::note("new " #symbol);                               \
-    return makeInstance;                                                      \
-  }                                                                           \
-  extern "C" US_ABI_EXPORT void DeleteInstance_service_runtime_test_##symbol( \
-      service_runtime_test::ComponentInstance* instance) {                    \
-    service_runtime_test::note("delete " #symbol);                            \
-    release(instance);                                                        \
-  }
-#define TEST_COMPONENT(symbol, makeInstance) TEST_COMPONENT_FREED_BY(symbol, makeInstance, delete)
-
-/// The exported context setter of the bundle of that name.
-#define TEST_BUNDLE(symbolicName)                                               \
-  extern "C" US_ABI_EXPORT void _us_set_bundle_context_instance_##symbolicName( \
-      cppmicroservices::BundleContextPrivate* context) {                        \
-    service_runtime_test::note(context ? #symbolicName ": context set"          \
-                                       : #symbolicName ": context taken away"); \
-  }
+extern "C" US_ABI_EXPORT void TEST_CONTEXT_SETTER(cppmicroservices::BundleContextPrivate* context) {
+  service_runtime_test::note(context ? TEST_BUNDLE_NAME ": context set"
+                                     : TEST_BUNDLE_NAME ": context taken away");
+}

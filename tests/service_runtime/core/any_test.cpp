@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -68,19 +67,6 @@ TEST(Any, CastsToTheExactTypeOnly) {
   } catch (const BadAnyCastException& error) {
     EXPECT_STREQ(error.what(), "bad any cast: the value is int, not bool");
   }
-}
-
-TEST(Any, CopiesAndMoves) {
-  const auto counted = std::make_shared<int>(1);
-  Any original(counted);
-  Any copy = original;
-  EXPECT_EQ(counted.use_count(), 3);
-  Any taken = std::move(copy);
-  EXPECT_EQ(counted.use_count(), 3);
-  EXPECT_EQ(any_cast<std::shared_ptr<int>>(original), counted);
-  taken = std::string("x");
-  EXPECT_EQ(counted.use_count(), 2);
-  EXPECT_EQ(taken.ToJSON(), "\"x\"");
 }
 
 TEST(AnyMap, CaseOfNamesDoesNotMatter) {

@@ -94,30 +94,21 @@ TEST(Framework, StopsWhenItsLastHandleGoes) {
   }
   EXPECT_FALSE(context);
   EXPECT_THAT(takeJournal(),
-              ElementsAre("deactivate Plain", "delete Plain", "test_plain: context taken away"));
+              ElementsAre("deactivate Plain", "delete", "test_plain: context taken away"));
   EXPECT_EQ(greeter->greet(), "I am Plain");
   EXPECT_TRUE(isLoaded("plain"));
   greeter.reset();
+  EXPECT_THAT(takeJournal(), ElementsAre("destroy Plain"));
   EXPECT_FALSE(isLoaded("plain"));
 }
 
-TEST(Framework, LibraryIsLoadedFromStartToUninstall) {
-  Host host;
-  Bundle bundle = host.install("plain");
-  EXPECT_FALSE(isLoaded("plain"));
-  bundle.Start();
-  EXPECT_TRUE(isLoaded("plain"));
-  host.service<Greeter>();
-  bundle.Stop();
-  EXPECT_TRUE(isLoaded("plain"));
-  bundle.Uninstall();
-  EXPECT_FALSE(isLoaded("plain"));
-}
-
-TEST(Framework, ObjectInUseKeepsItsLibraryLoaded) {
+TEST(Framework, LibraryIsLoadedFromStartToUninstallAndWhileAnObjectIsInUse) {
   Host host;
   host.start("consumer");
-  Bundle provider = host.start("provider");
+  Bundle provider = host.install("provider");
+  EXPECT_FALSE(isLoaded("provider"));
+  provider.Start();
+  EXPECT_TRUE(isLoaded("provider"));
   std::shared_ptr<Listener> listener = host.service<Listener>();
   provider.Uninstall();
   EXPECT_TRUE(isLoaded("provider"));
@@ -125,14 +116,19 @@ TEST(Framework, ObjectInUseKeepsItsLibraryLoaded) {
   listener.reset();
   EXPECT_FALSE(isLoaded("provider"));
   EXPECT_TRUE(isLoaded("consumer"));
+
+  Bundle plain = host.start("plain");
+  host.service<Greeter>();
+  plain.Stop();
+  EXPECT_TRUE(isLoaded("plain"));
+  plain.Uninstall();
+  EXPECT_FALSE(isLoaded("plain"));
 }
 
 TEST(Framework, InstallsABundleOnce) {
   Host host;
   const Bundle first = host.install("plain");
-  const std::string roundabout = std::string(TEST_BUNDLE_DIRECTORY) + "/../" +
-                                 std::filesystem::path(TEST_BUNDLE_DIRECTORY).filename().string() +
-                                 "/plain.so";
+  const std::string roundabout = bundlePath("../bundles/plain");
   EXPECT_THAT(host.context().InstallBundles(roundabout), ElementsAre(first));
 
   const test_support::TemporaryFolder folder;
@@ -157,17 +153,6 @@ TEST(Framework, RelativePathCountsFromTheFolderOfTheInstallation) {
   EXPECT_EQ(errorOf<std::runtime_error>([&] { host.context().InstallBundles(""); }),
             ": no such file");
   std::filesystem::current_path(before);
-}
-
-TEST(Framework, RefusesWhatIsNoBundle) {
-  Host host;
-  EXPECT_EQ(errorOf<std::runtime_error>([&] { host.context().InstallBundles("/no/such.so"); }),
-            "/no/such.so: no such file");
-  // A shared library, but no bundle.
-  Dl_info library{};
-  ASSERT_NE(dladdr(reinterpret_cast<const void*>(&takeJournal), &library), 0);
-  EXPECT_EQ(errorOf<std::runtime_error>([&] { host.context().InstallBundles(library.dli_fname); }),
-            std::string(library.dli_fname) + ": is not a bundle: it has no section .us_resources");
 }
 
 TEST(Framework, BundleThatCannotBeLoadedCanBeStartedLater) {
@@ -196,49 +181,39 @@ TEST(Framework, BundleThatCannotBeLoadedCanBeStartedLater) {
 TEST(Framework, FailureOfAContextSetterIsTold) {
   Host host;
   Bundle bundle = host.install("plain");
-  const auto refuse = [](const std::string& entry) {
-    if (entry.find("context") != std::string::npos) throw std::runtime_error("no context");
-  };
-  setHook(refuse);
-  EXPECT_EQ(errorOf<std::runtime_error>([&] { bundle.Start(); }),
-            bundlePath("plain") +
-                ": calling _us_set_bundle_context_instance_test_plain failed: no context");
+  const std::string setter = "calling _us_set_bundle_context_instance_test_plain failed: ";
+  {
+    const HookGuard hook([](const std::string&) { throw std::runtime_error("no context"); });
+    EXPECT_EQ(errorOf<std::runtime_error>([&] { bundle.Start(); }),
+              bundlePath("plain") + ": " + setter + "no context");
+  }
   EXPECT_EQ(bundle.GetState(), Bundle::STATE_INSTALLED);
-  setHook(nullptr);
   bundle.Start();
-  setHook(refuse);
-  bundle.Stop();
-  setHook(nullptr);
-  EXPECT_THAT(host.takeEvents(),
-              ElementsAre("WARNING: bundle test_plain: calling "
-                          "_us_set_bundle_context_instance_test_plain failed: no context"));
+  {
+    const HookGuard hook([](const std::string&) { throw 42; });  // NOLINT: no exception on purpose
+    bundle.Stop();
+  }
+  EXPECT_THAT(host.takeEvents(), ElementsAre("WARNING: bundle test_plain: " + setter +
+                                             "an exception that is no std::exception"));
   EXPECT_EQ(bundle.GetState(), Bundle::STATE_RESOLVED);
 }
 
-TEST(Framework, FailureOfAListenerIsNobodyElses) {
-  int heard = 0;
-  Host host;
-  host.context().AddFrameworkListener(
-      [](const FrameworkEvent&) { throw std::runtime_error("dropped"); });
-  host.context().AddFrameworkListener([&](const FrameworkEvent&) { ++heard; });
-  host.start("cycle");
-  EXPECT_EQ(heard, 2);
-  EXPECT_EQ(host.takeEvents().size(), 2U);
-}
-
-TEST(Framework, ListenerMayChangeBundles) {
+TEST(Framework, ListenersMayFailAndChangeBundles) {
   // Both outlive the host, whose end is an event too.
   std::vector<std::string> told;
   std::optional<Bundle> bundle;
   Host host;
   bundle = host.install("faulty");
+  host.context().AddFrameworkListener(
+      [](const FrameworkEvent&) { throw std::runtime_error("dropped"); });
   host.context().AddFrameworkListener([&](const FrameworkEvent& event) {
     told.push_back(textOf(event));
     bundle->Uninstall();
   });
   Bundle(*bundle).Start();
   EXPECT_EQ(bundle->GetState(), Bundle::STATE_UNINSTALLED);
-  EXPECT_EQ(told.size(), 2U);
+  EXPECT_EQ(told.size(), 3U);
+  EXPECT_EQ(told, host.takeEvents());
 }
 
 TEST(Framework, EmptyHandlesSaySo) {
@@ -262,16 +237,16 @@ TEST(Framework, ServicesAreOrderedByRankAndThenByAge) {
   Host host;
   host.start("spare");
   host.start("plain");
-  const Bundle decoy = host.start("decoy");
+  const Bundle provider = host.start("provider");
   std::vector<std::string> names;
   const auto references = host.context().GetServiceReferences<Greeter>();
   for (const auto& reference : references) {
     names.push_back(reference.GetProperty("component.name").ToString());
   }
-  EXPECT_THAT(names, ElementsAre("service_runtime_test::Decoy", "service_runtime_test::Spare",
+  EXPECT_THAT(names, ElementsAre("service_runtime_test::Provider", "service_runtime_test::Spare",
                                  "service_runtime_test::Plain"));
   EXPECT_EQ(host.context().GetServiceReference<Greeter>(), references[0]);
-  EXPECT_EQ(references[0].GetBundle(), decoy);
+  EXPECT_EQ(references[0].GetBundle(), provider);
   EXPECT_FALSE(cppmicroservices::ServiceReference<Listener>(references[0]));
 }
 

@@ -59,64 +59,54 @@ constexpr std::size_t kLooksEach = 6;
 struct ShapeRow {
   const char* description;
   std::vector<int> (*uses)(int number);
-  int published;
+  std::size_t published;
 };
 
-void PrintTo(const ShapeRow& row, std::ostream* os) {
-  *os << row.description;
-}
+TEST(Registry, CostGrowsWithTheNumberOfComponents) {
+  const ShapeRow rows[] = {
+      {"nothing refers to anything", [](int) { return std::vector<int>(); }, kCount},
+      {"chain", [](int i) { return i == 0 ? std::vector<int>() : std::vector<int>{i - 1}; },
+       kCount},
+      {"reversed chain",
+       [](int i) { return i + 1 == kCount ? std::vector<int>() : std::vector{i + 1}; }, kCount},
+      {"all refer to the last",
+       [](int i) { return i + 1 == kCount ? std::vector<int>() : std::vector{kCount - 1}; },
+       kCount},
+      {"each refers to the two behind it",
+       [](int i) {
+         std::vector<int> uses;
+         for (int j = i + 1; j <= i + 2 && j < kCount; ++j) uses.push_back(j);
+         return uses;
+       },
+       kCount},
+      {"chain that waits for somebody",
+       [](int i) { return std::vector<int>{i == 0 ? kNobody : i - 1}; }, 0},
+      {"ring", [](int i) { return std::vector<int>{(i + 1) % kCount}; }, 0}};
+  for (const ShapeRow& row : rows) {
+    SCOPED_TRACE(row.description);
+    const auto all = components(kCount, row.uses);
+    Registry registry;
+    registry.publishSatisfied(all);
+    EXPECT_THAT(registry.matching(LdapExpression::offering("I", "")), SizeIs(row.published));
+    std::size_t before = registry.looks();
+    EXPECT_LE(before, kLooksEach * kCount) << "to start";
 
-class RegistryCost : public ::testing::TestWithParam<ShapeRow> {};
+    std::vector<Registry::ComponentPtr> waiting;
+    for (const auto& component : all) {
+      if (!component->record) waiting.push_back(component);
+    }
+    registry.cycles(waiting, nullptr);
+    EXPECT_LE(registry.looks() - before, kLooksEach * kCount) << "to look for cycles";
 
-TEST_P(RegistryCost, GrowsWithTheNumberOfComponents) {
-  const auto all = components(kCount, GetParam().uses);
-  Registry registry;
-  registry.publishSatisfied(all);
-  EXPECT_THAT(registry.matching(LdapExpression::offering("I", "")),
-              SizeIs(static_cast<std::size_t>(GetParam().published)));
-  std::size_t before = registry.looks();
-  EXPECT_LE(before, kLooksEach * kCount) << "to start";
-
-  std::vector<Registry::ComponentPtr> waiting;
-  for (const auto& component : all) {
-    if (!component->record) waiting.push_back(component);
+    before = registry.looks();
+    std::vector<Registry::ComponentPtr> withdrawn;
+    for (auto component = all.rbegin(); component != all.rend(); ++component) {
+      registry.withdraw(*component, withdrawn);
+    }
+    EXPECT_THAT(withdrawn, SizeIs(row.published));
+    EXPECT_LE(registry.looks() - before, kLooksEach * kCount) << "to stop";
   }
-  registry.cycles(waiting, nullptr);
-  EXPECT_LE(registry.looks() - before, kLooksEach * kCount) << "to look for cycles";
-
-  before = registry.looks();
-  std::vector<Registry::ComponentPtr> withdrawn;
-  for (auto component = all.rbegin(); component != all.rend(); ++component) {
-    registry.withdraw(*component, withdrawn);
-  }
-  EXPECT_THAT(withdrawn, SizeIs(static_cast<std::size_t>(GetParam().published)));
-  EXPECT_LE(registry.looks() - before, kLooksEach * kCount) << "to stop";
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Shapes, RegistryCost,
-    ::testing::Values(
-        ShapeRow{"nothing refers to anything", [](int) { return std::vector<int>(); }, kCount},
-        ShapeRow{"chain",
-                 [](int i) { return i == 0 ? std::vector<int>() : std::vector<int>{i - 1}; },
-                 kCount},
-        ShapeRow{"reversed chain",
-                 [](int i) { return i + 1 == kCount ? std::vector<int>() : std::vector{i + 1}; },
-                 kCount},
-        ShapeRow{
-            "all refer to the last",
-            [](int i) { return i + 1 == kCount ? std::vector<int>() : std::vector{kCount - 1}; },
-            kCount},
-        ShapeRow{"each refers to the two behind it",
-                 [](int i) {
-                   std::vector<int> uses;
-                   for (int j = i + 1; j <= i + 2 && j < kCount; ++j) uses.push_back(j);
-                   return uses;
-                 },
-                 kCount},
-        ShapeRow{"chain that waits for somebody",
-                 [](int i) { return std::vector<int>{i == 0 ? kNobody : i - 1}; }, 0},
-        ShapeRow{"ring", [](int i) { return std::vector<int>{(i + 1) % kCount}; }, 0}));
 
 TEST(Registry, UsersAreWithdrawnFirst) {
   // 0 and 2 use 1, and 3 uses 0 and 2.

@@ -21,159 +21,100 @@
 
 namespace lumocode::contentmodel::gxzero {
 
-using gx::zero::ModelElementImpl;
+using gx::zero::Handle;
+using Text = const std::u16string&;
 
-struct LumoControlDataImpl : ModelElementImpl {
-  bool setLabel(const std::u16string& value) { return keep("label", value); }
-  bool setCode(const std::u16string& value) { return keep("code", value); }
-  bool setExecutionModel(const std::u16string& value) { return keep("executionModel", value); }
-};
-using LumoControlData = gx::zero::Handle<LumoControlDataImpl>;
-
-struct ButtonDataImpl : LumoControlDataImpl {};
-using ButtonData = gx::zero::Handle<ButtonDataImpl>;
-
-struct BooleanControlDataImpl : LumoControlDataImpl {
-  bool setDefaultValue(bool value) { return keep("defaultValue", value); }
-  bool setDefaultLinkedVariable(const std::u16string& value) {
-    return keep("defaultLinkedVariable", value);
-  }
-};
-using BooleanControlData = gx::zero::Handle<BooleanControlDataImpl>;
-
-struct CheckboxDataImpl : BooleanControlDataImpl {};
-using CheckboxData = gx::zero::Handle<CheckboxDataImpl>;
-
-struct StateButtonDataImpl : BooleanControlDataImpl {};
-using StateButtonData = gx::zero::Handle<StateButtonDataImpl>;
-
-struct NumericControlDataImpl : LumoControlDataImpl {
-  bool setExecuteOn(const std::u16string& value) { return keep("executeOn", value); }
+/// Every record has the setters of all of them. Only what differs from class to class in more than
+/// its presence has classes of its own.
+struct RecordImpl : gx::zero::ModelElementImpl {
+  bool setLabel(Text value) { return keep("label", value); }
+  bool setCode(Text value) { return keep("code", value); }
+  bool setExecutionModel(Text value) { return keep("executionModel", value); }
+  bool setExecuteOn(Text value) { return keep("executeOn", value); }
   bool setMin(double value) { return keep("min", value); }
   bool setMax(double value) { return keep("max", value); }
   bool setStep(double value) { return keep("step", value); }
-  bool setDefaultLinkedVariable(const std::u16string& value) {
-    return keep("defaultLinkedVariable", value);
-  }
-  bool setMinimumLinkedVariable(const std::u16string& value) {
-    return keep("minimumLinkedVariable", value);
-  }
-  bool setMaximumLinkedVariable(const std::u16string& value) {
-    return keep("maximumLinkedVariable", value);
-  }
-  bool setStepLinkedVariable(const std::u16string& value) {
-    return keep("stepLinkedVariable", value);
-  }
+  bool setDefaultLinkedVariable(Text value) { return keep("defaultLinkedVariable", value); }
+  bool setMinimumLinkedVariable(Text value) { return keep("minimumLinkedVariable", value); }
+  bool setMaximumLinkedVariable(Text value) { return keep("maximumLinkedVariable", value); }
+  bool setStepLinkedVariable(Text value) { return keep("stepLinkedVariable", value); }
+  bool setLinkedVariable(Text value) { return keep("linkedVariable", value); }
+  bool setItem(Text value) { return keep("item", value); }
+  bool setValueType(Text value) { return keep("valueType", value); }
+  bool setColorFormat(Text value) { return keep("colorFormat", value); }
+  bool setDisplayFormat(Text value) { return keep("displayFormat", value); }
+  bool setBrowserType(Text value) { return keep("browserType", value); }
 };
-using NumericControlData = gx::zero::Handle<NumericControlDataImpl>;
+using LumoControlData = Handle<RecordImpl>;
+using ButtonData = LumoControlData;
+using NumericControlData = LumoControlData;
+using DefaultValueData = LumoControlData;
 
-struct ScalarControlDataImpl : NumericControlDataImpl {
-  bool setDefaultValue(double value) { return keep("defaultValue", value); }
+template <typename Default>
+struct DefaultingRecordImpl : RecordImpl {
+  bool setDefaultValue(const Default& value) { return keep("defaultValue", value); }
 };
-using ScalarControlData = gx::zero::Handle<ScalarControlDataImpl>;
+using BooleanControlData = Handle<DefaultingRecordImpl<bool>>;
+using CheckboxData = BooleanControlData;
+using StateButtonData = BooleanControlData;
+using ScalarControlData = Handle<DefaultingRecordImpl<double>>;
+using SliderData = ScalarControlData;
+using SpinnerData = ScalarControlData;
+using StringControlData = Handle<DefaultingRecordImpl<std::u16string>>;
+using RangeSliderData = StringControlData;
+using ColorPickerData = StringControlData;
+using DatePickerData = StringControlData;
+using FileBrowserData = StringControlData;
 
-struct StringControlDataImpl : NumericControlDataImpl {
-  bool setDefaultValue(const std::u16string& value) { return keep("defaultValue", value); }
-};
-using StringControlData = gx::zero::Handle<StringControlDataImpl>;
-
-struct SliderDataImpl : ScalarControlDataImpl {};
-using SliderData = gx::zero::Handle<SliderDataImpl>;
-
-struct SpinnerDataImpl : ScalarControlDataImpl {};
-using SpinnerData = gx::zero::Handle<SpinnerDataImpl>;
-
-struct RangeSliderDataImpl : StringControlDataImpl {};
-using RangeSliderData = gx::zero::Handle<RangeSliderDataImpl>;
-
-struct ComboboxItemImpl : ModelElementImpl {
+struct ComboboxItemImpl : RecordImpl {
   SECOND_HOST_CREATES(ComboboxItem)
-  bool setLabel(const std::u16string& value) { return keep("label", value); }
-  bool setItem(const std::u16string& value) { return keep("item", value); }
 };
-using ComboboxItem = gx::zero::Handle<ComboboxItemImpl>;
+using ComboboxItem = Handle<ComboboxItemImpl>;
 
-struct ComboboxItemLabelImpl : ModelElementImpl {
+struct ComboboxItemLabelImpl : RecordImpl {
   SECOND_HOST_CREATES(ComboboxItemLabel)
-  bool setLabel(const std::u16string& value) { return keep("label", value); }
 };
-using ComboboxItemLabel = gx::zero::Handle<ComboboxItemLabelImpl>;
+using ComboboxItemLabel = Handle<ComboboxItemLabelImpl>;
 
-struct ComboboxDataImpl : LumoControlDataImpl {
-  bool setDefaultValue(const std::u16string& value) { return keep("defaultValue", value); }
-  bool setLinkedVariable(const std::u16string& value) { return keep("linkedVariable", value); }
+struct ComboboxDataImpl : DefaultingRecordImpl<std::u16string> {
   gx::zero::ElementSequence<ComboboxItem>& getItemsMutable() { return items; }
   gx::zero::ElementSequence<ComboboxItemLabel>& getItemLabelsMutable() { return itemLabels; }
 
   gx::zero::ElementSequence<ComboboxItem> items{*this, "items", {}};
   gx::zero::ElementSequence<ComboboxItemLabel> itemLabels{*this, "itemLabels", {}};
 };
-using ComboboxData = gx::zero::Handle<ComboboxDataImpl>;
+using ComboboxData = Handle<ComboboxDataImpl>;
 
-struct DefaultValueDataImpl : ModelElementImpl {
-  bool setDefaultLinkedVariable(const std::u16string& value) {
-    return keep("defaultLinkedVariable", value);
-  }
-};
-using DefaultValueData = gx::zero::Handle<DefaultValueDataImpl>;
-
-struct DoubleDefaultValueDataImpl : DefaultValueDataImpl {
+struct DoubleDefaultValueDataImpl : DefaultingRecordImpl<double> {
   SECOND_HOST_CREATES(DoubleDefaultValueData)
-  bool setDefaultValue(double value) { return keep("defaultValue", value); }
 };
-using DoubleDefaultValueData = gx::zero::Handle<DoubleDefaultValueDataImpl>;
+using DoubleDefaultValueData = Handle<DoubleDefaultValueDataImpl>;
 
-struct StringDefaultValueDataImpl : DefaultValueDataImpl {
+struct StringDefaultValueDataImpl : DefaultingRecordImpl<std::u16string> {
   SECOND_HOST_CREATES(StringDefaultValueData)
-  bool setDefaultValue(const std::u16string& value) { return keep("defaultValue", value); }
 };
-using StringDefaultValueData = gx::zero::Handle<StringDefaultValueDataImpl>;
+using StringDefaultValueData = Handle<StringDefaultValueDataImpl>;
 
-struct EditFieldDataImpl : LumoControlDataImpl {
-  bool setValueType(const std::u16string& value) { return keep("valueType", value); }
+struct EditFieldDataImpl : RecordImpl {
   bool setDefaultValueData(const DefaultValueData& value) {
     return keep("defaultValueData", gx::zero::ModelElement(value));
   }
 };
-using EditFieldData = gx::zero::Handle<EditFieldDataImpl>;
-
-struct ColorPickerDataImpl : LumoControlDataImpl {
-  bool setColorFormat(const std::u16string& value) { return keep("colorFormat", value); }
-  bool setDefaultValue(const std::u16string& value) { return keep("defaultValue", value); }
-};
-using ColorPickerData = gx::zero::Handle<ColorPickerDataImpl>;
-
-struct DatePickerDataImpl : LumoControlDataImpl {
-  bool setDisplayFormat(const std::u16string& value) { return keep("displayFormat", value); }
-  bool setDefaultValue(const std::u16string& value) { return keep("defaultValue", value); }
-};
-using DatePickerData = gx::zero::Handle<DatePickerDataImpl>;
-
-struct FileBrowserDataImpl : LumoControlDataImpl {
-  bool setBrowserType(const std::u16string& value) { return keep("browserType", value); }
-  bool setDefaultValue(const std::u16string& value) { return keep("defaultValue", value); }
-};
-using FileBrowserData = gx::zero::Handle<FileBrowserDataImpl>;
+using EditFieldData = Handle<EditFieldDataImpl>;
 
 /// A value, told in one line.
 class LumoTaskData {
  public:
-  LumoTaskData& setTaskId(const std::u16string& value) { return add("taskId", value); }
-  LumoTaskData& setAppIdentifier(const std::u16string& value) {
-    return add("appIdentifier", value);
-  }
-  LumoTaskData& setView(const std::u16string& value) { return add("view", value); }
-  LumoTaskData& setCollapsed(const std::u16string& value) { return add("collapsed", value); }
-  LumoTaskData& setAppVariables(const std::u16string& value) { return add("appVariables", value); }
-  LumoTaskData& setAppVariablesUserMap(const std::u16string& value) {
-    return add("appVariablesUserMap", value);
-  }
-  LumoTaskData& setExecutionModel(const std::u16string& value) {
-    return add("executionModel", value);
-  }
-  LumoTaskData& setAppState(const std::u16string& value) { return add("appState", value); }
-  LumoTaskData& setAutoRun(const std::u16string& value) { return add("autoRun", value); }
-  LumoTaskData& setText(const std::u16string& value) { return add("text", value); }
+  LumoTaskData& setTaskId(Text value) { return add("taskId", value); }
+  LumoTaskData& setAppIdentifier(Text value) { return add("appIdentifier", value); }
+  LumoTaskData& setView(Text value) { return add("view", value); }
+  LumoTaskData& setCollapsed(Text value) { return add("collapsed", value); }
+  LumoTaskData& setAppVariables(Text value) { return add("appVariables", value); }
+  LumoTaskData& setAppVariablesUserMap(Text value) { return add("appVariablesUserMap", value); }
+  LumoTaskData& setExecutionModel(Text value) { return add("executionModel", value); }
+  LumoTaskData& setAppState(Text value) { return add("appState", value); }
+  LumoTaskData& setAutoRun(Text value) { return add("autoRun", value); }
+  LumoTaskData& setText(Text value) { return add("text", value); }
   LumoTaskData& setNumCodeLines(unsigned short value) {
     const std::string digits = std::to_string(value);
     return add("numCodeLines", {digits.begin(), digits.end()});
@@ -202,7 +143,7 @@ struct LumoControlPositionImpl : gx::zero::ModelElementImpl {
 using LumoControlPosition = gx::zero::Handle<LumoControlPositionImpl>;
 
 struct NodeImpl : gx::zero::ModelElementImpl {
-  bool setAnchorId(const std::u16string& value) { return keep("anchorId", value); }
+  bool setAnchorId(content::Text value) { return keep("anchorId", value); }
   gx::zero::ElementSequence<gx::zero::Handle<NodeImpl>>& getChildrenMutable() { return children; }
 
   gx::zero::ElementSequence<gx::zero::Handle<NodeImpl>> children{
@@ -211,7 +152,7 @@ struct NodeImpl : gx::zero::ModelElementImpl {
 using Node = gx::zero::Handle<NodeImpl>;
 
 struct LumoControlNodeImpl : NodeImpl {
-  bool setId(const std::u16string& value) { return keep("id", value); }
+  bool setId(content::Text value) { return keep("id", value); }
   LumoControlPosition createIntoPosition(LumoControlPosition::BuilderWrapper,
                                          const boost::uuids::uuid& uuid) {
     return keepNew<LumoControlPositionImpl>("position", uuid);
@@ -225,7 +166,7 @@ using LumoControlNode = gx::zero::Handle<LumoControlNodeImpl>;
     SECOND_HOST_CREATES(Node)                                        \
     content::Data createInto##Slot(content::Data::BuilderWrapper,    \
                                    const boost::uuids::uuid& uuid) { \
-      return keepNew<content::Data##Impl>("data", uuid);             \
+      return keepNew<content::Data::Impl>("data", uuid);             \
     }                                                                \
   };                                                                 \
   using Node = gx::zero::Handle<Node##Impl>;
@@ -251,7 +192,7 @@ using LumoAppLineNode = gx::zero::Handle<LumoAppLineNodeImpl>;
 
 struct LumoAppIntegratedInlineNodeImpl : NodeImpl {
   SECOND_HOST_CREATES(LumoAppIntegratedInlineNode)
-  bool setId(const std::u16string& value) { return keep("id", value); }
+  bool setId(content::Text value) { return keep("id", value); }
   bool setLumoTaskData(const content::LumoTaskData& value) { return keep("task", value.told()); }
 };
 using LumoAppIntegratedInlineNode = gx::zero::Handle<LumoAppIntegratedInlineNodeImpl>;

@@ -17,57 +17,33 @@
 
 namespace gx::zero::meta {
 
-class Class;
-
+/// A handle on a type. Classes are those types that say so.
 class Type {
  public:
   struct Impl {
-    explicit Impl(std::u16string typeName, std::shared_ptr<const Impl> baseType = nullptr)
-        : name(std::move(typeName)), base(std::move(baseType)) {}
-    virtual ~Impl() = default;
     std::u16string getQualifiedName() const { return name; }
 
     std::u16string name;
-    std::shared_ptr<const Impl> base;
+    bool isClass;
   };
 
-  explicit Type(std::shared_ptr<const Impl> impl) : impl_(std::move(impl)) {}
-  const Impl* get() const { return impl_.get(); }
-  const std::shared_ptr<const Impl>& shared() const { return impl_; }
-  bool is(const Class& other) const;
-
- private:
-  std::shared_ptr<const Impl> impl_;
-};
-
-class Class {
- public:
-  struct Impl : Type::Impl {
-    using Type::Impl::Impl;
-  };
-
-  explicit Class(std::shared_ptr<const Impl> impl) : impl_(std::move(impl)) {}
-  static Class metaClass() {
-    static const auto impl = std::make_shared<const Impl>(u"Class");
-    return Class(impl);
+  Type() = default;
+  Type(std::u16string name, bool isClass)
+      : impl_(std::make_shared<const Impl>(Impl{std::move(name), isClass})) {}
+  static const Type& metaClass() {
+    static const Type type(u"Class", true);
+    return type;
   }
-  operator Type() const { return Type(impl_); }
   explicit operator bool() const { return impl_ != nullptr; }
   const Impl* get() const { return impl_.get(); }
+  bool is(const Type& other) const {
+    return other.get() == metaClass().get() ? get()->isClass : get() == other.get();
+  }
 
  private:
   std::shared_ptr<const Impl> impl_;
 };
-
-inline bool Type::is(const Class& other) const {
-  if (other.get() == Class::metaClass().get()) {
-    return dynamic_cast<const Class::Impl*>(get()) != nullptr;
-  }
-  for (const Impl* type = get(); type != nullptr; type = type->base.get()) {
-    if (type == other.get()) return true;
-  }
-  return false;
-}
+using Class = Type;
 
 /// A handle on a property; an empty one is none.
 class Property {
@@ -97,9 +73,9 @@ class Handle {
     explicit BuilderWrapper(const Builder&) {}
   };
 
-  static meta::Class metaClass() {
-    static const auto impl = std::make_shared<const meta::Class::Impl>(u"Element");
-    return meta::Class(impl);
+  static const meta::Class& metaClass() {
+    static const meta::Class type(u"Element", true);
+    return type;
   }
 
   Handle() = default;
@@ -226,12 +202,16 @@ class AbstractOwnedCollection {
       : owner_(owner), name_(name), opposite_(opposite) {}
   ModelElement getOwner() const { return ModelElement(owner_.shared_from_this()); }
   meta::Property getCollectionProperty() const { return {name_, true}; }
+  void checkCompatibleModel(ModelElementImpl* element) const {
+    if (element->model != owner_.model) throw std::invalid_argument("of another model");
+  }
+  bool isComposite() const { return true; }
+  meta::Property getOpposite() const { return opposite_; }
 
   int commits = 0;
 
  protected:
   std::vector<ModelElementImpl*>& list() const { return owner_.lists[name_]; }
-  const meta::Property& opposite() const { return opposite_; }
 
  private:
   ModelElementImpl& owner_;
@@ -239,23 +219,11 @@ class AbstractOwnedCollection {
   meta::Property opposite_;
 };
 
-class ReferenceCollection : public AbstractOwnedCollection {
- public:
-  using AbstractOwnedCollection::AbstractOwnedCollection;
-  void checkCompatibleModel(ModelElementImpl* element) const {
-    if (element->model != getOwner().get()->model) {
-      throw std::invalid_argument("of another model");
-    }
-  }
-  bool isComposite() const { return true; }
-  meta::Property getOpposite() const { return opposite(); }
-};
-
 /// What is put in is a handle on exactly this class.
 template <typename Element>
-class ElementSequence : public ReferenceCollection {
+class ElementSequence : public AbstractOwnedCollection {
  public:
-  using ReferenceCollection::ReferenceCollection;
+  using AbstractOwnedCollection::AbstractOwnedCollection;
   bool unique() const { return true; }
   void adopt(const Element& element) { list().push_back(element.get()); }
   std::vector<ModelElementImpl*> implementations() const { return list(); }

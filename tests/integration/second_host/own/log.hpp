@@ -6,27 +6,22 @@
 #include <boost/log/attributes/attribute_set.hpp>
 #include <boost/log/core/core.hpp>
 #include <cstdint>
-#include <mutex>
 
 namespace foundation::log {
 
 template <typename Char>
 struct basic_diagnostic_logger {
-  /// Locks the logger and counts how often.
+  /// Counts how often the logger is locked, which one thread alone uses.
   class Gate {
    public:
     explicit Gate(basic_diagnostic_logger& logger) : logger_(logger) {}
-    void lock() {
-      logger_.mutex.lock();
-      ++logger_.timesLocked;
-    }
-    void unlock() { logger_.mutex.unlock(); }
+    void lock() { ++logger_.timesLocked; }
+    void unlock() {}
 
    private:
     basic_diagnostic_logger& logger_;
   };
 
-  std::mutex mutex;
   int timesLocked = 0;
   boost::log::attribute_set fields;
   std::uint32_t levels = 0;

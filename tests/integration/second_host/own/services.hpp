@@ -23,12 +23,7 @@ struct NodeBuilder {
 
 namespace tessel::build::json::code {
 
-struct CodeElementBuilder {
-  virtual ~CodeElementBuilder() = default;
-  virtual bool canBuild(const foundation::json::Value& json) const = 0;
-  virtual document::gxzero::Node build(const gx::zero::Model& model,
-                                       const foundation::json::Value& json) const = 0;
-};
+using CodeElementBuilder = NodeBuilder;
 
 }  // namespace tessel::build::json::code
 

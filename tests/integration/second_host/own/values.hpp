@@ -21,54 +21,44 @@ struct Null {};
 using Members = std::map<std::string, Value>;
 using List = std::vector<Value>;
 
+/// The name of an alternative.
 template <typename T>
-struct traits;
-template <>
-struct traits<Undefined> {
-  static inline const std::string name = "Nothing";
+struct traits {
+  static const std::string name;
 };
 template <>
-struct traits<Null> {
-  static inline const std::string name = "Nil";
-};
+inline const std::string traits<Undefined>::name = "Nothing";
 template <>
-struct traits<bool> {
-  static inline const std::string name = "Flag";
-};
+inline const std::string traits<Null>::name = "Nil";
 template <>
-struct traits<double> {
-  static inline const std::string name = "Real";
-};
+inline const std::string traits<bool>::name = "Flag";
 template <>
-struct traits<std::string> {
-  static inline const std::string name = "Text";
-};
+inline const std::string traits<double>::name = "Real";
 template <>
-struct traits<List> {
-  static inline const std::string name = "List";
-};
+inline const std::string traits<std::string>::name = "Text";
 template <>
-struct traits<Members> {
-  static inline const std::string name = "Members";
-};
+inline const std::string traits<List>::name = "List";
 template <>
-struct traits<float> {
-  static inline const std::string name = "Single";
-};
+inline const std::string traits<Members>::name = "Members";
 template <>
-struct traits<std::int64_t> {
-  static inline const std::string name = "Signed";
-};
+inline const std::string traits<float>::name = "Single";
 template <>
-struct traits<std::uint64_t> {
-  static inline const std::string name = "Unsigned";
-};
+inline const std::string traits<std::int64_t>::name = "Signed";
+template <>
+inline const std::string traits<std::uint64_t>::name = "Unsigned";
+
+template <typename T>
+constexpr bool kIsAlternative =
+    std::disjunction_v<std::is_same<T, Undefined>, std::is_same<T, Null>, std::is_same<T, bool>,
+                       std::is_same<T, double>, std::is_same<T, std::string>, std::is_same<T, List>,
+                       std::is_same<T, Members>, std::is_same<T, float>,
+                       std::is_same<T, std::int64_t>, std::is_same<T, std::uint64_t>>;
 
 class Value {
  public:
   Value() : held_(Undefined()) {}
   Value(const char* text) : held_(std::string(text)) {}
-  template <typename T, typename = decltype(traits<T>::name)>
+  template <typename T, typename = std::enable_if_t<kIsAlternative<T>>>
   Value(T held) : held_(std::move(held)) {}
 
   template <typename T>

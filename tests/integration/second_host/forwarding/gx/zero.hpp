@@ -12,7 +12,7 @@ inline bool conforms_to(const Type& type, const Class& other) {
 }
 
 inline Class as_class(const Type& type) {
-  return Class(std::dynamic_pointer_cast<const Class::Impl>(type.shared()));
+  return type.get()->isClass ? type : Class();
 }
 
 inline bool is_single_valued(const Property& property) {

@@ -1,4 +1,4 @@
-#pragma once
+// Node builders of other bundles. Their manifests say which of them each bundle has.
 
 #include <boost/uuid/uuid.hpp>
 #include <string>
@@ -32,5 +32,19 @@ class LineMaker : public tessel::build::json::NodeBuilder {
  private:
   const std::string name_;
 };
+
+/// What the product's header line takes for the product's own inline builder.
+class StandIn final : public LineMaker {
+ public:
+  StandIn() : LineMaker("StandIn") {}
+};
+
+/// What it is not meant to be given: it ranks higher, and its `test_id` only begins alike.
+class Stranger final : public LineMaker {
+ public:
+  Stranger() : LineMaker("Stranger") {}
+};
+
+#include "entry_points.inc"
 
 }  // namespace service_runtime_test

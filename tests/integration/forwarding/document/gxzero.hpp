@@ -1,3 +1,0 @@
-#pragma once
-
-#include "foreign/document/gxzero.hpp"

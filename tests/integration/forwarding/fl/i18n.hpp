@@ -1,3 +1,0 @@
-#pragma once
-
-#include "foreign/fl/i18n.hpp"

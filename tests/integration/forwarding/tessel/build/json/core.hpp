@@ -1,3 +1,0 @@
-#pragma once
-
-#include "foreign/tessel/build/json/core.hpp"
