@@ -13,8 +13,8 @@
 
 namespace {
 
-using contract::Alternative;
 using contract::alternatives;
+using contract::Sample;
 using foundation::json::Null;
 using foundation::json::traits;
 using foundation::json::Undefined;
@@ -43,9 +43,9 @@ std::vector<std::string> heldAlternatives(const Value& value) {
 }
 
 TEST(ValueTest, HoldsExactlyTheAlternativeItWasMadeOf) {
-  for (const Alternative& row : alternatives()) {
-    SCOPED_TRACE(row.name);
-    EXPECT_EQ(heldAlternatives(row.value), std::vector<std::string>{row.name});
+  for (const Sample& row : alternatives()) {
+    SCOPED_TRACE(row.description);
+    EXPECT_EQ(heldAlternatives(row.json), std::vector<std::string>{row.description});
   }
 }
 
@@ -60,11 +60,11 @@ TEST(ValueTest, HandsOutItsContent) {
 }
 
 TEST(ValueTest, ValuesOfDifferentAlternativesAreNotEqual) {
-  for (const Alternative& left : alternatives()) {
-    for (const Alternative& right : alternatives()) {
-      SCOPED_TRACE(left.name + " and " + right.name);
-      EXPECT_EQ(left.value == right.value, &left == &right);
-      EXPECT_EQ(left.value != right.value, &left != &right);
+  for (const Sample& left : alternatives()) {
+    for (const Sample& right : alternatives()) {
+      SCOPED_TRACE(left.description + " and " + right.description);
+      EXPECT_EQ(left.json == right.json, &left == &right);
+      EXPECT_EQ(left.json != right.json, &left != &right);
     }
   }
 }
@@ -115,11 +115,11 @@ TEST(ValueTest, ReadingGivesUndefinedForWhatIsNotThere) {
     EXPECT_EQ(object[std::string(key)], Value());
   }
   EXPECT_EQ(object.get_if<Object>()->size(), 3U);
-  for (const Alternative& row : alternatives()) {
-    if (row.value.get_if<Object>() != nullptr) continue;
-    SCOPED_TRACE(row.name);
-    EXPECT_FALSE(row.value.hasOwnProperty("a"));
-    EXPECT_EQ(row.value["a"], Value());
+  for (const Sample& row : alternatives()) {
+    if (row.json.get_if<Object>() != nullptr) continue;
+    SCOPED_TRACE(row.description);
+    EXPECT_FALSE(row.json.hasOwnProperty("a"));
+    EXPECT_EQ(row.json["a"], Value());
   }
 }
 
@@ -132,30 +132,30 @@ TEST(ValueTest, AccessMakesMembersAndObjects) {
 }
 
 TEST(ValueTest, AccessFailsOnEveryOtherAlternative) {
-  for (const Alternative& row : alternatives()) {
-    if (row.name == "undefined" || row.name == "object") continue;
-    SCOPED_TRACE(row.name);
-    Value value = row.value;
+  for (const Sample& row : alternatives()) {
+    if (row.description == "undefined" || row.description == "object") continue;
+    SCOPED_TRACE(row.description);
+    Value value = row.json;
     try {
       value["a"];
       ADD_FAILURE() << "nothing was thrown";
     } catch (const std::runtime_error& error) {
-      EXPECT_EQ(error.what(), "invalid conversion: " + row.name + " to object");
+      EXPECT_EQ(error.what(), "invalid conversion: " + row.description + " to object");
     }
-    EXPECT_EQ(value, row.value);
+    EXPECT_EQ(value, row.json);
   }
 }
 
 TEST(ValueTest, EveryAlternativeReplacesEveryOther) {
-  for (const Alternative& before : alternatives()) {
-    for (const Alternative& after : alternatives()) {
-      SCOPED_TRACE(before.name + " replaced by " + after.name);
-      Value copied = before.value;
-      copied = after.value;
-      EXPECT_EQ(copied, after.value);
-      Value moved = before.value;
-      moved = Value(after.value);
-      EXPECT_EQ(moved, after.value);
+  for (const Sample& before : alternatives()) {
+    for (const Sample& after : alternatives()) {
+      SCOPED_TRACE(before.description + " replaced by " + after.description);
+      Value copied = before.json;
+      copied = after.json;
+      EXPECT_EQ(copied, after.json);
+      Value moved = before.json;
+      moved = Value(after.json);
+      EXPECT_EQ(moved, after.json);
     }
   }
 }
