@@ -159,6 +159,9 @@ TEST(BundleFileReader, RefusesAWrongArchive) {
        // The way of compressing, in the directory too.
        {"content that is not compressed", archivedWithByte("PK\1\2", 10, 8),
         "its manifest.json cannot be unpacked: Zlib error: data error"},
+       // A flag, in the directory too.
+       {"encrypted content", archivedWithByte("PK\1\2", 8, 1),
+        "its manifest.json cannot be unpacked: No password provided"},
        {"wrong manifest", craftedBundle("{}"), "manifest.json: bundle.symbolic_name: missing"}});
 }
 
