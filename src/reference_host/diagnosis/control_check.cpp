@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "diagnosis/shape.hpp"
+#include "reference_host/diagnosis/nearest_word.hpp"
 #include "reference_host/diagnosis/wording.hpp"
 #include "reference_host/json/pointer.hpp"
 
@@ -48,7 +49,7 @@ std::vector<std::string> strangersIn(const Kind& kind, const Value& object, cons
 std::string hintForMissing(const Kind& kind, const Value& object, const Culprit& culprit) {
   const std::string& name = *std::get_if<std::string>(&culprit.place.back());
   const Path holder = parentOf(culprit.place);
-  const std::string meant = nearest(name, strangersIn(kind, object, holder));
+  const std::string meant = nearestWord(name, strangersIn(kind, object, holder));
   if (!meant.empty()) return "write " + quoted(name) + " instead of " + quoted(meant);
   // It may stand one or more levels too high.
   for (Path higher = holder; !higher.empty();) {
@@ -382,7 +383,7 @@ class UnreadSearch {
     for (const std::string& member : kind_.membersOf(holder)) {
       if (valueAt(object_, childOf(parentOf(place), member)) == nullptr) free.push_back(member);
     }
-    std::string meant = nearest(name, free);
+    std::string meant = nearestWord(name, free);
     if (!meant.empty()) return "did you mean " + quoted(meant) + '?';
     const std::vector<std::string> holders = kind_.holdersOf(name);
     if (!holders.empty()) return quoted(name) + " belongs in " + nameOfHolder(holders.front());
@@ -390,7 +391,7 @@ class UnreadSearch {
       // It may be a misspelling of what belongs elsewhere.
       const std::size_t slash = pattern.rfind('/');
       const std::string other = json::nameOf(std::string_view(pattern).substr(slash + 1));
-      if (pattern.substr(0, slash) == holder || nearest(name, {other}).empty()) continue;
+      if (pattern.substr(0, slash) == holder || nearestWord(name, {other}).empty()) continue;
       return "did you mean " + quoted(other) + " in " + nameOfHolder(pattern.substr(0, slash)) +
              '?';
     }

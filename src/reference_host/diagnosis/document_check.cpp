@@ -13,6 +13,7 @@
 #include "diagnosis/shape.hpp"
 #include "importer/document_walk.hpp"
 #include "reference_host/diagnosis/control_check.hpp"
+#include "reference_host/diagnosis/nearest_word.hpp"
 #include "reference_host/diagnosis/wording.hpp"
 
 namespace reference_host::diagnosis {
@@ -106,7 +107,7 @@ class Guess {
     for (const Recognition& recognition : recognitions_) {
       if (recognition.type) types.push_back(*recognition.type);
     }
-    const std::string meant = nearest(type, types);
+    const std::string meant = nearestWord(type, types);
     if (!meant.empty()) return "did you mean " + quoted(meant) + '?';
     if (auto hint = classOfItsOwn(type)) return hint;
     if (types.empty()) return std::nullopt;
@@ -118,7 +119,7 @@ class Guess {
   std::optional<std::string> hintForClass(const std::string& className) const {
     std::vector<std::string> classes;
     for (const Recognition& recognition : recognitions_) classes.push_back(recognition.className);
-    const std::string meant = nearest(className, classes);
+    const std::string meant = nearestWord(className, classes);
     if (!meant.empty()) return "did you mean " + quoted(meant) + '?';
     for (const Recognition& recognition : recognitions_) {
       if (!recognition.type || bareClassName(className) != bareClassName(*recognition.type))

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cctype>
 #include <cstddef>
-#include <numeric>
 
 #include "json/number.hpp"
 #include "reference_host/diagnosis/culprit.hpp"
+#include "reference_host/diagnosis/nearest_word.hpp"
 #include "reference_host/json/pointer.hpp"
 #include "reference_host/json/text_writer.hpp"
 
@@ -16,9 +16,6 @@ using foundation::json::Value;
 
 namespace {
 
-constexpr std::size_t kMostEdits = 2;
-/// A word that is shorter may be told apart from everything by two edits.
-constexpr std::size_t kShortWord = 5;
 constexpr std::string_view kClassEnding = "ControlNode";
 /// Members that name an object for people, the likeliest first.
 constexpr const char* kIdKeys[] = {"controlId", "instanceId", "anchorId"};
@@ -58,13 +55,6 @@ bool isKnownByType(const importer::NamedBuilder* builder, const Value& object) {
   }
   const Value::Object classAlone{{"className", *className}};
   return !attempt(*builder, importer::Step::kCanBuild, classAlone).claimed;
-}
-
-std::string withoutSeparators(std::string_view word) {
-  std::string letters = lowered(word);
-  const auto isSeparator = [](char c) { return c == '-' || c == '_' || c == ' '; };
-  letters.erase(std::remove_if(letters.begin(), letters.end(), isSeparator), letters.end());
-  return letters;
 }
 
 bool isNumber(std::string_view text) {
@@ -180,15 +170,6 @@ std::string quoted(std::string_view name) {
   return text;
 }
 
-std::string lowered(std::string_view word) {
-  std::string small(word);
-  std::transform(small.begin(), small.end(), small.begin(), [](char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
-                                                : character;
-  });
-  return small;
-}
-
 std::string bareClassName(std::string_view className) {
   const std::string ending = lowered(kClassEnding);
   std::string word = lowered(className);
@@ -196,44 +177,6 @@ std::string bareClassName(std::string_view className) {
     word.resize(word.size() - ending.size());
   }
   return word;
-}
-
-std::size_t editDistance(std::string_view left, std::string_view right) {
-  std::vector<std::size_t> before;
-  std::vector<std::size_t> above(right.size() + 1);
-  std::iota(above.begin(), above.end(), std::size_t{0});
-  for (std::size_t i = 1; i <= left.size(); ++i) {
-    std::vector<std::size_t> row{i};
-    for (std::size_t j = 1; j <= right.size(); ++j) {
-      const bool same = left[i - 1] == right[j - 1];
-      std::size_t least = std::min({above[j] + 1, row[j - 1] + 1, above[j - 1] + (same ? 0 : 1)});
-      const bool swapped =
-          i > 1 && j > 1 && left[i - 1] == right[j - 2] && left[i - 2] == right[j - 1];
-      if (swapped) least = std::min(least, before[j - 2] + 1);
-      row.push_back(least);
-    }
-    before = std::move(above);
-    above = std::move(row);
-  }
-  return above.back();
-}
-
-std::string nearest(std::string_view word, const std::vector<std::string>& candidates) {
-  const std::string letters = withoutSeparators(word);
-  const std::string* best = nullptr;
-  std::size_t fewest =
-      std::min(kMostEdits, word.size() < kShortWord ? word.size() / 2 : word.size());
-  for (const std::string& candidate : candidates) {
-    if (candidate == word) continue;
-    if (withoutSeparators(candidate) == letters) return candidate;
-    const std::size_t longer = std::max(word.size(), candidate.size());
-    if (longer - std::min(word.size(), candidate.size()) > kMostEdits) continue;
-    const std::size_t edits = editDistance(word, candidate);
-    if (edits > fewest || (best != nullptr && edits == fewest)) continue;
-    fewest = edits;
-    best = &candidate;
-  }
-  return best == nullptr ? std::string() : *best;
 }
 
 }  // namespace reference_host::diagnosis
