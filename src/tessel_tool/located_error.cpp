@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "reference_host/diagnosis/control_check.hpp"
 #include "reference_host/diagnosis/culprit.hpp"
+#include "reference_host/diagnosis/offered_object.hpp"
 
 namespace tessel_tool {
 
@@ -42,7 +42,7 @@ std::vector<LocatedError> locate(const Knowledge& knowledge, const std::vector<I
     }
     pointers.push_back(next.location.member.value_or(error.pointer));
     if (tell == Tell::kPeople) {
-      next.told = {diagnosis::problemOf(knowledge, builder, error.step, error.pointer, object,
+      next.told = {diagnosis::problemOf({knowledge, builder, error.pointer, object}, error.step,
                                         culprit, error.message),
                    {}};
       pointers.push_back(next.told->problem.member.value_or(error.pointer));

@@ -9,11 +9,12 @@
 #include <unordered_map>
 #include <utility>
 
+#include "diagnosis/control_check.hpp"
 #include "diagnosis/lints.hpp"
 #include "diagnosis/shape.hpp"
 #include "importer/document_walk.hpp"
-#include "reference_host/diagnosis/control_check.hpp"
 #include "reference_host/diagnosis/nearest_word.hpp"
+#include "reference_host/diagnosis/offered_object.hpp"
 #include "reference_host/diagnosis/wording.hpp"
 
 namespace reference_host::diagnosis {
@@ -159,8 +160,8 @@ class DocumentCheck {
         checkClaimed(*answer.claimer, walk, *object);
       } else if (answer.thrower != nullptr) {
         const auto culprit = findCulprit(*answer.thrower, importer::Step::kCanBuild, *object);
-        result_.problems.push_back(problemOf(knowledge_, *answer.thrower, importer::Step::kCanBuild,
-                                             walk.pointer(), *object, culprit, answer.message));
+        result_.problems.push_back(problemOf({knowledge_, *answer.thrower, walk.pointer(), *object},
+                                             importer::Step::kCanBuild, culprit, answer.message));
       } else {
         if (warns_) checkUnclaimed(knowledge_.recognitions(), walk, *object);
         walk.goInto();
@@ -179,14 +180,14 @@ class DocumentCheck {
       if (!warns_) return;
       shape = shapeOf(object);
       if (!knowledge_.isGood(shape)) {
-        std::vector<Problem> found = checkControl(knowledge_, builder, walk.pointer(), object);
+        std::vector<Problem> found = checkControl({knowledge_, builder, walk.pointer(), object});
         if (found.empty()) knowledge_.rememberGood(std::move(shape));
         take(std::move(found));
       }
       rememberClass(object);
       checkId(builder, walk, object);
     } else {
-      std::vector<Problem> found = checkControl(knowledge_, builder, walk.pointer(), object);
+      std::vector<Problem> found = checkControl({knowledge_, builder, walk.pointer(), object});
       if (!warns_) {
         found.erase(std::remove_if(found.begin(), found.end(),
                                    [](const Problem& problem) { return !isError(problem.code); }),
