@@ -1,12 +1,15 @@
 #include "schema.hpp"
 
 #include <map>
+#include <set>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "kind_schema.hpp"
 #include "reference_host/diagnosis/rules.hpp"
+#include "reference_host/diagnosis/unclaimed_object.hpp"
 #include "schema_terms.hpp"
 
 namespace tessel_tool {
@@ -16,6 +19,7 @@ using foundation::json::Value;
 using reference_host::diagnosis::ClassFate;
 using reference_host::diagnosis::Fate;
 using reference_host::diagnosis::Knowledge;
+using reference_host::diagnosis::patternOf;
 using reference_host::diagnosis::Recognition;
 using reference_host::diagnosis::State;
 using reference_host::diagnosis::States;
@@ -26,10 +30,27 @@ const char* const kClassName = "/className";
 const char* const kContext = "/context";
 const char* const kType = "/context/type";
 
+/// What means something in a regular expression.
+constexpr std::string_view kPatternSigns = R"(\/^$.*+?()[]{}|)";
+
 const std::string kObject = traits<Value::Object>::name;
 
-bool isText(const State& state) {
-  return state.type == kAnyText.type;
+/// A regular expression for one of the names, which are in small letters, in any case.
+std::string inAnyCase(const std::set<std::string>& names) {
+  std::string pattern;
+  for (const std::string& name : names) {
+    pattern += pattern.empty() ? "^(" : "|";
+    for (const char letter : name) {
+      if (letter >= 'a' && letter <= 'z') {
+        ((pattern += '[') += letter) += static_cast<char>(letter - 'a' + 'A');
+        pattern += ']';
+      } else {
+        if (kPatternSigns.find(letter) != std::string_view::npos) pattern += '\\';
+        pattern += letter;
+      }
+    }
+  }
+  return pattern + ")$";
 }
 
 /// Writes the schema of any document.
@@ -49,13 +70,13 @@ class DocumentSchema {
         {"items", reference("value")},
         {"if", Value::Object{{"type", "object"}}},
         {"then", reference("object")}};
-    define("members") = Value::Object{{"additionalProperties", reference("value")}};
+    define("members") = members();
     writeObject();
     at(schema_, "$schema") = "https://json-schema.org/draft/2020-12/schema";
     at(schema_, "title") = "Documents for " + bundle;
     at(schema_, "description") =
         strictness_ == Strictness::kStrict
-            ? "Documents that are built without an error and hold nothing unknown."
+            ? "Documents that are built without an error and in whose controls nothing is unknown."
             : "Documents that are built without an error.";
     at(schema_, "$ref") = "#/$defs/value";
     return std::move(schema_);
@@ -64,12 +85,19 @@ class DocumentSchema {
  private:
   Value& define(const std::string& name) { return at(at(schema_, "$defs"), name); }
 
-  /// What becomes of an object; a strict schema refuses what says that it is something and is not
-  /// known.
-  Fate::Kind kindOf(const State& className, const State& type, const Fate& fate) const {
-    const bool unknown = fate.kind == Fate::Kind::kWalked && strictness_ == Strictness::kStrict &&
-                         (isText(className) || isText(type));
-    return unknown ? Fate::Kind::kError : fate.kind;
+  /// Of an object that nobody claims. A strict schema refuses those that look like something known.
+  Value members() const {
+    Value schema = Value::Object{{"additionalProperties", reference("value")}};
+    if (strictness_ == Strictness::kAsImport) return schema;
+    for (const auto& mark : reference_host::diagnosis::controlMarks()) {
+      append(at(schema, "not"), "anyOf", having(stepsOf(patternOf(mark)), Value::Object()));
+    }
+    const std::set<std::string> names =
+        reference_host::diagnosis::likelyNames(knowledge_.recognitions());
+    if (names.empty()) return schema;
+    const Value name = Value::Object{{"type", "string"}, {"pattern", inAnyCase(names)}};
+    append(at(schema, "not"), "anyOf", having({"className"}, name));
+    return schema;
   }
 
   void writeObject() {
@@ -79,7 +107,7 @@ class DocumentSchema {
     Value::Array names;
     for (const ClassFate& fate : fates_) {
       const State& className = fate.className;
-      const Fate::Kind kind = kindOf(className, kAbsent, fate.fates.front().second);
+      const Fate::Kind kind = fate.fates.front().second.kind;
       if (fate.isOne() && kind != Fate::Kind::kClaimed) {
         // What is refused in any case need not be told apart from what is walked.
         if (kind == Fate::Kind::kWalked) allowed.insert(className);
@@ -121,6 +149,9 @@ class DocumentSchema {
 
   /// Objects of a class that says not enough.
   Value classReference(const ClassFate& fate) {
+    // A strict schema knows all types of a class that is told apart by them.
+    const bool closed = strictness_ == Strictness::kStrict &&
+                        isGeneric(fate.className.word, knowledge_.recognitions());
     const std::string definition =
         "any." + (fate.className.word.empty() ? fate.className.type : fate.className.word);
     Value schema = Value::Object();
@@ -130,12 +161,12 @@ class DocumentSchema {
     std::map<std::string, std::pair<Value, Places>> outcomes;
     for (const auto& [states, outcome] : fate.fates) {
       const auto& [context, type] = states;
-      const Fate::Kind kind = kindOf(kAbsent, type, outcome);
-      if (kind == Fate::Kind::kError) continue;
+      if (outcome.kind == Fate::Kind::kError) continue;
+      if (outcome.kind == Fate::Kind::kWalked && closed) continue;
       contexts.insert(context);
       if (context.type == kObject) types.insert(type);
       Value then = reference("members");
-      if (kind == Fate::Kind::kClaimed) {
+      if (outcome.kind == Fate::Kind::kClaimed) {
         then = kindReference(*outcome.recognition);
         if (!type.word.empty()) typeNames.emplace_back(type.word);
       }

@@ -16,16 +16,11 @@ using foundation::json::Value;
 
 namespace {
 
-constexpr std::string_view kClassEnding = "ControlNode";
 /// Members that name an object for people, the likeliest first.
 constexpr const char* kIdKeys[] = {"controlId", "instanceId", "anchorId"};
 
 bool endsWith(std::string_view word, std::string_view ending) {
   return word.size() >= ending.size() && word.substr(word.size() - ending.size()) == ending;
-}
-
-const std::string* textOf(const Value* value) {
-  return value == nullptr ? nullptr : value->get_if<std::string>();
 }
 
 /// "checkBox" as "check box", "ColorPickerControlNode" as "color picker".
@@ -48,9 +43,8 @@ std::string asCommonWords(std::string_view word) {
 
 /// Whether the builder claims an object because of its type word.
 bool isKnownByType(const importer::NamedBuilder* builder, const Value& object) {
-  const std::string* className = textOf(valueAt(object, classNamePlace()));
-  if (builder == nullptr || className == nullptr ||
-      textOf(valueAt(object, typePlace())) == nullptr) {
+  const std::string* className = textAt(object, classNamePlace());
+  if (builder == nullptr || className == nullptr || textAt(object, typePlace()) == nullptr) {
     return false;
   }
   const Value::Object classAlone{{"className", *className}};
@@ -69,17 +63,17 @@ bool isNumber(std::string_view text) {
 }  // namespace
 
 std::string nameOfObject(const importer::NamedBuilder* builder, const Value& object) {
-  const std::string* className = textOf(valueAt(object, classNamePlace()));
+  const std::string* className = textAt(object, classNamePlace());
   std::string name = "object";
   if (builder == nullptr) {
     if (className != nullptr) name += " of class " + quoted(*className);
   } else if (isKnownByType(builder, object)) {
-    name = asCommonWords(*textOf(valueAt(object, typePlace())));
+    name = asCommonWords(*textAt(object, typePlace()));
   } else if (className != nullptr) {
     name = asCommonWords(*className);
   }
   for (const char* key : kIdKeys) {
-    if (const std::string* id = textOf(valueAt(object, {key}))) return name + ' ' + quoted(*id);
+    if (const std::string* id = textAt(object, {key})) return name + ' ' + quoted(*id);
   }
   return name;
 }

@@ -40,7 +40,9 @@ std::string exampleOf(const std::string& type);
 /// A name in double quotes, as JSON has it.
 std::string quoted(std::string_view name);
 
-/// The word without the ending "ControlNode" if it has it, in small letters.
+/// With what the class names of controls end.
+inline constexpr std::string_view kClassEnding = "ControlNode";
+/// The word without that ending if it has it, in small letters.
 std::string bareClassName(std::string_view className);
 
 }  // namespace reference_host::diagnosis
