@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "reference_host/diagnosis/control_check.hpp"
 #include "reference_host/diagnosis/culprit.hpp"
+#include "reference_host/diagnosis/offered_object.hpp"
 
 namespace tessel_tool {
 
@@ -28,8 +28,10 @@ std::vector<LocatedError> locate(const Knowledge& knowledge, const std::vector<I
                                  const Value& value, const Document& document, Tell tell) {
   namespace diagnosis = reference_host::diagnosis;
   std::vector<LocatedError> located;
-  std::vector<std::string>
-      pointers;  // two of each error: of the value, and of what people are told
+  located.reserve(errors.size());
+  // For each error that of the value and, where people are told, that of what they are told of.
+  std::vector<std::string> pointers;
+  pointers.reserve(errors.size() * (tell == Tell::kPeople ? 2 : 1));
   for (const ImportError& error : errors) {
     const NamedBuilder& builder = builderOf(knowledge, error);
     const Value& object = *diagnosis::valueAt(value, diagnosis::pathTo(value, error.pointer));
@@ -42,9 +44,10 @@ std::vector<LocatedError> locate(const Knowledge& knowledge, const std::vector<I
     }
     pointers.push_back(next.location.member.value_or(error.pointer));
     if (tell == Tell::kPeople) {
-      next.told = {diagnosis::problemOf(knowledge, builder, error.step, error.pointer, object,
-                                        culprit, error.message),
-                   {}};
+      next.told = std::make_unique<PlacedProblem>(
+          PlacedProblem{diagnosis::problemOf({knowledge, builder, error.pointer, object},
+                                             error.step, culprit, error.message),
+                        {}});
       pointers.push_back(next.told->problem.member.value_or(error.pointer));
     }
     located.push_back(std::move(next));

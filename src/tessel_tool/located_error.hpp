@@ -3,6 +3,7 @@
 /// @file
 /// Which value a builder's error is about, and where it stands.
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -27,7 +28,7 @@ struct Location {
 
 struct LocatedError {
   Location location;
-  std::optional<PlacedProblem> told;  ///< for people
+  std::unique_ptr<PlacedProblem> told;  ///< for people, if they are told
 };
 
 enum class Tell { kPrograms, kPeople };

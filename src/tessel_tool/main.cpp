@@ -18,8 +18,8 @@
 #include "explain_command.hpp"
 #include "import_command.hpp"
 #include "input.hpp"
-#include "nearest_name.hpp"
 #include "platform.hpp"
+#include "reference_host/diagnosis/nearest_word.hpp"
 #include "schema_command.hpp"
 
 namespace tessel_tool {
@@ -173,13 +173,13 @@ std::string unexpected(const CLI::App& app) {
   if (!app.get_subcommands().empty() || word.front() == '-') {
     return "The following argument was not expected: " + word;
   }
-  std::vector<std::string_view> commands;
+  std::vector<std::string> commands;
   std::string list;
   for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
     commands.push_back(command->get_name());
     list.append(list.empty() ? "" : ", ").append(command->get_name());
   }
-  const std::string_view nearest = nearestName(word, commands);
+  const std::string nearest = reference_host::diagnosis::nearestWord(word, commands);
   std::string reason = "there is no command " + word;
   if (!nearest.empty()) reason.append("; did you mean ").append(nearest) += '?';
   return reason + " (" + list + ")";

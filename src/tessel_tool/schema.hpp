@@ -13,7 +13,9 @@ namespace tessel_tool {
 /// What a schema refuses besides what an import tells an error of.
 enum class Strictness {
   kAsImport,  ///< nothing
-  kStrict,    ///< class names and types that no builder knows, and members that none reads
+  /// of a control, types that no builder knows and members that none reads; and what no builder
+  /// claims but looks like a control
+  kStrict,
 };
 
 /// A schema (draft 2020-12) that accepts a document when an import builds all of it without an

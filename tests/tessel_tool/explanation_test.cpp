@@ -74,106 +74,73 @@ std::string textOf(const Explanation& explanation, const Value& value,
   return out;
 }
 
-TEST(Explanation, AsksEveryBuilderAndTheFirstThatClaimsBuilds) {
-  const std::vector<NamedBuilder> builders = {
-      named("n::A", Answer::kThrow), named("n::B", Answer::kYes), named("n::C", Answer::kNo),
-      named("n::D", Answer::kYes, Build::kThrowAfterOne)};
-  const Value value = test_support::json("{}");
-  const Explanation explanation = explain(builders, value);
-  EXPECT_EQ(answersOf(explanation),
-            R"({"builders":[)"
-            R"({"builder":"n::A","canBuild":null,"error":"no idea",)"
-            R"("log":[]},)"
-            R"({"builder":"n::B","canBuild":true,"error":null,)"
-            R"("log":[]},)"
-            R"({"builder":"n::C","canBuild":false,"error":null,)"
-            R"("log":[]},)"
-            R"({"builder":"n::D","canBuild":true,"error":null,)"
-            R"("log":[]}],)"
-            R"("claimedBy":"n::B",)"
-            R"("build":{"node":{"class":"document::gxzero::ButtonNode"},"error":null,"log":[],)"
-            R"("model":[{"class":"document::gxzero::ButtonNode"}]}})"
-            "\n");
-  EXPECT_EQ(textOf(explanation, value),
-            "the value is an object, no \"className\", no \"context\"\n"
-            "can they build it?\n"
-            "  A: error, no idea\n"
-            "  B: yes\n"
-            "  C: no\n"
-            "  D: yes\n"
-            "build by B\n"
-            "  returned\n"
-            "    ButtonNode (nothing set)\n"
-            "the model holds this node and nothing else\n");
+constexpr const char* kButton = R"({"class":"document::gxzero::ButtonNode"})";
+
+TEST(Explanation, ShowsHowTheBuildEnded) {
+  const std::string button = kButton;
+  const std::string shown = "    ButtonNode (nothing set)\n";
+  const struct {
+    const char* description;
+    Build build;
+    std::string json;  // after "build":
+    std::string text;  // after the builder's line
+  } rows[] = {
+      {"one node", Build::kOne,
+       R"({"node":)" + button + R"(,"error":null,"log":[],"model":[)" + button + "]}}",
+       "  returned\n" + shown + "the model holds this node and nothing else\n"},
+      {"a failed build leaves what it created", Build::kThrowAfterOne,
+       R"({"node":null,"error":"broken","log":[],"model":[)" + button + "]}}",
+       "  failed: broken\nthe model holds\n" + shown},
+      {"a root beside the node shows", Build::kTwo,
+       R"({"node":)" + button + R"(,"error":null,"log":[],"model":[)" + button + ',' + button +
+           "]}}",
+       "  returned\n" + shown + "the model holds\n" + shown + shown},
+      {"no node", Build::kNothing, R"({"node":null,"error":null,"log":[],"model":[]}})",
+       "  returned no node\nthe model is empty\n"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.description);
+    const Value value = test_support::json("1");
+    const Explanation explanation = explain({named("n::B", Answer::kYes, row.build)}, value);
+    EXPECT_EQ(answersOf(explanation),
+              R"({"builders":[{"builder":"n::B","canBuild":true,"error":null,"log":[]}],)"
+              R"("claimedBy":"n::B","build":)" +
+                  row.json + '\n');
+    EXPECT_EQ(textOf(explanation, value),
+              "the value is a number\ncan they build it?\n  B: yes\nbuild by B\n" + row.text);
+  }
 }
 
-TEST(Explanation, CountsTheBuildersThatSayNo) {
+TEST(Explanation, AsksEveryBuilderAndTheFirstThatClaimsBuilds) {
   const NamedBuilder yes = named("Y", Answer::kYes, Build::kNothing);
+  const NamedBuilder late = named("L", Answer::kYes, Build::kThrowAfterOne);
   const NamedBuilder no = named("N", Answer::kNo);
   const NamedBuilder thrower = named("T", Answer::kThrow);
   const std::string claimed = "build by Y\n  returned no node\nthe model is empty\n";
   const std::string unclaimed = "nobody builds it\n";
   const struct {
     std::vector<NamedBuilder> builders;
-    std::string text;  // after the question
+    std::string all;      // after the question
+    std::string notable;  // the same, where those that say no are counted
   } rows[] = {
-      {{no, no}, "  all 2: no\n" + unclaimed},
-      {{no, thrower, yes, no}, "  T: error, no idea\n  Y: yes\n  2 others: no\n" + claimed},
-      {{no, yes}, "  Y: yes\n  1 other: no\n" + claimed},
-      {{thrower}, "  T: error, no idea\n" + unclaimed},
+      {{no, no}, "  N: no\n  N: no\n" + unclaimed, "  all 2: no\n" + unclaimed},
+      {{no, thrower, yes, no, late},
+       "  N: no\n  T: error, no idea\n  Y: yes\n  N: no\n  L: yes\n" + claimed,
+       "  T: error, no idea\n  Y: yes\n  L: yes\n  2 others: no\n" + claimed},
+      {{no, yes}, "  N: no\n  Y: yes\n" + claimed, "  Y: yes\n  1 other: no\n" + claimed},
+      {{thrower}, "  T: error, no idea\n" + unclaimed, "  T: error, no idea\n" + unclaimed},
   };
   const Value value = test_support::json("1");
+  const std::string question = "the value is a number\ncan they build it?\n";
   for (const auto& row : rows) {
-    EXPECT_EQ(textOf(explain(row.builders, value), value, Answers::kNotable),
-              "the value is a number\ncan they build it?\n" + row.text);
+    const Explanation explanation = explain(row.builders, value);
+    EXPECT_EQ(textOf(explanation, value), question + row.all);
+    EXPECT_EQ(textOf(explanation, value, Answers::kNotable), question + row.notable);
   }
-}
-
-struct OutcomeRow {
-  const char* description;
-  Build build;
-  const char* json;  // after "build":
-  const char* text;  // after the builder's line
-};
-
-const OutcomeRow kOutcomes[] = {
-    {"a failed build leaves what it created", Build::kThrowAfterOne,
-     R"({"node":null,"error":"broken","log":[],)"
-     R"("model":[{"class":"document::gxzero::ButtonNode"}]}})",
-     "  failed: broken\n"
-     "the model holds\n"
-     "    ButtonNode (nothing set)\n"},
-    {"a root beside the node shows", Build::kTwo,
-     R"({"node":{"class":"document::gxzero::ButtonNode"},"error":null,"log":[],)"
-     R"("model":[{"class":"document::gxzero::ButtonNode"},)"
-     R"({"class":"document::gxzero::ButtonNode"}]}})",
-     "  returned\n"
-     "    ButtonNode (nothing set)\n"
-     "the model holds\n"
-     "    ButtonNode (nothing set)\n"
-     "    ButtonNode (nothing set)\n"},
-    {"no node", Build::kNothing, R"({"node":null,"error":null,"log":[],"model":[]}})",
-     "  returned no node\n"
-     "the model is empty\n"},
-};
-
-TEST(Explanation, ShowsHowTheBuildEnded) {
-  for (const OutcomeRow& row : kOutcomes) {
-    SCOPED_TRACE(row.description);
-    const Value value = test_support::json(R"({"className":7,"context":{"type":"a"}})");
-    const Explanation explanation = explain({named("B", Answer::kYes, row.build)}, value);
-    EXPECT_EQ(answersOf(explanation),
-              std::string(R"({"builders":[{"builder":"B","canBuild":true,"error":null,)"
-                          R"("log":[]}],"claimedBy":"B","build":)") +
-                  row.json + "\n");
-    EXPECT_EQ(textOf(explanation, value),
-              std::string("the value is an object, \"className\" is a number, in \"context\" "
-                          "\"type\": \"a\"\n"
-                          "can they build it?\n"
-                          "  B: yes\n"
-                          "build by B\n") +
-                  row.text);
-  }
+  EXPECT_EQ(answersOf(explain({thrower, no}, value)),
+            R"({"builders":[{"builder":"T","canBuild":null,"error":"no idea","log":[]},)"
+            R"({"builder":"N","canBuild":false,"error":null,"log":[]}],"claimedBy":null})"
+            "\n");
 }
 
 TEST(Explanation, TellsWhereItsErrorsAre) {

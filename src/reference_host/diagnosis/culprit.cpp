@@ -229,4 +229,17 @@ std::optional<Culprit> findCulprit(const NamedBuilder& builder, importer::Step s
   return findCulprit(builder, step, object, again);
 }
 
+Culprit blamedFor(Culprit culprit, const Value& object) {
+  if (culprit.held != traits<foundation::json::Undefined>::name) return culprit;
+  for (Path place = parentOf(culprit.place); !place.empty(); place.pop_back()) {
+    const Value* holder = valueAt(object, place);
+    if (holder == nullptr) continue;
+    if (holder->get_if<Value::Object>() == nullptr) {
+      return {place, typeNameOf(*holder), traits<Value::Object>::name};
+    }
+    break;
+  }
+  return culprit;
+}
+
 }  // namespace reference_host::diagnosis

@@ -9,10 +9,12 @@
 #include <unordered_map>
 #include <utility>
 
+#include "diagnosis/control_check.hpp"
 #include "diagnosis/lints.hpp"
 #include "diagnosis/shape.hpp"
 #include "importer/document_walk.hpp"
-#include "reference_host/diagnosis/control_check.hpp"
+#include "reference_host/diagnosis/offered_object.hpp"
+#include "reference_host/diagnosis/unclaimed_object.hpp"
 #include "reference_host/diagnosis/wording.hpp"
 
 namespace reference_host::diagnosis {
@@ -58,88 +60,6 @@ bool builds(const NamedBuilder& builder, const gx::zero::Model& model, const Val
   }
 }
 
-const std::string* textAt(const Value& object, const Path& place) {
-  const Value* value = valueAt(object, place);
-  return value == nullptr ? nullptr : value->get_if<std::string>();
-}
-
-/// What an object that nobody claims may have been meant as.
-class Guess {
- public:
-  explicit Guess(const std::vector<Recognition>& recognitions) : recognitions_(recognitions) {}
-
-  /// The problem's code, what is wrong, and what may be meant; nothing for an object that is none
-  /// of ours.
-  struct Verdict {
-    Code code;
-    std::optional<std::string> hint;
-  };
-
-  std::optional<Verdict> of(const Value& object) const {
-    const std::string* className = textAt(object, classNamePlace());
-    if (className != nullptr) {
-      const std::string* type = textAt(object, typePlace());
-      if (isGeneric(*className)) {
-        return Verdict{Code::kUnknownType, type == nullptr ? std::nullopt : hintForType(*type)};
-      }
-      if (auto hint = hintForClass(*className)) return Verdict{Code::kUnknownClass, hint};
-    }
-    if (!looksLikeControl(object)) return std::nullopt;
-    return Verdict{Code::kUnknownClass, std::nullopt};
-  }
-
- private:
-  /// Whether controls of the class are told apart by their type.
-  bool isGeneric(const std::string& className) const {
-    return std::any_of(recognitions_.begin(), recognitions_.end(), [&](const auto& recognition) {
-      return recognition.type && recognition.className == className;
-    });
-  }
-
-  static bool looksLikeControl(const Value& object) {
-    return valueAt(object, idPlace()) != nullptr || valueAt(object, typePlace()) != nullptr ||
-           valueAt(object, childOf(contextPlace(), "data")) != nullptr;
-  }
-
-  std::optional<std::string> hintForType(const std::string& type) const {
-    std::vector<std::string> types;
-    for (const Recognition& recognition : recognitions_) {
-      if (recognition.type) types.push_back(*recognition.type);
-    }
-    const std::string meant = nearest(type, types);
-    if (!meant.empty()) return "did you mean " + quoted(meant) + '?';
-    if (auto hint = classOfItsOwn(type)) return hint;
-    if (types.empty()) return std::nullopt;
-    std::string list;
-    for (const std::string& known : types) list += (list.empty() ? "" : ", ") + quoted(known);
-    return "known types: " + list;
-  }
-
-  std::optional<std::string> hintForClass(const std::string& className) const {
-    std::vector<std::string> classes;
-    for (const Recognition& recognition : recognitions_) classes.push_back(recognition.className);
-    const std::string meant = nearest(className, classes);
-    if (!meant.empty()) return "did you mean " + quoted(meant) + '?';
-    for (const Recognition& recognition : recognitions_) {
-      if (!recognition.type || bareClassName(className) != bareClassName(*recognition.type))
-        continue;
-      return "write \"className\": " + quoted(recognition.className) +
-             " with \"type\": " + quoted(*recognition.type) + " in \"context\"";
-    }
-    return classOfItsOwn(className);
-  }
-
-  std::optional<std::string> classOfItsOwn(const std::string& word) const {
-    for (const Recognition& recognition : recognitions_) {
-      if (recognition.type || bareClassName(recognition.className) != bareClassName(word)) continue;
-      return "write \"className\": " + quoted(recognition.className);
-    }
-    return std::nullopt;
-  }
-
-  const std::vector<Recognition>& recognitions_;
-};
-
 class DocumentCheck {
  public:
   DocumentCheck(const Knowledge& knowledge, const Value& document, Warnings warnings)
@@ -158,8 +78,8 @@ class DocumentCheck {
         checkClaimed(*answer.claimer, walk, *object);
       } else if (answer.thrower != nullptr) {
         const auto culprit = findCulprit(*answer.thrower, importer::Step::kCanBuild, *object);
-        result_.problems.push_back(problemOf(knowledge_, *answer.thrower, importer::Step::kCanBuild,
-                                             walk.pointer(), *object, culprit, answer.message));
+        result_.problems.push_back(problemOf({knowledge_, *answer.thrower, walk.pointer(), *object},
+                                             importer::Step::kCanBuild, culprit, answer.message));
       } else {
         if (warns_) checkUnclaimed(knowledge_.recognitions(), walk, *object);
         walk.goInto();
@@ -178,14 +98,14 @@ class DocumentCheck {
       if (!warns_) return;
       shape = shapeOf(object);
       if (!knowledge_.isGood(shape)) {
-        std::vector<Problem> found = checkControl(knowledge_, builder, walk.pointer(), object);
+        std::vector<Problem> found = checkControl({knowledge_, builder, walk.pointer(), object});
         if (found.empty()) knowledge_.rememberGood(std::move(shape));
         take(std::move(found));
       }
       rememberClass(object);
       checkId(builder, walk, object);
     } else {
-      std::vector<Problem> found = checkControl(knowledge_, builder, walk.pointer(), object);
+      std::vector<Problem> found = checkControl({knowledge_, builder, walk.pointer(), object});
       if (!warns_) {
         found.erase(std::remove_if(found.begin(), found.end(),
                                    [](const Problem& problem) { return !isError(problem.code); }),
@@ -249,14 +169,16 @@ class DocumentCheck {
 
   void checkUnclaimed(const std::vector<Recognition>& recognitions, const DocumentWalk& walk,
                       const Value& object) {
-    const auto verdict = Guess(recognitions).of(object);
-    if (!verdict) return;
+    const auto guess = guessFor(object, recognitions);
+    if (!guess) return;
     const std::string pointer = walk.pointer();
-    Problem problem{verdict->code, pointer, {}, {}, verdict->hint, {}, {}, {}};
+    Problem problem{guess->code, pointer, {}, {}, guess->hint, {}, {}, {}};
     const std::string name = nameOfObject(nullptr, object);
-    if (verdict->code == Code::kUnknownType) {
+    if (guess->code == Code::kUnknownType) {
+      const std::string* type = textAt(object, typePlace());
       problem.member = pointer + pointerOf(typePlace());
-      problem.message = name + ": nobody builds the type " + quoted(*textAt(object, typePlace()));
+      problem.message =
+          name + (type == nullptr ? ": has no type" : ": nobody builds the type " + quoted(*type));
     } else if (const std::string* className = textAt(object, classNamePlace())) {
       problem.member = pointer + pointerOf(classNamePlace());
       problem.message = name + ": nobody builds the class " + quoted(*className);

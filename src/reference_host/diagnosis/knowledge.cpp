@@ -25,12 +25,6 @@ bool isClaimed(const NamedBuilder& builder, const Value& object) {
   return attempt(builder, importer::Step::kCanBuild, object).claimed;
 }
 
-std::string textAt(const Value& object, const Path& place) {
-  const Value* value = valueAt(object, place);
-  const auto* text = value == nullptr ? nullptr : value->get_if<std::string>();
-  return text == nullptr ? std::string() : *text;
-}
-
 /// Learns a kind from an object that is recognised: reads what the builder asks for, puts it there,
 /// and builds again, until nothing new is asked for.
 class Lesson {
@@ -342,8 +336,12 @@ std::vector<Recognition> Knowledge::recognitionsAmong(const std::vector<std::str
 }
 
 const Kind& Knowledge::kindOf(const NamedBuilder& builder, const Value& object) const {
-  Recognition words{&builder, textAt(object, classNamePlace()), std::nullopt};
-  if (!isClaimed(builder, words.sample())) words.type = textAt(object, typePlace());
+  const auto wordAt = [&](const Path& place) {
+    const std::string* text = textAt(object, place);
+    return text == nullptr ? std::string() : *text;
+  };
+  Recognition words{&builder, wordAt(classNamePlace()), std::nullopt};
+  if (!isClaimed(builder, words.sample())) words.type = wordAt(typePlace());
   const std::vector<Recognition>& known = recognitions();
   const std::lock_guard<std::mutex> guard(mutex_);
   const Words key{&builder, words.className, words.type.value_or("")};

@@ -52,6 +52,11 @@ Value* valueAt(Value& root, const Path& path) {
   return const_cast<Value*>(valueAt(std::as_const(root), path));
 }
 
+const std::string* textAt(const Value& root, const Path& path) {
+  const Value* value = valueAt(root, path);
+  return value == nullptr ? nullptr : value->get_if<std::string>();
+}
+
 Path pathTo(const Value& root, std::string_view pointer) {
   Path path;
   const Value* value = &root;

@@ -76,12 +76,16 @@ Path ReadTrace::pathOf(PlaceId place) const {
 }
 
 ReadTrace::PlaceId ReadTrace::placeOf(const Value& value) {
-  if (const auto known = addresses_.find(&value); known != addresses_.end()) return known->second;
+  // What was remembered last holds: memory is used again.
+  const auto known = addresses_.find(&value);
+  const std::size_t older = known == addresses_.end() ? 0 : known->second.arraysBefore;
   const std::less<> before;
-  for (auto array = elements_.rbegin(); array != elements_.rend(); ++array) {
-    if (before(&value, array->begin) || !before(&value, array->end)) continue;
-    return child(array->array, static_cast<std::size_t>(&value - array->begin));
+  for (std::size_t index = elements_.size(); index-- > older;) {
+    const Elements& array = elements_[index];
+    if (before(&value, array.begin) || !before(&value, array.end)) continue;
+    return child(array.array, static_cast<std::size_t>(&value - array.begin));
   }
+  if (known != addresses_.end()) return known->second.place;
   if (value.get_if<Undefined>() != nullptr) return lastMissing_;
   return lookInObject(value);
 }
@@ -100,15 +104,15 @@ ReadTrace::PlaceId ReadTrace::lookInObject(const Value& value) {
           open.emplace_back(&(*elements)[index], child(place, index));
         }
       }
-      addresses_.emplace(container, place);
+      addresses_.emplace(container, Known{place, elements_.size()});
     }
   }
   const auto known = addresses_.find(&value);
-  return known == addresses_.end() ? kUnknown : known->second;
+  return known == addresses_.end() ? kUnknown : known->second.place;
 }
 
 void ReadTrace::remember(const Value& value, PlaceId place) {
-  addresses_[&value] = place;
+  addresses_[&value] = {place, elements_.size()};
   const auto* elements = value.get_if<Value::Array>();
   if (elements == nullptr || elements->empty()) return;
   elements_.push_back({elements->data(), elements->data() + elements->size(), place});

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cctype>
 #include <cstddef>
-#include <numeric>
 
 #include "json/number.hpp"
 #include "reference_host/diagnosis/culprit.hpp"
+#include "reference_host/diagnosis/nearest_word.hpp"
 #include "reference_host/json/pointer.hpp"
 #include "reference_host/json/text_writer.hpp"
 
@@ -16,19 +16,11 @@ using foundation::json::Value;
 
 namespace {
 
-constexpr std::size_t kMostEdits = 2;
-/// A word that is shorter may be told apart from everything by two edits.
-constexpr std::size_t kShortWord = 5;
-constexpr std::string_view kClassEnding = "ControlNode";
 /// Members that name an object for people, the likeliest first.
 constexpr const char* kIdKeys[] = {"controlId", "instanceId", "anchorId"};
 
 bool endsWith(std::string_view word, std::string_view ending) {
   return word.size() >= ending.size() && word.substr(word.size() - ending.size()) == ending;
-}
-
-const std::string* textOf(const Value* value) {
-  return value == nullptr ? nullptr : value->get_if<std::string>();
 }
 
 /// "checkBox" as "check box", "ColorPickerControlNode" as "color picker".
@@ -51,20 +43,12 @@ std::string asCommonWords(std::string_view word) {
 
 /// Whether the builder claims an object because of its type word.
 bool isKnownByType(const importer::NamedBuilder* builder, const Value& object) {
-  const std::string* className = textOf(valueAt(object, classNamePlace()));
-  if (builder == nullptr || className == nullptr ||
-      textOf(valueAt(object, typePlace())) == nullptr) {
+  const std::string* className = textAt(object, classNamePlace());
+  if (builder == nullptr || className == nullptr || textAt(object, typePlace()) == nullptr) {
     return false;
   }
   const Value::Object classAlone{{"className", *className}};
   return !attempt(*builder, importer::Step::kCanBuild, classAlone).claimed;
-}
-
-std::string withoutSeparators(std::string_view word) {
-  std::string letters = lowered(word);
-  const auto isSeparator = [](char c) { return c == '-' || c == '_' || c == ' '; };
-  letters.erase(std::remove_if(letters.begin(), letters.end(), isSeparator), letters.end());
-  return letters;
 }
 
 bool isNumber(std::string_view text) {
@@ -79,17 +63,17 @@ bool isNumber(std::string_view text) {
 }  // namespace
 
 std::string nameOfObject(const importer::NamedBuilder* builder, const Value& object) {
-  const std::string* className = textOf(valueAt(object, classNamePlace()));
+  const std::string* className = textAt(object, classNamePlace());
   std::string name = "object";
   if (builder == nullptr) {
     if (className != nullptr) name += " of class " + quoted(*className);
   } else if (isKnownByType(builder, object)) {
-    name = asCommonWords(*textOf(valueAt(object, typePlace())));
+    name = asCommonWords(*textAt(object, typePlace()));
   } else if (className != nullptr) {
     name = asCommonWords(*className);
   }
   for (const char* key : kIdKeys) {
-    if (const std::string* id = textOf(valueAt(object, {key}))) return name + ' ' + quoted(*id);
+    if (const std::string* id = textAt(object, {key})) return name + ' ' + quoted(*id);
   }
   return name;
 }
@@ -180,15 +164,6 @@ std::string quoted(std::string_view name) {
   return text;
 }
 
-std::string lowered(std::string_view word) {
-  std::string small(word);
-  std::transform(small.begin(), small.end(), small.begin(), [](char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
-                                                : character;
-  });
-  return small;
-}
-
 std::string bareClassName(std::string_view className) {
   const std::string ending = lowered(kClassEnding);
   std::string word = lowered(className);
@@ -196,44 +171,6 @@ std::string bareClassName(std::string_view className) {
     word.resize(word.size() - ending.size());
   }
   return word;
-}
-
-std::size_t editDistance(std::string_view left, std::string_view right) {
-  std::vector<std::size_t> before;
-  std::vector<std::size_t> above(right.size() + 1);
-  std::iota(above.begin(), above.end(), std::size_t{0});
-  for (std::size_t i = 1; i <= left.size(); ++i) {
-    std::vector<std::size_t> row{i};
-    for (std::size_t j = 1; j <= right.size(); ++j) {
-      const bool same = left[i - 1] == right[j - 1];
-      std::size_t least = std::min({above[j] + 1, row[j - 1] + 1, above[j - 1] + (same ? 0 : 1)});
-      const bool swapped =
-          i > 1 && j > 1 && left[i - 1] == right[j - 2] && left[i - 2] == right[j - 1];
-      if (swapped) least = std::min(least, before[j - 2] + 1);
-      row.push_back(least);
-    }
-    before = std::move(above);
-    above = std::move(row);
-  }
-  return above.back();
-}
-
-std::string nearest(std::string_view word, const std::vector<std::string>& candidates) {
-  const std::string letters = withoutSeparators(word);
-  const std::string* best = nullptr;
-  std::size_t fewest =
-      std::min(kMostEdits, word.size() < kShortWord ? word.size() / 2 : word.size());
-  for (const std::string& candidate : candidates) {
-    if (candidate == word) continue;
-    if (withoutSeparators(candidate) == letters) return candidate;
-    const std::size_t longer = std::max(word.size(), candidate.size());
-    if (longer - std::min(word.size(), candidate.size()) > kMostEdits) continue;
-    const std::size_t edits = editDistance(word, candidate);
-    if (edits > fewest || (best != nullptr && edits == fewest)) continue;
-    fewest = edits;
-    best = &candidate;
-  }
-  return best == nullptr ? std::string() : *best;
 }
 
 }  // namespace reference_host::diagnosis

@@ -1,6 +1,7 @@
 #include "reference_host/json/text_places.hpp"
 
 #include <algorithm>
+#include <deque>
 #include <map>
 #include <tuple>
 #include <utility>
@@ -144,38 +145,55 @@ class TextWalk {
   std::vector<bool> isArray_;  // of the containers that are open
 };
 
+/// Whether a pointer comes before another one in an order in which those with the same first tokens
+/// stand together.
+bool isBefore(std::string_view left, std::string_view right) {
+  const auto rank = [](char character) {
+    return character == '/' ? 0 : static_cast<unsigned char>(character) + 1;
+  };
+  return std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end(),
+                                      [&](char l, char r) { return rank(l) < rank(r); });
+}
+
 /// Notes the places of the requested values.
 class ValueFinder {
  public:
+  /// @param pointers outlive this.
   explicit ValueFinder(const std::vector<std::string>& pointers) {
+    std::vector<std::string_view> sorted(pointers.begin(), pointers.end());
+    std::sort(sorted.begin(), sorted.end(), isBefore);
     nodes_.emplace_back();
-    for (const std::string& pointer : pointers) {
-      std::size_t node = kRoot;
-      for (const std::string_view token : tokensOf(pointer)) {
-        const auto [child, isNew] = nodes_[node].children.emplace(nameOf(token), nodes_.size());
-        node = child->second;
-        if (isNew) nodes_.emplace_back();
-      }
+    std::deque<Pointers> open{
+        {sorted.begin(), sorted.end(), 0}};  // of the nodes without children yet
+    for (std::size_t node = 0; !open.empty(); ++node) {
+      nodes_[node].children = nodes_.size();
+      addChildren(open.front(), open);
+      nodes_[node].childrenEnd = nodes_.size();
+      open.pop_front();
     }
   }
 
   ValuePlace placeOf(std::string_view pointer) const {
     const std::vector<std::string_view> tokens = tokensOf(pointer);
-    const Node* node = &nodes_[kRoot];
+    std::size_t node = kRoot;
     std::size_t found = 0;
     for (; found != tokens.size(); ++found) {
-      const Node& child = nodes_[node->children.at(nameOf(tokens[found]))];
-      if (!child.isThere) break;
-      node = &child;
+      const std::size_t child = childOf(node, tokens[found]);
+      if (!nodes_[child].isThere) break;
+      node = child;
     }
-    return {node->value, node->key, tokens.size() - found};
+    return {nodes_[node].value, nodes_[node].key, tokens.size() - found};
   }
 
   void beginContainer() { elements_.push_back(0); }
   void endContainer() { elements_.pop_back(); }
 
   void key(const std::string& name, const TextRange& range) {
-    next_ = childOf(open_.back(), name);
+    next_ = kNone;
+    if (open_.back() == kNone) return;
+    std::string token;
+    appendToken(token, name);
+    next_ = childOf(open_.back(), std::string_view(token).substr(1));
     if (next_ != kNone) nodes_[next_].key = range;
   }
   void element() {
@@ -198,32 +216,64 @@ class ValueFinder {
   }
 
  private:
-  /// A value that is asked for, or that is around one.
+  /// A value that is asked for, or that is around one. As many as there are errors in a document:
+  /// they are kept small.
   struct Node {
-    std::map<std::string, std::size_t> children;  // by name or index: where they are in `nodes_`
+    std::string_view token;
+    std::size_t children = 0;  // where they are in `nodes_`, by their tokens
+    std::size_t childrenEnd = 0;
     bool isThere = false;
     TextRange value;
     std::optional<TextRange> key;
   };
 
+  /// Pointers that go through one value, and how many of their characters lead to it.
+  struct Pointers {
+    std::vector<std::string_view>::const_iterator begin;
+    std::vector<std::string_view>::const_iterator end;
+    std::size_t length;
+  };
+
   static constexpr std::size_t kRoot = 0;
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
-  std::size_t childOf(std::size_t node, const std::string& name) const {
-    if (node == kNone) return kNone;
-    const auto child = nodes_[node].children.find(name);
-    return child == nodes_[node].children.end() ? kNone : child->second;
+  void addChildren(Pointers pointers, std::deque<Pointers>& open) {
+    auto pointer = pointers.begin;
+    while (pointer != pointers.end && pointer->size() == pointers.length) ++pointer;
+    while (pointer != pointers.end) {
+      const std::size_t tokenBegin = pointers.length + 1;
+      const std::string_view token =
+          pointer->substr(tokenBegin, pointer->find('/', tokenBegin) - tokenBegin);
+      const std::size_t length = tokenBegin + token.size();
+      const auto first = pointer;
+      while (pointer != pointers.end && pointer->substr(0, length) == first->substr(0, length) &&
+             (pointer->size() == length || (*pointer)[length] == '/')) {
+        ++pointer;
+      }
+      nodes_.emplace_back().token = token;
+      open.push_back({first, pointer, length});
+    }
+  }
+
+  std::size_t childOf(std::size_t node, std::string_view token) const {
+    const auto begin = nodes_.begin() + static_cast<std::ptrdiff_t>(nodes_[node].children);
+    const auto end = nodes_.begin() + static_cast<std::ptrdiff_t>(nodes_[node].childrenEnd);
+    const auto child = std::lower_bound(
+        begin, end, token,
+        [](const Node& candidate, std::string_view wanted) { return candidate.token < wanted; });
+    if (child == end || child->token != token) return kNone;
+    return static_cast<std::size_t>(child - nodes_.begin());
   }
 
   /// The value comes a second time: what was in the first one counts no longer.
   void forgetBelow(const Node& node) {
-    for (const auto& [name, child] : node.children) {
+    for (std::size_t child = node.children; child != node.childrenEnd; ++child) {
       // A missing value contains no value either.
       if (std::exchange(nodes_[child].isThere, false)) forgetBelow(nodes_[child]);
     }
   }
 
-  std::vector<Node> nodes_;            // the first is the outermost value
+  std::deque<Node> nodes_;             // the first is the outermost value
   std::size_t next_ = kRoot;           // the node of the value to come
   std::vector<std::size_t> open_;      // the nodes of the values around it
   std::vector<std::size_t> elements_;  // of the containers that are open: how many so far

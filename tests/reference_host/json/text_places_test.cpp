@@ -120,5 +120,12 @@ TEST(TextPlaces, Duplicates) {
   }
 }
 
+TEST(TextPlaces, NamesThatBeginWithOthersAreToldApart) {
+  const auto places = findValues(R"({"a": {"x": 1}, "a.b": 2})", {"/a", "/a.b", "/a/x"});
+  ASSERT_EQ(places.size(), 3U);
+  EXPECT_EQ(places[0].value.begin, (TextPlace{1, 7}));
+  EXPECT_EQ(places[1].value.begin, (TextPlace{1, 24}));
+  EXPECT_EQ(places[2].value.begin, (TextPlace{1, 13}));
+}
 }  // namespace
 }  // namespace reference_host::json

@@ -38,4 +38,8 @@ TESSEL_HOST_API std::optional<Culprit> findCulprit(const importer::NamedBuilder&
                                                    importer::Step step,
                                                    const foundation::json::Value& object);
 
+/// What is to blame for a culprit: for a value that is missing because what should hold it is no
+/// object, that one.
+Culprit blamedFor(Culprit culprit, const foundation::json::Value& object);
+
 }  // namespace reference_host::diagnosis

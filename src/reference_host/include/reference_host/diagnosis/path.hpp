@@ -23,6 +23,8 @@ using Path = std::vector<PathStep>;
 TESSEL_HOST_API const foundation::json::Value* valueAt(const foundation::json::Value& root,
                                                        const Path& path);
 foundation::json::Value* valueAt(foundation::json::Value& root, const Path& path);
+/// The text at the end of the path; null when there is none.
+const std::string* textAt(const foundation::json::Value& root, const Path& path);
 
 /// The path that a JSON pointer (RFC 6901) stands for in a value; where there is nothing in it, a
 /// token is a name.
@@ -46,7 +48,7 @@ bool isWithin(const Path& path, const Path& outer);
 TESSEL_HOST_API std::string pointerOf(const Path& path);
 
 /// The JSON pointer with a star for every index: equal for places that are alike.
-std::string patternOf(const Path& path);
+TESSEL_HOST_API std::string patternOf(const Path& path);
 /// Appends a step to a pattern.
 void appendToPattern(std::string& pattern, const PathStep& step);
 

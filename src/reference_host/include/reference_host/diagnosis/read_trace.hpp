@@ -56,6 +56,11 @@ class ReadTrace : public json::ReadObserver {
     bool asked = false;
     bool holder = false;
   };
+  /// What lies at an address.
+  struct Known {
+    PlaceId place;
+    std::size_t arraysBefore;  ///< so many of `elements_` were remembered before it
+  };
   /// Where the elements of an array lie.
   struct Elements {
     const Value* begin;
@@ -73,7 +78,7 @@ class ReadTrace : public json::ReadObserver {
   const Value* object_;
   std::vector<Place> places_;
   std::vector<PlaceId> reads_;
-  std::unordered_map<const Value*, PlaceId> addresses_;
+  std::unordered_map<const Value*, Known> addresses_;
   std::vector<Elements> elements_;  // the latest last
   PlaceId lastMissing_ = kUnknown;
   bool objectIsKnown_ = false;  // every address in it

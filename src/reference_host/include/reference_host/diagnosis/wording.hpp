@@ -40,14 +40,9 @@ std::string exampleOf(const std::string& type);
 /// A name in double quotes, as JSON has it.
 std::string quoted(std::string_view name);
 
-/// The candidate that a word may be a misspelling of: equal but for case, hyphens and underscores,
-/// or at most two edits away; empty when none is.
-std::string nearest(std::string_view word, const std::vector<std::string>& candidates);
-/// How many insertions, deletions, replacements and swaps of neighbours make one word the other.
-TESSEL_HOST_API std::size_t editDistance(std::string_view left, std::string_view right);
-/// The word in small letters (ASCII).
-std::string lowered(std::string_view word);
-/// The word without the ending "ControlNode" if it has it, in small letters.
+/// With what the class names of controls end.
+inline constexpr std::string_view kClassEnding = "ControlNode";
+/// The word without that ending if it has it, in small letters.
 std::string bareClassName(std::string_view className);
 
 }  // namespace reference_host::diagnosis

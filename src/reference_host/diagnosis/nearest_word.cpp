@@ -1,0 +1,70 @@
+#include "reference_host/diagnosis/nearest_word.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <numeric>
+#include <utility>
+
+namespace reference_host::diagnosis {
+
+namespace {
+
+constexpr std::size_t kMostEdits = 2;
+
+std::string withoutSeparators(std::string_view word) {
+  std::string letters = lowered(word);
+  const auto isSeparator = [](char c) { return c == '-' || c == '_' || c == ' '; };
+  letters.erase(std::remove_if(letters.begin(), letters.end(), isSeparator), letters.end());
+  return letters;
+}
+
+/// How many edits make one word the other.
+std::size_t editDistance(std::string_view left, std::string_view right) {
+  std::vector<std::size_t> before;
+  std::vector<std::size_t> above(right.size() + 1);
+  std::iota(above.begin(), above.end(), std::size_t{0});
+  for (std::size_t i = 1; i <= left.size(); ++i) {
+    std::vector<std::size_t> row{i};
+    for (std::size_t j = 1; j <= right.size(); ++j) {
+      const bool same = left[i - 1] == right[j - 1];
+      std::size_t least = std::min({above[j] + 1, row[j - 1] + 1, above[j - 1] + (same ? 0 : 1)});
+      const bool swapped =
+          i > 1 && j > 1 && left[i - 1] == right[j - 2] && left[i - 2] == right[j - 1];
+      if (swapped) least = std::min(least, before[j - 2] + 1);
+      row.push_back(least);
+    }
+    before = std::move(above);
+    above = std::move(row);
+  }
+  return above.back();
+}
+
+}  // namespace
+
+std::string lowered(std::string_view word) {
+  std::string small(word);
+  std::transform(small.begin(), small.end(), small.begin(), [](char character) {
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
+                                                : character;
+  });
+  return small;
+}
+
+std::string nearestWord(std::string_view word, const std::vector<std::string>& candidates) {
+  const std::string letters = withoutSeparators(word);
+  const std::string* best = nullptr;
+  std::size_t fewest = std::min(kMostEdits, word.size() / 2);
+  for (const std::string& candidate : candidates) {
+    if (candidate == word) continue;
+    if (withoutSeparators(candidate) == letters) return candidate;
+    const std::size_t longer = std::max(word.size(), candidate.size());
+    if (longer - std::min(word.size(), candidate.size()) > kMostEdits) continue;
+    const std::size_t edits = editDistance(word, candidate);
+    if (edits > fewest || (best != nullptr && edits == fewest)) continue;
+    fewest = edits;
+    best = &candidate;
+  }
+  return best == nullptr ? std::string() : *best;
+}
+
+}  // namespace reference_host::diagnosis

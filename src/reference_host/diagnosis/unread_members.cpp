@@ -1,0 +1,198 @@
+#include "diagnosis/unread_members.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "reference_host/diagnosis/attempt.hpp"
+#include "reference_host/diagnosis/nearest_word.hpp"
+#include "reference_host/diagnosis/wording.hpp"
+#include "reference_host/json/pointer.hpp"
+
+namespace reference_host::diagnosis {
+
+using foundation::json::Value;
+using importer::NamedBuilder;
+
+namespace {
+
+/// So many members are tried one by one.
+constexpr std::size_t kMostTrials = 100;
+/// So many names a hint lists.
+constexpr std::size_t kMostNames = 12;
+
+/// Finds the members of an object that make no difference.
+class UnreadSearch {
+ public:
+  UnreadSearch(const OfferedObject& control, const Value& corrected)
+      : control_(control),
+        builder_(control.builder),
+        kind_(control.kind()),
+        corrected_(corrected),
+        trace_(attempt(builder_, importer::Step::kBuild, corrected).trace) {}
+
+  std::vector<Problem> run() {
+    visitMembers({}, control_.value);
+    keepUnread();
+    for (const Path& place : unread_) tellUnread(place);
+    return std::move(problems_);
+  }
+
+ private:
+  void visitMembers(const Path& holder, const Value& value) {
+    for (const auto& [name, member] : *value.get_if<Value::Object>()) {
+      Path place = childOf(holder, name);
+      const auto known = kind_.places.find(patternOf(place));
+      const bool recognised = known != kind_.places.end() && known->second.forRecognition;
+      if (!trace_.wasAsked(place) && !recognised) {
+        unread_.push_back(std::move(place));
+      } else {
+        visitRead(place, member, recognised);
+      }
+    }
+  }
+
+  void visitRead(const Path& place, const Value& value, bool recognised) {
+    const bool wrong = typeNameOf(valueAt(corrected_, place)) != std::string(typeNameOf(value));
+    if (wrong) return;  // an error
+    const bool holder = trace_.wasHolder(place);
+    if (const auto* elements = value.get_if<Value::Array>(); elements != nullptr && !holder) {
+      visitElements(place, *elements);
+    }
+    if (holder && value.get_if<Value::Object>() != nullptr) {
+      visitMembers(place, value);
+    } else if (holder) {
+      ignored(place, "is " + heldWords(typeNameOf(value)) + " and passed over",
+              "write an object: {...}");
+    } else if (!recognised) {
+      const std::string wanted = control_.knowledge.wantedInstead(builder_, corrected_, place);
+      if (wanted.empty()) return;
+      ignored(place, "is " + heldWords(typeNameOf(value)) + " and passed over",
+              correction(value, wanted));
+    }
+  }
+
+  void visitElements(const Path& array, const Value::Array& elements) {
+    std::string pattern = patternOf(array) + "/*";
+    const bool haveMembers = kind_.readsBelow(pattern);
+    for (std::size_t index = 0; index != elements.size(); ++index) {
+      const Path place = childOf(array, index);
+      if (trace_.wasHolder(place)) {
+        if (elements[index].get_if<Value::Object>() != nullptr)
+          visitMembers(place, elements[index]);
+      } else if (haveMembers) {
+        ignored(place, "is none of those that are read, and passed over", std::nullopt);
+      }
+    }
+  }
+
+  /// Leaves only the members without which the same is built: a builder may go over an object's
+  /// members without asking for any.
+  void keepUnread() {
+    if (unread_.empty()) return;
+    const auto node = nodeBuilt(builder_, corrected_);
+    const auto buildsTheSameWithout = [&](const std::vector<Path>& places) {
+      Value without = corrected_;
+      for (const Path& place : places) removeMember(without, place);
+      return nodeBuilt(builder_, without) == node;
+    };
+    if (buildsTheSameWithout(unread_)) return;
+    std::vector<Path> kept;
+    for (const Path& place : unread_) {
+      if (kept.size() < kMostTrials && buildsTheSameWithout({place})) kept.push_back(place);
+    }
+    unread_ = std::move(kept);
+  }
+
+  void tellUnread(const Path& place) {
+    const std::string pattern = patternOf(place);
+    if (kind_.reads(pattern)) {
+      ignored(place, "is not read here", conditionOf(place));
+    } else {
+      Problem problem = problemAt(place, Code::kUnknownMember, "is not known here");
+      problem.hint = hintForUnknown(place);
+      problems_.push_back(std::move(problem));
+    }
+  }
+
+  /// The missing member that makes another one read.
+  std::optional<std::string> conditionOf(const Path& place) const {
+    for (const auto& [pattern, known] : kind_.places) {
+      if (known.wanted.empty() || pattern.find('*') != std::string::npos) continue;
+      const Path other = pathTo({}, pattern);
+      if (valueAt(corrected_, other) != nullptr) continue;
+      Value with = corrected_;
+      put(with, other, someValueOf(known.wanted));
+      if (attempt(builder_, importer::Step::kBuild, with).trace.wasAsked(place)) {
+        return "it is read only where there is " + nameOfHolder(pattern);
+      }
+    }
+    return std::nullopt;
+  }
+
+  std::optional<std::string> hintForUnknown(const Path& place) const {
+    const std::string& name = *std::get_if<std::string>(&place.back());
+    const std::string holder = patternOf(parentOf(place));
+    std::vector<std::string> free;
+    for (const std::string& member : kind_.membersOf(holder)) {
+      if (valueAt(control_.value, childOf(parentOf(place), member)) == nullptr)
+        free.push_back(member);
+    }
+    std::string meant = nearestWord(name, free);
+    if (!meant.empty()) return "did you mean " + quoted(meant) + '?';
+    const std::vector<std::string> holders = kind_.holdersOf(name);
+    if (!holders.empty()) return quoted(name) + " belongs in " + nameOfHolder(holders.front());
+    for (const auto& [pattern, known] : kind_.places) {
+      // It may be a misspelling of what belongs elsewhere.
+      const std::size_t slash = pattern.rfind('/');
+      const std::string other = json::nameOf(std::string_view(pattern).substr(slash + 1));
+      if (pattern.substr(0, slash) == holder || nearestWord(name, {other}).empty()) continue;
+      return "did you mean " + quoted(other) + " in " + nameOfHolder(pattern.substr(0, slash)) +
+             '?';
+    }
+    if (free.empty() || free.size() > kMostNames) return std::nullopt;
+    std::string names;
+    for (const std::string& member : free) names += (names.empty() ? "" : ", ") + quoted(member);
+    return "what can be added here: " + names;
+  }
+
+  void ignored(const Path& place, const std::string& what, std::optional<std::string> hint) {
+    Problem problem = problemAt(place, Code::kIgnoredMember, what);
+    problem.hint = std::move(hint);
+    problems_.push_back(std::move(problem));
+  }
+
+  Problem problemAt(const Path& place, Code code, const std::string& what) {
+    if (name_.empty()) name_ = nameOfObject(&builder_, control_.value);
+    Problem problem{code,
+                    control_.pointer,
+                    control_.pointer + pointerOf(place),
+                    name_ + ": " + nameOfPlace(place) + ' ' + what,
+                    {},
+                    builder_.name(),
+                    {},
+                    {}};
+    problem.atKey = true;
+    return problem;
+  }
+
+  const OfferedObject& control_;
+  const NamedBuilder& builder_;
+  const Kind& kind_;
+  const Value& corrected_;
+  ReadTrace trace_;
+  std::string name_;
+  std::vector<Path> unread_;
+  std::vector<Problem> problems_;
+};
+
+}  // namespace
+
+std::vector<Problem> unreadMembersOf(const OfferedObject& control, const Value& corrected) {
+  return UnreadSearch(control, corrected).run();
+}
+
+}  // namespace reference_host::diagnosis

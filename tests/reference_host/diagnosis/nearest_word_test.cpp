@@ -1,0 +1,45 @@
+#include "reference_host/diagnosis/nearest_word.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace reference_host::diagnosis {
+namespace {
+
+TEST(NearestWordTest, IsWhatMayBeMisspelt) {
+  const struct {
+    const char* description;
+    const char* word;
+    std::vector<std::string> candidates;
+    const char* nearest;
+  } rows[] = {
+      {"a character too many", "imports", {"explain", "import"}, "import"},
+      {"one too few", "mport", {"explain", "import"}, "import"},
+      {"another one", "inport", {"explain", "import"}, "import"},
+      {"two neighbours swapped", "miport", {"explain", "import"}, "import"},
+      {"two edits", "expotr", {"export"}, "export"},
+      {"two swaps", "imnimmu", {"minimum"}, "minimum"},
+      {"three edits", "build", {"builders"}, ""},
+      {"two edits of four characters", "slid", {"slider"}, "slider"},
+      {"two edits of three characters", "sli", {"slide"}, ""},
+      {"one edit of two characters", "is", {"id"}, "id"},
+      {"one edit of one character", "i", {"id"}, ""},
+      {"none", "", {"id", "a"}, ""},
+      {"another case", "EXECUTIONMODEL", {"executionModel"}, "executionModel"},
+      {"separators", "min_linked-variable ", {"minLinkedVariable"}, "minLinkedVariable"},
+      {"case and separators go before edits", "MAX_VALUE", {"MAX_VALU", "maxValue"}, "maxValue"},
+      {"the nearest of several", "step", {"stop", "setup", "stepp", "steps"}, "stop"},
+      {"fewer edits go before the order", "abcdef", {"abcdxx", "abcdex"}, "abcdex"},
+      {"the word itself is passed over", "step", {"step", "stop"}, "stop"},
+      {"the word alone", "step", {"step"}, ""},
+      {"no candidates", "step", {}, ""},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(nearestWord(row.word, row.candidates), row.nearest) << row.description;
+  }
+}
+
+}  // namespace
+}  // namespace reference_host::diagnosis
