@@ -70,13 +70,14 @@ void importInto(ImportAnswer& answer, Document& document, const Knowledge& knowl
     capture.reset();
   };
   try {
-    const foundation::json::Value value = document.parse();
+    foundation::json::Value value = document.parse();
     answer.duplicates = std::move(document.duplicates);
     answer.failedStep = stepName(Step::kBuild);
-    answer.result = importDocument(knowledge.builders(), gx::zero::Model::create(), value, onError);
+    answer.result =
+        importDocument(knowledge.builders(), gx::zero::Model::create(), std::move(value), onError);
     // The builders are asked again from here on, which is no part of the import.
     endLog();
-    answer.located = locate(knowledge, answer.result.errors, value, document, tell);
+    answer.located = locate(knowledge, answer.result.errors, nullptr, document, tell);
     answer.told = toldErrors(answer.located, document);
   } catch (const reference_host::json::ParseError& error) {
     answer.failure = error.what();
@@ -117,7 +118,8 @@ void appendAsJson(std::string& out, const ImportAnswer& answer, bool oneLine) {
   writer.beginObject();
   writer.key("document").value(reference_host::json::withBytesEscaped(answer.document));
   writer.key("nodes").beginArray();
-  for (const auto& node : answer.result.nodes) reference_host::exporting::writeJson(writer, node);
+  reference_host::exporting::Exporter exporter;
+  for (const auto& node : answer.result.nodes) exporter.writeJson(writer, node);
   writer.endArray();
   writer.key("errors").beginArray();
   if (!answer.failure.empty()) writeFailure(writer, answer);
@@ -139,9 +141,8 @@ void appendAsJson(std::string& out, const ImportAnswer& answer, bool oneLine) {
 void appendAsTree(std::string& out, const ImportAnswer& answer) {
   if (!answer.failure.empty()) return;
   out += visible(answer.document) + '\n';
-  for (const auto& node : answer.result.nodes) {
-    reference_host::exporting::appendTree(out, node, 1);
-  }
+  reference_host::exporting::Exporter exporter;
+  for (const auto& node : answer.result.nodes) exporter.appendTree(out, node, 1);
   out += answer.told;
   if (answer.log) {
     out += "  log\n";

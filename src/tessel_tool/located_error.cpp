@@ -25,15 +25,15 @@ const NamedBuilder& builderOf(const Knowledge& knowledge, const ImportError& err
 }  // namespace
 
 std::vector<LocatedError> locate(const Knowledge& knowledge, const std::vector<ImportError>& errors,
-                                 const Value& value, const Document& document, Tell tell) {
+                                 const Value* object, const Document& document, Tell tell) {
   namespace diagnosis = reference_host::diagnosis;
   std::vector<LocatedError> located;
   std::vector<std::string>
       pointers;  // two of each error: of the value, and of what people are told
   for (const ImportError& error : errors) {
     const NamedBuilder& builder = builderOf(knowledge, error);
-    const Value& object = *diagnosis::valueAt(value, diagnosis::pathTo(value, error.pointer));
-    const std::optional<Culprit> culprit = diagnosis::findCulprit(builder, error.step, object);
+    const Value& failed = object != nullptr ? *object : error.object;
+    const std::optional<Culprit> culprit = diagnosis::findCulprit(builder, error.step, failed);
     LocatedError next;
     if (culprit) {
       next.location.member = error.pointer + diagnosis::pointerOf(culprit->place);
@@ -42,7 +42,7 @@ std::vector<LocatedError> locate(const Knowledge& knowledge, const std::vector<I
     }
     pointers.push_back(next.location.member.value_or(error.pointer));
     if (tell == Tell::kPeople) {
-      next.told = {diagnosis::problemOf(knowledge, builder, error.step, error.pointer, object,
+      next.told = {diagnosis::problemOf(knowledge, builder, error.step, error.pointer, failed,
                                         culprit, error.message),
                    {}};
       pointers.push_back(next.told->problem.member.value_or(error.pointer));
