@@ -23,6 +23,8 @@ namespace tessel_tool {
 
 namespace {
 
+using reference_host::exporting::Exporter;
+
 /// A message for standard error, and how much of the results goes before it.
 struct Complaint {
   std::size_t after;
@@ -35,12 +37,20 @@ std::string warning(const DuplicateMembers& duplicates) {
   return "warning: " + duplicates.describe();
 }
 
+void append(std::string& out, const ImportAnswer& answer, const ImportOptions& options,
+            Exporter& exporter, const PartEnds& partEnds) {
+  if (options.json) {
+    appendAsJson(out, answer, options.ndjson, exporter, partEnds);
+  } else {
+    appendAsTree(out, answer, exporter, partEnds);
+  }
+}
+
 /// What an answer that leaves in pieces has come to when one of them does.
 constexpr std::size_t kPieceSize = 65536;
 
 /// The answers to a batch of documents as they go to the two streams.
 struct WrittenAnswers {
-  reference_host::exporting::Exporter exporter;
   std::string results;
   std::vector<Complaint> complaints;
   std::size_t documents = 0;
@@ -50,7 +60,7 @@ struct WrittenAnswers {
 
   /// @param pieces holds the answer from the moment on when a piece of it leaves; null where it is
   ///   to stay whole.
-  void add(ImportAnswer answer, const ImportOptions& options,
+  void add(ImportAnswer answer, const ImportOptions& options, Exporter& exporter,
            std::optional<AnswerInProgress>* pieces) {
     const std::size_t before = results.size();
     const auto takePiece = [&] {
@@ -60,7 +70,7 @@ struct WrittenAnswers {
     };
     if (answer.failure.empty()) {
       try {
-        append(results, answer, options, std::ref(takePiece));
+        append(results, answer, options, exporter, std::ref(takePiece));
       } catch (const std::bad_alloc&) {
         if (pieces != nullptr && *pieces) throw;
         results.resize(before);
@@ -79,7 +89,7 @@ struct WrittenAnswers {
     if (answer.failure.empty()) return;
     // Put by itself, because there may be no memory for longer results.
     std::string text;
-    append(text, answer, options, [] {});
+    append(text, answer, options, exporter, [] {});
     std::string& subject = answer.failure == kOutOfMemory ? answer.document : answer.path;
     complaints.push_back({before, std::move(text), std::move(subject), std::move(answer.failure)});
   }
@@ -97,16 +107,6 @@ struct WrittenAnswers {
     writeResult(text.substr(written));
     results.clear();
     complaints.clear();
-  }
-
- private:
-  void append(std::string& out, const ImportAnswer& answer, const ImportOptions& options,
-              const PartEnds& partEnds) {
-    if (options.json) {
-      appendAsJson(out, answer, options.ndjson, exporter, partEnds);
-    } else {
-      appendAsTree(out, answer, exporter, partEnds);
-    }
   }
 };
 
@@ -134,8 +134,9 @@ ExitStatus runImport(BuilderServices& services, const ImportOptions& options) {
       options.jobs, [&] { return inPieces ? source.nextAlone() : source.nextBatch(); },
       [&](std::vector<Document>& batch) {
         WrittenAnswers answers;
+        Exporter exporter;
         for (Document& document : batch) {
-          answers.add(importOne(knowledge, document, onError, options.log, tell), options,
+          answers.add(importOne(knowledge, document, onError, options.log, tell), options, exporter,
                       inPieces ? &inProgress : nullptr);
           if (answers.failed != 0 && options.failFast) break;
         }

@@ -213,9 +213,9 @@ void appendText(std::string& out, std::u16string_view utf16) {
       ++index;
     } else {
       UChar32 codePoint = 0;
-      U16_NEXT(utf16.data(), index, utf16.size(), codePoint);
+      U16_NEXT(utf16, index, utf16.size(), codePoint);
       if (U_IS_SURROGATE(codePoint)) codePoint = kReplacementCodePoint;
-      U8_APPEND_UNSAFE(piece.data(), length, codePoint);
+      U8_APPEND_UNSAFE(piece, length, codePoint);
     }
   }
   piece[length++] = '"';
