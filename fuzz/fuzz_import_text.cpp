@@ -87,7 +87,7 @@ std::string imported(const Value& document) {
       require(reference_host::json::parse(json)["class"].get_if<std::string>() != nullptr,
               "an exported node is an object with a class");
       report += json + "\n";
-      reference_host::exporting::appendTree(report, node);
+      reference_host::exporting::Exporter().appendTree(report, node);
     }
   }
   require(model.get()->getHeldElementCount() == 0, "no handle is left behind");

@@ -54,7 +54,7 @@ std::optional<Refusal> appendExplanation(std::string& out, Document& document,
   const Value* value = valueAtPointer(root, options.pointer);
   if (value == nullptr) return Refusal{"there is no value at " + options.pointer, {}};
   Explanation explanation = explain(knowledge.builders(), *value);
-  locateErrors(explanation, knowledge, root, options.pointer, document);
+  locateErrors(explanation, knowledge, *value, options.pointer, document);
   if (options.json) {
     appendAsJson(out, explanation, options.ndjson);
   } else {

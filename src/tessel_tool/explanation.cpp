@@ -15,7 +15,7 @@ namespace tessel_tool {
 namespace {
 
 using foundation::json::Value;
-using reference_host::exporting::appendTree;
+using reference_host::exporting::Exporter;
 using reference_host::importer::messageOf;
 using reference_host::importer::NamedBuilder;
 using reference_host::json::JsonWriter;
@@ -78,9 +78,10 @@ void writeAnswer(JsonWriter& writer, const BuilderAnswer& answer) {
 }
 
 void writeBuild(JsonWriter& writer, const BuildOutcome& build) {
+  Exporter exporter;
   writer.beginObject();
   writer.key("node");
-  reference_host::exporting::writeJson(writer, build.node);
+  exporter.writeJson(writer, build.node);
   writer.key("error");
   if (build.error) {
     writer.value(*build.error);
@@ -91,9 +92,7 @@ void writeBuild(JsonWriter& writer, const BuildOutcome& build) {
   writer.key("log");
   writeRecords(writer, build.log);
   writer.key("model").beginArray();
-  for (const auto& root : build.model.get()->getRoots()) {
-    reference_host::exporting::writeJson(writer, root);
-  }
+  for (const auto& root : build.model.get()->getRoots()) exporter.writeJson(writer, root);
   writer.endArray();
   writer.endObject();
 }
@@ -147,6 +146,7 @@ std::string countOf(std::size_t others, std::size_t all) {
 }
 
 void appendBuild(std::string& out, const BuildOutcome& build, const std::string& builder) {
+  Exporter exporter;
   out += "build by " + visible(shortName(builder)) + '\n';
   appendRecords(out, build.log, "    ");
   if (build.error) {
@@ -155,7 +155,7 @@ void appendBuild(std::string& out, const BuildOutcome& build, const std::string&
     out += "  returned no node\n";
   } else {
     out += "  returned\n";
-    appendTree(out, build.node, 2);
+    exporter.appendTree(out, build.node, 2);
   }
   const auto roots = build.model.get()->getRoots();
   if (roots.size() == 1 && roots.front() == build.node) {
@@ -163,7 +163,7 @@ void appendBuild(std::string& out, const BuildOutcome& build, const std::string&
     return;
   }
   out += roots.empty() ? "the model is empty\n" : "the model holds\n";
-  for (const auto& root : roots) appendTree(out, root, 2);
+  for (const auto& root : roots) exporter.appendTree(out, root, 2);
 }
 
 }  // namespace
@@ -196,7 +196,7 @@ void locateErrors(Explanation& explanation, const reference_host::diagnosis::Kno
     errors.push_back({pointer, *explanation.claimedBy, Step::kBuild, *explanation.build->error});
     locations.push_back(&explanation.build->location);
   }
-  std::vector<LocatedError> located = locate(knowledge, errors, value, document, Tell::kPeople);
+  std::vector<LocatedError> located = locate(knowledge, errors, &value, document, Tell::kPeople);
   for (std::size_t index = 0; index != located.size(); ++index) {
     *locations[index] = std::move(located[index].location);
   }

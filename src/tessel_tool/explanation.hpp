@@ -47,7 +47,7 @@ Explanation explain(const std::vector<reference_host::importer::NamedBuilder>& b
                     const foundation::json::Value& value);
 
 /// Locates the errors of an explanation.
-/// @param value the document's, in which the value explained is at the pointer.
+/// @param value the value that was explained, at the pointer in the document.
 void locateErrors(Explanation& explanation, const reference_host::diagnosis::Knowledge& knowledge,
                   const foundation::json::Value& value, const std::string& pointer,
                   const Document& document);

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "console.hpp"
-#include "reference_host/export/export.hpp"
 #include "reference_host/json/parse.hpp"
 #include "reference_host/json/text_writer.hpp"
 #include "reference_host/logging/log_capture.hpp"
@@ -15,6 +14,7 @@ namespace tessel_tool {
 namespace {
 
 using reference_host::diagnosis::Knowledge;
+using reference_host::exporting::Exporter;
 using reference_host::importer::ImportError;
 using reference_host::importer::OnError;
 using reference_host::importer::Step;
@@ -70,14 +70,16 @@ void importInto(ImportAnswer& answer, Document& document, const Knowledge& knowl
     capture.reset();
   };
   try {
-    const foundation::json::Value value = document.parse();
+    foundation::json::Value value = document.parse();
     answer.duplicates = std::move(document.duplicates);
     answer.failedStep = stepName(Step::kBuild);
-    answer.result = importDocument(knowledge.builders(), gx::zero::Model::create(), value, onError);
+    answer.result =
+        importDocument(knowledge.builders(), gx::zero::Model::create(), std::move(value), onError);
     // The builders are asked again from here on, which is no part of the import.
     endLog();
-    answer.located = locate(knowledge, answer.result.errors, value, document, tell);
+    answer.located = locate(knowledge, answer.result.errors, nullptr, document, tell);
     answer.told = toldErrors(answer.located, document);
+    for (ImportError& error : answer.result.errors) error.object = foundation::json::Value();
   } catch (const reference_host::json::ParseError& error) {
     answer.failure = error.what();
     answer.failedAt.place = {error.line(), error.column()};
@@ -112,37 +114,48 @@ ImportAnswer importOne(const Knowledge& knowledge, Document& document, OnError o
   return answer;
 }
 
-void appendAsJson(std::string& out, const ImportAnswer& answer, bool oneLine) {
+void appendAsJson(std::string& out, const ImportAnswer& answer, bool oneLine, Exporter& exporter,
+                  const PartEnds& partEnds) {
   JsonWriter writer(out, oneLine ? JsonWriter::Layout::kCompact : JsonWriter::Layout::kPretty);
   writer.beginObject();
   writer.key("document").value(reference_host::json::withBytesEscaped(answer.document));
   writer.key("nodes").beginArray();
-  for (const auto& node : answer.result.nodes) reference_host::exporting::writeJson(writer, node);
+  for (const auto& node : answer.result.nodes) {
+    exporter.writeJson(writer, node);
+    partEnds();
+  }
   writer.endArray();
   writer.key("errors").beginArray();
   if (!answer.failure.empty()) writeFailure(writer, answer);
   for (std::size_t index = 0; index != answer.result.errors.size(); ++index) {
     writeError(writer, answer.result.errors[index], answer.located[index].location);
+    partEnds();
   }
   writer.endArray();
   writer.key("summary");
   writeSummary(writer, answer.result.summary);
   if (answer.log) {
     writer.key("log").beginArray();
-    for (const std::string& record : *answer.log) writer.value(record);
+    for (const std::string& record : *answer.log) {
+      writer.value(record);
+      partEnds();
+    }
     writer.endArray();
   }
   writer.endObject();
   out += '\n';
 }
 
-void appendAsTree(std::string& out, const ImportAnswer& answer) {
+void appendAsTree(std::string& out, const ImportAnswer& answer, Exporter& exporter,
+                  const PartEnds& partEnds) {
   if (!answer.failure.empty()) return;
   out += visible(answer.document) + '\n';
   for (const auto& node : answer.result.nodes) {
-    reference_host::exporting::appendTree(out, node, 1);
+    exporter.appendTree(out, node, 1);
+    partEnds();
   }
   out += answer.told;
+  partEnds();
   if (answer.log) {
     out += "  log\n";
     appendRecords(out, *answer.log, "    ");

@@ -3,6 +3,7 @@
 /// @file
 /// The import of one document, and what is written about it.
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "gx/zero.hpp"
 #include "input.hpp"
 #include "located_error.hpp"
+#include "reference_host/export/export.hpp"
 #include "reference_host/importer/importer.hpp"
 
 namespace tessel_tool {
@@ -37,12 +39,17 @@ struct ImportAnswer {
 ImportAnswer importOne(const reference_host::diagnosis::Knowledge& knowledge, Document& document,
                        reference_host::importer::OnError onError, bool withLog, Tell tell);
 
+/// Called between the parts of an answer, when what there is of it may be taken away.
+using PartEnds = std::function<void()>;
+
 /// Appends the answer as a JSON object and a line feed.
 /// @param oneLine one line without white space, else indented.
-void appendAsJson(std::string& out, const ImportAnswer& answer, bool oneLine);
+void appendAsJson(std::string& out, const ImportAnswer& answer, bool oneLine,
+                  reference_host::exporting::Exporter& exporter, const PartEnds& partEnds);
 
 /// Appends the answer as indented text: nodes, errors, records and counts. A document that has
 /// failed as a whole has none of them and is left out.
-void appendAsTree(std::string& out, const ImportAnswer& answer);
+void appendAsTree(std::string& out, const ImportAnswer& answer,
+                  reference_host::exporting::Exporter& exporter, const PartEnds& partEnds);
 
 }  // namespace tessel_tool

@@ -1,7 +1,9 @@
 #include "import_command.hpp"
 
 #include <cstddef>
+#include <functional>
 #include <new>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -12,6 +14,7 @@
 #include "input.hpp"
 #include "ordered_work.hpp"
 #include "reference_host/diagnosis/knowledge.hpp"
+#include "reference_host/export/export.hpp"
 #include "reference_host/importer/importer.hpp"
 #include "stop.hpp"
 #include "words.hpp"
@@ -19,6 +22,8 @@
 namespace tessel_tool {
 
 namespace {
+
+using reference_host::exporting::Exporter;
 
 /// A message for standard error, and how much of the results goes before it.
 struct Complaint {
@@ -32,13 +37,17 @@ std::string warning(const DuplicateMembers& duplicates) {
   return "warning: " + duplicates.describe();
 }
 
-void append(std::string& out, const ImportAnswer& answer, const ImportOptions& options) {
+void append(std::string& out, const ImportAnswer& answer, const ImportOptions& options,
+            Exporter& exporter, const PartEnds& partEnds) {
   if (options.json) {
-    appendAsJson(out, answer, options.ndjson);
+    appendAsJson(out, answer, options.ndjson, exporter, partEnds);
   } else {
-    appendAsTree(out, answer);
+    appendAsTree(out, answer, exporter, partEnds);
   }
 }
+
+/// What an answer that leaves in pieces has come to when one of them does.
+constexpr std::size_t kPieceSize = 65536;
 
 /// The answers to a batch of documents as they go to the two streams.
 struct WrittenAnswers {
@@ -49,12 +58,21 @@ struct WrittenAnswers {
   std::string last;             // the name of the last document
   DuplicateMembers duplicates;  // those not complained of
 
-  void add(ImportAnswer answer, const ImportOptions& options) {
+  /// @param pieces holds the answer from the moment on when a piece of it leaves; null where it is
+  ///   to stay whole.
+  void add(ImportAnswer answer, const ImportOptions& options, Exporter& exporter,
+           std::optional<AnswerInProgress>* pieces) {
     const std::size_t before = results.size();
+    const auto takePiece = [&] {
+      if (pieces == nullptr || results.size() < kPieceSize) return;
+      if (!*pieces) pieces->emplace(answer.document);
+      write();
+    };
     if (answer.failure.empty()) {
       try {
-        append(results, answer, options);
+        append(results, answer, options, exporter, std::ref(takePiece));
       } catch (const std::bad_alloc&) {
+        if (pieces != nullptr && *pieces) throw;
         results.resize(before);
         answer.runOutOfMemory();
       }
@@ -71,12 +89,13 @@ struct WrittenAnswers {
     if (answer.failure.empty()) return;
     // Put by itself, because there may be no memory for longer results.
     std::string text;
-    append(text, answer, options);
+    append(text, answer, options, exporter, [] {});
     std::string& subject = answer.failure == kOutOfMemory ? answer.document : answer.path;
     complaints.push_back({before, std::move(text), std::move(subject), std::move(answer.failure)});
   }
 
-  void write() const {
+  /// Writes what there is and keeps nothing of it.
+  void write() {
     const std::string_view text = results;
     std::size_t written = 0;
     for (const Complaint& complaint : complaints) {
@@ -86,6 +105,8 @@ struct WrittenAnswers {
       complain(complaint.subject, complaint.reason);
     }
     writeResult(text.substr(written));
+    results.clear();
+    complaints.clear();
   }
 };
 
@@ -105,26 +126,32 @@ ExitStatus runImport(BuilderServices& services, const ImportOptions& options) {
   std::size_t failed = 0;
   stopBetweenAnswers();
   DuplicateMembers duplicates;
+  // With one job each answer is the first in order, and need not be whole before it leaves.
+  const bool inPieces = options.jobs == 1 && !options.ndjson;
+  std::optional<AnswerInProgress> inProgress;
 
   runInOrder(
-      options.jobs, [&] { return source.nextBatch(); },
+      options.jobs, [&] { return inPieces ? source.nextAlone() : source.nextBatch(); },
       [&](std::vector<Document>& batch) {
         WrittenAnswers answers;
+        Exporter exporter;
         for (Document& document : batch) {
-          answers.add(importOne(knowledge, document, onError, options.log, tell), options);
+          answers.add(importOne(knowledge, document, onError, options.log, tell), options, exporter,
+                      inPieces ? &inProgress : nullptr);
           if (answers.failed != 0 && options.failFast) break;
         }
         return answers;
       },
-      [&](const WrittenAnswers& answers) {
+      [&](WrittenAnswers answers) {
         documents += answers.documents;
         failed += answers.failed;
-        AnswerInProgress inProgress;
+        if (!inProgress) inProgress.emplace();
         duplicates.add(answers.duplicates);
         progress.erase();
         answers.write();
         progress.show(documents, failed);
-        inProgress.complete(documents, answers.last);
+        inProgress->complete(documents, answers.last);
+        inProgress.reset();
         return !(answers.failed != 0 && options.failFast);
       });
   progress.erase();

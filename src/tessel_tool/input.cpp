@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
+#include <exception>
 #include <filesystem>
 #include <iostream>
 #include <new>
@@ -27,6 +28,7 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
 constexpr std::size_t kLineBufferSize = 65536;
+constexpr std::size_t kRoomForParse = 128;  // what `parseInPlace` puts around a text
 // What a batch of files may come to, and what the smallest one counts for.
 constexpr std::size_t kBatchOfFiles = 65536;
 constexpr std::uintmax_t kSmallestFile = 1024;
@@ -55,11 +57,19 @@ Input::Input(const std::string& path) : stream_(&file_) {
   } else {
     file_.open(std::filesystem::path(path), std::ios::binary);
     if (!file_.is_open()) throw InputError(systemReason());
+    std::error_code unknown;
+    const std::uintmax_t size = std::filesystem::file_size(path, unknown);
+    if (!unknown) expectedSize_ = static_cast<std::size_t>(size);
   }
 }
 
 std::string Input::readAll() {
   std::string text;
+  try {
+    text.reserve(expectedSize_ + kRoomForParse);
+  } catch (const std::exception&) {
+    // What there is may be shorter.
+  }
   std::array<char, 65536> buffer;
   errno = 0;
   do {
@@ -224,12 +234,19 @@ std::optional<Document> DocumentSource::next() {
   return std::nullopt;
 }
 
-std::optional<std::vector<Document>> DocumentSource::nextBatch() {
+std::optional<std::vector<Document>> DocumentSource::nextAlone() {
   std::vector<Document> batch;
   batch.reserve(1);  // there is a place for what is read before it is read
   std::optional<Document> first = next();
   if (!first) return std::nullopt;
   batch.push_back(std::move(*first));
+  return batch;
+}
+
+std::optional<std::vector<Document>> DocumentSource::nextBatch() {
+  std::optional<std::vector<Document>> first = nextAlone();
+  if (!first) return std::nullopt;
+  std::vector<Document>& batch = *first;
   try {
     while (input_ && input_->lineIsBuffered()) {
       if (batch.size() == batch.capacity()) batch.reserve(2 * batch.size());
@@ -247,7 +264,7 @@ std::optional<std::vector<Document>> DocumentSource::nextBatch() {
   } catch (const std::bad_alloc&) {
     // Nothing has been lost; the next document begins a batch.
   }
-  return batch;
+  return first;
 }
 
 /// Whether the next input is a file that fits, and takes it out of the room. Other inputs may have

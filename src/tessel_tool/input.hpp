@@ -50,8 +50,9 @@ class Input {
 
   std::ifstream file_;
   std::istream* stream_;
-  std::vector<char> buffer_;  // of lines; empty until the first is asked for
-  std::size_t begin_ = 0;     // what is in it and was not given yet
+  std::size_t expectedSize_ = 0;  // of a file; no more than a hint
+  std::vector<char> buffer_;      // of lines; empty until the first is asked for
+  std::size_t begin_ = 0;         // what is in it and was not given yet
   std::size_t end_ = 0;
   int failure_ = 0;  // errno of a read that failed behind what is in it
 };
@@ -107,6 +108,8 @@ class DocumentSource {
 
   /// The next document; nothing at the end.
   std::optional<Document> next();
+  /// The next document as a batch of its own; nothing at the end.
+  std::optional<std::vector<Document>> nextAlone();
   /// The next document and those after it that can be had without waiting: lines, or files;
   /// nothing at the end. All but the first are 64 KiB together at most. Where memory runs out
   /// the batch ends.

@@ -25,7 +25,7 @@ const NamedBuilder& builderOf(const Knowledge& knowledge, const ImportError& err
 }  // namespace
 
 std::vector<LocatedError> locate(const Knowledge& knowledge, const std::vector<ImportError>& errors,
-                                 const Value& value, const Document& document, Tell tell) {
+                                 const Value* object, const Document& document, Tell tell) {
   namespace diagnosis = reference_host::diagnosis;
   std::vector<LocatedError> located;
   located.reserve(errors.size());
@@ -34,8 +34,8 @@ std::vector<LocatedError> locate(const Knowledge& knowledge, const std::vector<I
   pointers.reserve(errors.size() * (tell == Tell::kPeople ? 2 : 1));
   for (const ImportError& error : errors) {
     const NamedBuilder& builder = builderOf(knowledge, error);
-    const Value& object = *diagnosis::valueAt(value, diagnosis::pathTo(value, error.pointer));
-    const std::optional<Culprit> culprit = diagnosis::findCulprit(builder, error.step, object);
+    const Value& failed = object != nullptr ? *object : error.object;
+    const std::optional<Culprit> culprit = diagnosis::findCulprit(builder, error.step, failed);
     LocatedError next;
     if (culprit) {
       next.location.member = error.pointer + diagnosis::pointerOf(culprit->place);
@@ -45,7 +45,7 @@ std::vector<LocatedError> locate(const Knowledge& knowledge, const std::vector<I
     pointers.push_back(next.location.member.value_or(error.pointer));
     if (tell == Tell::kPeople) {
       next.told = std::make_unique<PlacedProblem>(
-          PlacedProblem{diagnosis::problemOf({knowledge, builder, error.pointer, object},
+          PlacedProblem{diagnosis::problemOf({knowledge, builder, error.pointer, failed},
                                              error.step, culprit, error.message),
                         {}});
       pointers.push_back(next.told->problem.member.value_or(error.pointer));

@@ -34,11 +34,12 @@ struct LocatedError {
 enum class Tell { kPrograms, kPeople };
 
 /// The errors of the objects of a document, located in its text, in their order.
-/// @param document the parsed one, whose value is `value`.
+/// @param object the object of all errors; null where each has its own.
+/// @param document the one that was parsed.
 /// @param tell whether there is anything for people.
 std::vector<LocatedError> locate(const reference_host::diagnosis::Knowledge& knowledge,
                                  const std::vector<reference_host::importer::ImportError>& errors,
-                                 const foundation::json::Value& value, const Document& document,
+                                 const foundation::json::Value* object, const Document& document,
                                  Tell tell);
 
 /// Where the text of a document comes from.

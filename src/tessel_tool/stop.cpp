@@ -6,6 +6,7 @@
 #include <new>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "platform.hpp"
 #include "text_form.hpp"
@@ -17,15 +18,27 @@ namespace {
 enum class State { kBetweenAnswers, kInAnswer, kStopped };
 
 // A handler may use them only if they need no lock.
-static_assert(std::atomic<State>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
+static_assert(std::atomic<State>::is_always_lock_free && std::atomic<int>::is_always_lock_free &&
+              std::atomic<bool>::is_always_lock_free);
 std::atomic<State> state{State::kBetweenAnswers};
 std::atomic<int> stopSignal{0};
+std::atomic<bool> inPieces{false};
 
 /// What is said at the end. It changes only while an answer is in progress, when no handler reads
 /// it.
 std::string& lastLine() {
   static auto* const line = new std::string;  // a signal may come while the process ends
   return *line;
+}
+
+/// What is said of an answer in pieces that is cut off. It changes only before the first of them.
+std::string& cutLine() {
+  static auto* const line = new std::string;
+  return *line;
+}
+
+void sayWhatIsCut() noexcept {
+  if (inPieces) writeFromHandler(cutLine());
 }
 
 void setLastLine(std::size_t documents, std::string_view last) {
@@ -48,30 +61,49 @@ void handleStop(int signal) {
     case State::kInAnswer:
       return;  // whoever writes it ends the process
     case State::kStopped:
+      sayWhatIsCut();
       endBySignal(signal);
   }
+}
+
+/// @param line what is said if the answer is cut off; empty where it is not in pieces.
+void begin(std::string line) noexcept {
+  State before = State::kBetweenAnswers;
+  if (state.compare_exchange_strong(before, State::kInAnswer)) {
+    cutLine() = std::move(line);
+    inPieces = !cutLine().empty();
+    return;
+  }
+  // A handler on another thread is about to end the process.
+  while (true) std::this_thread::sleep_for(std::chrono::hours(1));
 }
 
 }  // namespace
 
 void stopBetweenAnswers() {
+  cutLine();
   setLastLine(0, "");
   setStopHandler(handleStop);
 }
 
 AnswerInProgress::AnswerInProgress() noexcept {
-  State before = State::kBetweenAnswers;
-  if (state.compare_exchange_strong(before, State::kInAnswer)) return;
-  // A handler on another thread is about to end the process.
-  while (true) std::this_thread::sleep_for(std::chrono::hours(1));
+  begin("");
+}
+
+AnswerInProgress::AnswerInProgress(std::string_view document) {
+  begin("tessel: " + (document.empty() ? R"("")" : visible(document)) +
+        ": the answer is cut off\n");
 }
 
 AnswerInProgress::~AnswerInProgress() {
+  sayWhatIsCut();
+  inPieces = false;
   State before = State::kInAnswer;
   if (!state.compare_exchange_strong(before, State::kBetweenAnswers)) sayHowFarAndEnd();
 }
 
 void AnswerInProgress::complete(std::size_t documents, std::string_view last) noexcept {
+  inPieces = false;
   try {
     setLastLine(documents, last);
   } catch (const std::bad_alloc&) {

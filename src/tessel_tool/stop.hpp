@@ -2,7 +2,8 @@
 
 /// @file
 /// What happens when somebody stops the tool (SIGINT, SIGTERM): whole answers only, a line on
-/// standard error that says how far it came, and the end that the signal means.
+/// standard error that says how far it came, and the end that the signal means. An answer that is
+/// cut off all the same is named.
 
 #include <cstddef>
 #include <string_view>
@@ -17,7 +18,10 @@ void stopBetweenAnswers();
 class AnswerInProgress {
  public:
   AnswerInProgress() noexcept;
-  /// Ends the process if a signal came meanwhile.
+  /// The answer to this one document is written in pieces.
+  explicit AnswerInProgress(std::string_view document);
+  /// Names the document whose answer lacks a piece, on standard error. Ends the process if a signal
+  /// came meanwhile.
   ~AnswerInProgress();
   AnswerInProgress(const AnswerInProgress&) = delete;
   AnswerInProgress& operator=(const AnswerInProgress&) = delete;

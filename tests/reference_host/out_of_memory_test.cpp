@@ -137,7 +137,7 @@ TEST(OutOfMemory, AnExportChangesNothing) {
   line.get()->setAnchorId(u"an anchor that is too long for any short string buffer");
   const std::string exported = reference_host::exporting::toJson(line);
   std::string tree;
-  reference_host::exporting::appendTree(tree, line);
+  reference_host::exporting::Exporter().appendTree(tree, line);
 
   std::string out;
   const auto check = [&](const std::string& whole, bool ranOut) {
@@ -148,7 +148,7 @@ TEST(OutOfMemory, AnExportChangesNothing) {
   };
   sweep([&] { out = reference_host::exporting::toJson(line); },
         [&](bool ranOut) { check(exported, ranOut); });
-  sweep([&] { reference_host::exporting::appendTree(out, line); },
+  sweep([&] { reference_host::exporting::Exporter().appendTree(out, line); },
         [&](bool ranOut) { check(tree, ranOut); });
 }
 

@@ -153,7 +153,7 @@ TEST(Explanation, TellsWhereItsErrorsAre) {
   const reference_host::diagnosis::Knowledge knowledge(builders, {});
   const Value& value = root.get_if<Value::Array>()->front();
   Explanation explanation = explain(builders, value);
-  locateErrors(explanation, knowledge, root, "/0", document);
+  locateErrors(explanation, knowledge, value, "/0", document);
   const Location& location = explanation.answers.front().location;
   EXPECT_EQ(location.member, std::nullopt);
   EXPECT_EQ(location.place, (reference_host::json::TextPlace{3, 2}));

@@ -72,7 +72,8 @@ Document documentOf(std::string text) {
 
 std::string asJson(const ImportAnswer& answer) {
   std::string out;
-  appendAsJson(out, answer, true);
+  reference_host::exporting::Exporter exporter;
+  appendAsJson(out, answer, true, exporter, [] {});
   return out;
 }
 

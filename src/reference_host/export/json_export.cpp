@@ -9,14 +9,14 @@ class JsonVisitor final : public ElementVisitor {
  public:
   explicit JsonVisitor(json::JsonWriter& writer) : writer_(writer) {}
 
-  void beginElement(std::string_view qualifiedClassName) override {
-    writer_.beginObject().key("class").value(qualifiedClassName);
+  void beginElement(std::string_view className) override {
+    writer_.beginObject().quotedKey(R"("class")").raw(className);
   }
   void endElement() override { writer_.endObject(); }
-  void property(std::string_view name) override { writer_.key(name); }
+  void property(std::string_view name) override { writer_.quotedKey(name); }
   void beginSequence() override { writer_.beginArray(); }
   void endSequence() override { writer_.endArray(); }
-  void text(std::string_view utf8) override { writer_.value(utf8); }
+  void text(std::u16string_view text) override { writer_.value(text); }
   void number(double number) override { writer_.value(number); }
   void boolean(bool boolean) override { writer_.value(boolean); }
   void integer(std::uint64_t integer) override { writer_.value(integer); }
@@ -27,19 +27,19 @@ class JsonVisitor final : public ElementVisitor {
 
 }  // namespace
 
-void writeJson(json::JsonWriter& writer, const gx::zero::ModelElement& element) {
+void Exporter::writeJson(json::JsonWriter& writer, const gx::zero::ModelElement& element) {
   if (!element) {
     writer.null();
     return;
   }
   JsonVisitor visitor(writer);
-  walkElement(element, visitor);
+  walkElement(names_, element, visitor);
 }
 
 std::string toJson(const gx::zero::ModelElement& element) {
   std::string out;
   json::JsonWriter writer(out);
-  writeJson(writer, element);
+  Exporter().writeJson(writer, element);
   return out;
 }
 

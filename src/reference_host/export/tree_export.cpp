@@ -3,10 +3,15 @@
 
 #include "export/element_walk.hpp"
 #include "reference_host/export/export.hpp"
+#include "reference_host/fl/utf16.hpp"
 
 namespace reference_host::exporting {
 
 namespace {
+
+std::string_view unquoted(std::string_view text) {
+  return text.substr(1, text.size() - 2);
+}
 
 std::string_view withoutNamespace(std::string_view qualifiedName) {
   const std::size_t separator = qualifiedName.rfind("::");
@@ -19,14 +24,14 @@ class TreeVisitor final : public ElementVisitor {
  public:
   TreeVisitor(std::string& out, std::size_t level) : out_(out), level_(level) { indent(); }
 
-  void beginElement(std::string_view qualifiedClassName) override {
+  void beginElement(std::string_view className) override {
     if (!indexes_.empty() && indexes_.back().level == level_) {
       indent();
       out_ += '[';
       json::appendNumber(out_, std::uint64_t{indexes_.back().next++});
       out_ += "] ";
     }
-    out_ += withoutNamespace(qualifiedClassName);
+    out_ += withoutNamespace(unquoted(className));
     lineOpen_ = true;
     ++level_;
   }
@@ -41,7 +46,7 @@ class TreeVisitor final : public ElementVisitor {
     if (lineOpen_) out_ += '\n';
     lineOpen_ = false;
     indent();
-    out_ += name;
+    out_ += unquoted(name);
     out_ += ": ";
   }
   void beginSequence() override {
@@ -52,8 +57,8 @@ class TreeVisitor final : public ElementVisitor {
     indexes_.pop_back();
     --level_;
   }
-  void text(std::string_view utf8) override {
-    json::appendVisible(out_, utf8, json::Quotes::kAround);
+  void text(std::u16string_view text) override {
+    json::appendVisible(out_, i18n::ustringToUtf8(text), json::Quotes::kAround);
     out_ += '\n';
   }
   void number(double number) override { scalar(number); }
@@ -82,9 +87,10 @@ class TreeVisitor final : public ElementVisitor {
 
 }  // namespace
 
-void appendTree(std::string& out, const gx::zero::ModelElement& element, std::size_t level) {
+void Exporter::appendTree(std::string& out, const gx::zero::ModelElement& element,
+                          std::size_t level) {
   TreeVisitor visitor(out, level);
-  walkElement(element, visitor);
+  walkElement(names_, element, visitor);
 }
 
 }  // namespace reference_host::exporting

@@ -8,24 +8,26 @@ namespace reference_host::importer {
 
 using json::appendToken;
 
-const foundation::json::Value* DocumentWalk::nextObject() {
-  const Value* value = nullptr;
+template <typename Value>
+Value* BasicDocumentWalk<Value>::nextObject() {
+  Value* value = nullptr;
   if (document_ != nullptr) {
     value = std::exchange(document_, nullptr);
   } else {
-    const Value* const container = std::exchange(pending_, nullptr);
+    Value* const container = std::exchange(pending_, nullptr);
     const bool entered = container != nullptr && open(*container);
     if (!entered && !advance()) return current_ = nullptr;
     value = valueAt(path_.back());
   }
-  while (value->get_if<Value::Object>() == nullptr) {
+  while (value->template get_if<Object>() == nullptr) {
     if (!open(*value) && !advance()) return current_ = nullptr;
     value = valueAt(path_.back());
   }
   return current_ = value;
 }
 
-std::string DocumentWalk::pointer() const {
+template <typename Value>
+std::string BasicDocumentWalk<Value>::pointer() const {
   std::string pointer;
   for (const Place& place : path_) {
     if (const auto* array = std::get_if<ArrayPlace>(&place)) {
@@ -37,13 +39,14 @@ std::string DocumentWalk::pointer() const {
   return pointer;
 }
 
-bool DocumentWalk::open(const Value& value) {
-  if (const auto* elements = value.get_if<Value::Array>()) {
+template <typename Value>
+bool BasicDocumentWalk<Value>::open(Value& value) {
+  if (auto* elements = value.template get_if<Array>()) {
     if (elements->empty()) return false;
     path_.emplace_back(ArrayPlace{elements, 0});
     return true;
   }
-  if (const auto* members = value.get_if<Value::Object>()) {
+  if (auto* members = value.template get_if<Object>()) {
     if (members->empty()) return false;
     path_.emplace_back(ObjectPlace{members->begin(), members->end()});
     return true;
@@ -51,7 +54,8 @@ bool DocumentWalk::open(const Value& value) {
   return false;
 }
 
-bool DocumentWalk::advance() {
+template <typename Value>
+bool BasicDocumentWalk<Value>::advance() {
   while (!path_.empty()) {
     if (moveOn(path_.back())) return true;
     path_.pop_back();
@@ -59,17 +63,23 @@ bool DocumentWalk::advance() {
   return false;
 }
 
-const foundation::json::Value* DocumentWalk::valueAt(const Place& place) {
+template <typename Value>
+Value* BasicDocumentWalk<Value>::valueAt(const Place& place) {
   if (const auto* array = std::get_if<ArrayPlace>(&place)) return &(*array->elements)[array->index];
   return &std::get_if<ObjectPlace>(&place)->member->second;
 }
 
-bool DocumentWalk::moveOn(Place& place) {
+template <typename Value>
+bool BasicDocumentWalk<Value>::moveOn(Place& place) {
+  if constexpr (kConsumes) *valueAt(place) = Value();
   if (auto* array = std::get_if<ArrayPlace>(&place)) {
     return ++array->index != array->elements->size();
   }
   auto* object = std::get_if<ObjectPlace>(&place);
   return ++object->member != object->end;
 }
+
+template class BasicDocumentWalk<const foundation::json::Value>;
+template class BasicDocumentWalk<foundation::json::Value>;
 
 }  // namespace reference_host::importer

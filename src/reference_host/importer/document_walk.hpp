@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <string>
+#include <type_traits>
 #include <variant>
 #include <vector>
 
@@ -14,14 +15,17 @@ namespace reference_host::importer {
 
 /// Visits the objects of a document depth first, members in the map's order. Works at any nesting
 /// depth; once it has been as deep as it will get, stepping allocates nothing.
-class DocumentWalk {
+/// @tparam Value a constant value, or one that is given up: of that, each element and member is
+///   emptied when the walk has left it.
+template <typename Value>
+class BasicDocumentWalk {
  public:
-  /// Starts before the first object. The document must outlive the walk and stay as it is.
-  explicit DocumentWalk(const foundation::json::Value& document) : document_(&document) {}
+  /// Starts before the first object. The document must outlive the walk and is left to it.
+  explicit BasicDocumentWalk(Value& document) : document_(&document) {}
 
   /// The next object; null at the end. It goes into the object before only when told to by
   /// `goInto`.
-  const foundation::json::Value* nextObject();
+  Value* nextObject();
 
   /// Makes the next step go into the object that the walk stands at.
   void goInto() { pending_ = current_; }
@@ -30,28 +34,37 @@ class DocumentWalk {
   std::string pointer() const;
 
  private:
-  using Value = foundation::json::Value;
+  static constexpr bool kConsumes = !std::is_const_v<Value>;
+  using Array = typename Value::Array;
+  using Object = typename Value::Object;
   struct ArrayPlace {
-    const Value::Array* elements;
+    std::conditional_t<kConsumes, Array, const Array>* elements;
     std::size_t index;
   };
   struct ObjectPlace {
-    Value::Object::const_iterator member;
-    Value::Object::const_iterator end;
+    using Iterator =
+        std::conditional_t<kConsumes, typename Object::iterator, typename Object::const_iterator>;
+    Iterator member;
+    Iterator end;
   };
   using Place = std::variant<ArrayPlace, ObjectPlace>;
 
   /// Opens a container at its first child; false when it has none or the value is no container.
-  bool open(const Value& value);
+  bool open(Value& value);
   /// Moves to the next sibling, closing the containers that have no more; false at the end.
   bool advance();
-  static const Value* valueAt(const Place& place);
+  static Value* valueAt(const Place& place);
   static bool moveOn(Place& place);
 
-  const Value* document_;           // until the first step
-  const Value* current_ = nullptr;  // the object that the walk stands at
-  const Value* pending_ = nullptr;  // the object to go into with the next step
-  std::vector<Place> path_;         // one place for each container around the current value
+  Value* document_;           // until the first step
+  Value* current_ = nullptr;  // the object that the walk stands at
+  Value* pending_ = nullptr;  // the object to go into with the next step
+  std::vector<Place> path_;   // one place for each container around the current value
 };
+
+extern template class BasicDocumentWalk<const foundation::json::Value>;
+extern template class BasicDocumentWalk<foundation::json::Value>;
+
+using DocumentWalk = BasicDocumentWalk<const foundation::json::Value>;
 
 }  // namespace reference_host::importer

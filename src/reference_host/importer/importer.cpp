@@ -1,6 +1,7 @@
 #include "reference_host/importer/importer.hpp"
 
 #include <new>
+#include <type_traits>
 #include <utility>
 
 #include "importer/document_walk.hpp"
@@ -12,14 +13,16 @@ namespace {
 using document::gxzero::Node;
 using foundation::json::Value;
 
+/// @tparam Document a constant value, or one that is given up.
+template <typename Document>
 class Import {
  public:
   Import(const std::vector<NamedBuilder>& builders, const gx::zero::Model& model,
-         const Value& document)
+         Document& document)
       : builders_(builders), model_(model), walk_(document) {}
 
   ImportResult run(OnError onError) {
-    while (const Value* object = walk_.nextObject()) {
+    while (Document* object = walk_.nextObject()) {
       ++result_.summary.objects;
       offer(*object);
       if (onError == OnError::kStop && !result_.errors.empty()) break;
@@ -28,7 +31,7 @@ class Import {
   }
 
  private:
-  void offer(const Value& object) {
+  void offer(Document& object) {
     const NamedBuilder* firstThrower = nullptr;
     std::exception_ptr firstThrown;
     for (const NamedBuilder& builder : builders_) {
@@ -51,36 +54,38 @@ class Import {
     if (firstThrower == nullptr) {
       walk_.goInto();
     } else {
-      fail(*firstThrower, Step::kCanBuild, messageOf(firstThrown));
+      fail(*firstThrower, Step::kCanBuild, messageOf(firstThrown), object);
     }
   }
 
-  void build(const NamedBuilder& builder, const Value& object) {
+  void build(const NamedBuilder& builder, Document& object) {
     Node node;
     try {
       node = builder.build(model_, object);
     } catch (const std::bad_alloc&) {
       throw;
     } catch (...) {
-      fail(builder, Step::kBuild, messageOf(std::current_exception()));
+      fail(builder, Step::kBuild, messageOf(std::current_exception()), object);
       return;
     }
     if (!node) {
-      fail(builder, Step::kBuild, "the builder returned no node");
+      fail(builder, Step::kBuild, "the builder returned no node", object);
       return;
     }
     result_.nodes.push_back(std::move(node));
     ++result_.summary.built;
   }
 
-  void fail(const NamedBuilder& builder, Step step, std::string message) {
-    result_.errors.push_back({walk_.pointer(), builder.name(), step, std::move(message)});
+  void fail(const NamedBuilder& builder, Step step, std::string message, Document& object) {
+    ImportError error{walk_.pointer(), builder.name(), step, std::move(message)};
+    if constexpr (!std::is_const_v<Document>) error.object = std::move(object);
+    result_.errors.push_back(std::move(error));
     ++result_.summary.failed;
   }
 
   const std::vector<NamedBuilder>& builders_;
   const gx::zero::Model& model_;
-  DocumentWalk walk_;
+  BasicDocumentWalk<Document> walk_;
   ImportResult result_;
 };
 
@@ -113,6 +118,11 @@ std::string messageOf(const std::exception_ptr& exception) {
 
 ImportResult importDocument(const std::vector<NamedBuilder>& builders, const gx::zero::Model& model,
                             const Value& document, OnError onError) {
+  return Import(builders, model, document).run(onError);
+}
+
+ImportResult importDocument(const std::vector<NamedBuilder>& builders, const gx::zero::Model& model,
+                            Value&& document, OnError onError) {
   return Import(builders, model, document).run(onError);
 }
 

@@ -2,11 +2,13 @@
 
 #include <unicode/uchar.h>
 #include <unicode/utf16.h>
+#include <unicode/utf8.h>
 
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include "json/utf8.hpp"
@@ -19,7 +21,15 @@ namespace {
 using foundation::json::Value;
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
+constexpr UChar32 kReplacementCodePoint = 0xFFFD;
 constexpr std::size_t kDeepestIndent = 50;
+
+/// A comma and the longest start of a line behind it.
+constexpr auto kCommaAndLine = [] {
+  std::array<char, 2 + 2 * kDeepestIndent> text{',', '\n'};
+  for (std::size_t index = 2; index != text.size(); ++index) text[index] = ' ';
+  return text;
+}();
 
 template <typename Number>
 void appendDigits(std::string& out, Number number) {
@@ -86,9 +96,16 @@ void appendByteEscape(std::string& out, char byte) {
   out += kHexadecimal[code & 0xFU];
 }
 
+/// Which characters stand for themselves in every form of text.
+constexpr auto kIsPlain = [] {
+  std::array<bool, 0x80> plain{};
+  for (std::size_t code = 0x20; code != 0x7F; ++code) plain[code] = code != '"' && code != '\\';
+  return plain;
+}();
+
 bool isPlain(char character) {
   const auto code = static_cast<unsigned char>(character);
-  return code >= 0x20 && code < 0x7F && character != '"' && character != '\\';
+  return code < kIsPlain.size() && kIsPlain[code];
 }
 
 /// Appends the plain characters at the start of a text and takes them off it. False when nothing is
@@ -178,6 +195,33 @@ void appendText(std::string& out, std::string_view utf8) {
   out += '"';
 }
 
+void appendText(std::string& out, std::u16string_view utf16) {
+  // Converted on the stack, piece by piece.
+  std::array<char, 512> piece;
+  std::size_t length = 0;
+  const auto movePiece = [&] { out.append(piece.data(), std::exchange(length, 0)); };
+  piece[length++] = '"';
+  for (std::size_t index = 0; index != utf16.size();) {
+    if (piece.size() - length <= U8_MAX_LENGTH) movePiece();
+    const char16_t unit = utf16[index];
+    if (unit < kIsPlain.size() && kIsPlain[unit]) {
+      piece[length++] = static_cast<char>(unit);
+      ++index;
+    } else if (unit < 0x7F) {
+      movePiece();
+      appendEscape(out, unit);
+      ++index;
+    } else {
+      UChar32 codePoint = 0;
+      U16_NEXT(utf16, index, utf16.size(), codePoint);
+      if (U_IS_SURROGATE(codePoint)) codePoint = kReplacementCodePoint;
+      U8_APPEND_UNSAFE(piece, length, codePoint);
+    }
+  }
+  piece[length++] = '"';
+  movePiece();
+}
+
 void appendVisible(std::string& out, std::string_view utf8, Quotes quotes) {
   const bool quoted = quotes == Quotes::kAround;
   if (quoted) out += '"';
@@ -236,7 +280,17 @@ void appendNumber(std::string& out, std::uint64_t integer) {
 JsonWriter& JsonWriter::key(std::string_view utf8) {
   separate();
   appendText(out_, utf8);
-  out_ += pretty_ ? ": " : ":";
+  return endKey();
+}
+
+JsonWriter& JsonWriter::quotedKey(std::string_view json) {
+  separate();
+  out_ += json;
+  return endKey();
+}
+
+JsonWriter& JsonWriter::endKey() {
+  out_.append(": ", pretty_ ? 2 : 1);
   last_ = Last::kKey;
   return *this;
 }
@@ -244,6 +298,12 @@ JsonWriter& JsonWriter::key(std::string_view utf8) {
 JsonWriter& JsonWriter::value(std::string_view utf8) {
   separate();
   appendText(out_, utf8);
+  return *this;
+}
+
+JsonWriter& JsonWriter::value(std::u16string_view utf16) {
+  separate();
+  appendText(out_, utf16);
   return *this;
 }
 
@@ -318,7 +378,7 @@ JsonWriter& JsonWriter::begin(char bracket) {
 
 JsonWriter& JsonWriter::end(char bracket) {
   --level_;
-  if (last_ != Last::kNothing) breakLine();
+  if (last_ != Last::kNothing) breakLine(false);
   out_ += bracket;
   last_ = Last::kValue;
   return *this;
@@ -326,17 +386,14 @@ JsonWriter& JsonWriter::end(char bracket) {
 
 void JsonWriter::separate() {
   // A value on the outermost level stands alone, whatever was written before it.
-  if (level_ > 0 && last_ != Last::kKey) {
-    if (last_ == Last::kValue) out_ += ',';
-    breakLine();
-  }
+  if (level_ > 0 && last_ != Last::kKey) breakLine(last_ == Last::kValue);
   last_ = Last::kValue;
 }
 
-void JsonWriter::breakLine() {
-  if (!pretty_) return;
-  out_ += '\n';
-  out_.append(2 * std::min(level_, kDeepestIndent), ' ');
+void JsonWriter::breakLine(bool comma) {
+  const std::size_t line = pretty_ ? 1 + 2 * std::min(level_, kDeepestIndent) : 0;
+  const std::size_t first = comma ? 0 : 1;
+  out_.append(kCommaAndLine.data() + first, 1 - first + line);
 }
 
 }  // namespace reference_host::json

@@ -20,180 +20,21 @@ namespace {
 
 using boost::uuids::nil_uuid;
 using document::gxzero::ButtonNode;
+using document::gxzero::CheckBoxNode;
 using document::gxzero::ComboboxNode;
 using document::gxzero::LumoControlPosition;
+using document::gxzero::SpinnerNode;
 using gx::zero::Model;
+using gx::zero::ModelElement;
 using lumocode::contentmodel::gxzero::ButtonData;
+using lumocode::contentmodel::gxzero::CheckboxData;
 using lumocode::contentmodel::gxzero::ComboboxData;
 using lumocode::contentmodel::gxzero::ComboboxItem;
 using lumocode::contentmodel::gxzero::ComboboxItemLabel;
+using lumocode::contentmodel::gxzero::SpinnerData;
 
-ButtonNode createButton(const Model& model) {
-  return ButtonNode::Builder(model).createButtonNode(nil_uuid());
-}
-
-LumoControlPosition createPosition(const ButtonNode& button) {
-  return button.get()->createIntoPosition(LumoControlPosition::Builder(), nil_uuid());
-}
-
-ButtonData createData(const ButtonNode& button) {
-  return button.get()->createIntoButtonData(ButtonData::Builder(), nil_uuid());
-}
-
-struct Row {
-  const char* description;
-  std::function<void(const ButtonNode&)> fill;
-  const char* json;
-  const char* tree;
-};
-
-const Row kRows[] = {
-    {"nothing set", [](const ButtonNode&) {}, R"({"class":"document::gxzero::ButtonNode"})",
-     "ButtonNode (nothing set)\n"},
-    {"contained elements of which nothing was set are written",
-     [](const ButtonNode& button) {
-       createPosition(button);
-       createData(button);
-     },
-     R"({"class":"document::gxzero::ButtonNode",)"
-     R"("position":{"class":"document::gxzero::LumoControlPosition"},)"
-     R"("buttonData":{"class":"lumocode::contentmodel::gxzero::ButtonData"}})",
-     "ButtonNode\n"
-     "  position: LumoControlPosition (nothing set)\n"
-     "  buttonData: ButtonData (nothing set)\n"},
-    {"properties come in the class's order, not in the order of setting",
-     [](const ButtonNode& button) {
-       const ButtonData data = createData(button);
-       data.get()->setCode(u"x = 1");
-       data.get()->setLabel(u"Run");
-       const LumoControlPosition position = createPosition(button);
-       position.get()->setEndColumn(9);
-       position.get()->setStartColumn(2);
-       button.get()->setId(u"b1");
-     },
-     R"({"class":"document::gxzero::ButtonNode","id":"b1",)"
-     R"("position":{"class":"document::gxzero::LumoControlPosition","startColumn":2,"endColumn":9},)"
-     R"("buttonData":{"class":"lumocode::contentmodel::gxzero::ButtonData",)"
-     R"("label":"Run","code":"x = 1"}})",
-     "ButtonNode\n"
-     "  id: \"b1\"\n"
-     "  position: LumoControlPosition\n"
-     "    startColumn: 2\n"
-     "    endColumn: 9\n"
-     "  buttonData: ButtonData\n"
-     "    label: \"Run\"\n"
-     "    code: \"x = 1\"\n"},
-    {"a property set to its initial value counts as set",
-     [](const ButtonNode& button) { button.get()->setId(u""); },
-     R"({"class":"document::gxzero::ButtonNode","id":""})", "ButtonNode\n  id: \"\"\n"},
-    {"columns have all their digits",
-     [](const ButtonNode& button) {
-       createPosition(button).get()->setStartColumn(std::numeric_limits<std::uint64_t>::max());
-     },
-     R"({"class":"document::gxzero::ButtonNode",)"
-     R"("position":{"class":"document::gxzero::LumoControlPosition",)"
-     R"("startColumn":18446744073709551615}})",
-     "ButtonNode\n  position: LumoControlPosition\n    startColumn: 18446744073709551615\n"},
-    {"text is UTF-8, escaped where JSON asks for it; a lone surrogate becomes U+FFFD",
-     [](const ButtonNode& button) {
-       button.get()->setId(u"\u00e4\U0001F600\"\\\n" + std::u16string(1, u'\xd800'));
-     },
-     "{\"class\":\"document::gxzero::ButtonNode\",\"id\":\"\u00e4\U0001F600\\\"\\\\\\n\ufffd\"}",
-     "ButtonNode\n  id: \"\u00e4\U0001F600\\\"\\\\\\n\ufffd\"\n"},
-};
-
-TEST(Export, WritesWhatWasSet) {
-  for (const Row& row : kRows) {
-    SCOPED_TRACE(row.description);
-    const Model model = Model::create();
-    const ButtonNode button = createButton(model);
-    row.fill(button);
-    EXPECT_EQ(toJson(button), row.json);
-    std::string tree;
-    appendTree(tree, button);
-    EXPECT_EQ(tree, row.tree);
-    EXPECT_EQ(button.get()->getHandleCount(), 1U) << "the export holds no handle";
-    EXPECT_EQ(model.get()->getHeldElementCount(), 1U);
-  }
-}
-
-TEST(Export, JsonIsWrittenWhereTheWriterStands) {
-  const Model model = Model::create();
-  std::string out;
-  json::JsonWriter writer(out);
-  writer.beginArray();
-  writeJson(writer, createButton(model));
-  writeJson(writer, gx::zero::ModelElement());
-  writer.endArray();
-  EXPECT_EQ(out, R"([{"class":"document::gxzero::ButtonNode"},null])");
-}
-
-TEST(Export, PrettyJsonParsesToTheSameAsCompact) {
-  const Model model = Model::create();
-  const ButtonNode button = createButton(model);
-  kRows[2].fill(button);
-  std::string pretty;
-  json::JsonWriter writer(pretty, json::JsonWriter::Layout::kPretty);
-  writeJson(writer, button);
-  EXPECT_NE(pretty, kRows[2].json);
-  EXPECT_EQ(json::parse(pretty), json::parse(kRows[2].json));
-}
-
-TEST(Export, TreeIsIndentedAsAsked) {
-  const Model model = Model::create();
-  const ButtonNode button = createButton(model);
-  button.get()->setId(u"b1");
-  std::string tree = "before\n";
-  appendTree(tree, button, 2);
-  EXPECT_EQ(tree, "before\n    ButtonNode\n      id: \"b1\"\n");
-}
-
-template <typename Element>
-void put(gx::zero::ElementSequence<Element>& sequence, const Element& element) {
-  insert_last(sequence, element);
-  sequence.getOwner()->_inverseAddThis(element.get(), *sequence.getOpposite(), false);
-}
-
-TEST(Export, WritesSequencesThatAreNotEmpty) {
-  const Model model = Model::create();
-  const ComboboxNode node = ComboboxNode::Builder(model).createComboboxNode(nil_uuid());
-  const ComboboxData data = node.get()->createIntoComboBoxData(ComboboxData::Builder(), nil_uuid());
-  EXPECT_EQ(toJson(node),
-            R"({"class":"document::gxzero::ComboboxNode",)"
-            R"("comboBoxData":{"class":"lumocode::contentmodel::gxzero::ComboboxData"}})");
-  for (const char16_t* label : {u"one", u"two"}) {
-    const ComboboxItem item = ComboboxItem::Builder(model).createComboboxItem(nil_uuid());
-    item.get()->setLabel(label);
-    put(data.get()->getItemsMutable(), item);
-  }
-  put(data.get()->getItemLabelsMutable(),
-      ComboboxItemLabel::Builder(model).createComboboxItemLabel(nil_uuid()));
-  data.get()->setDefaultValue(u"one");
-
-  EXPECT_EQ(toJson(node),
-            R"({"class":"document::gxzero::ComboboxNode",)"
-            R"("comboBoxData":{"class":"lumocode::contentmodel::gxzero::ComboboxData",)"
-            R"("defaultValue":"one",)"
-            R"("items":[{"class":"lumocode::contentmodel::gxzero::ComboboxItem","label":"one"},)"
-            R"({"class":"lumocode::contentmodel::gxzero::ComboboxItem","label":"two"}],)"
-            R"("itemLabels":[{"class":"lumocode::contentmodel::gxzero::ComboboxItemLabel"}]}})");
-  std::string tree;
-  appendTree(tree, node);
-  EXPECT_EQ(tree,
-            "ComboboxNode\n"
-            "  comboBoxData: ComboboxData\n"
-            "    defaultValue: \"one\"\n"
-            "    items:\n"
-            "      [0] ComboboxItem\n"
-            "        label: \"one\"\n"
-            "      [1] ComboboxItem\n"
-            "        label: \"two\"\n"
-            "    itemLabels:\n"
-            "      [0] ComboboxItemLabel (nothing set)\n");
-}
-
-/// A class of this test's own, with a slot for one more of itself: nesting without end, and the
-/// kinds of properties that nothing above has.
+/// A class of this test's own, with a slot for one more of itself: nesting without end, and a
+/// reference.
 class Box : public gx::zero::ModelElement {
  public:
   class Impl;
@@ -210,16 +51,8 @@ class Box::Impl : public gx::zero::ModelElement::Impl {
 
   gx::zero::meta::Class metaClass() const override { return Box::metaClass(); }
 
-  void setNumber(double number) {
-    number_ = number;
-    markSet(1);
-  }
-  void setFlag(bool flag) {
-    flag_ = flag;
-    markSet(2);
-  }
   void setInner(Impl* inner) {
-    replaceContained(inner_, inner, 3);
+    replaceContained(inner_, inner, 1);
     inner_ = inner;
     inner->outer_ = this;
     inner->markSet(0);
@@ -227,27 +60,16 @@ class Box::Impl : public gx::zero::ModelElement::Impl {
 
  protected:
   gx::zero::ValueMeta reflect(std::size_t propertyIndex) const override {
-    using gx::zero::ModelElement;
     using gx::zero::ValueMeta;
     using gx::zero::meta::Property;
-    switch (propertyIndex) {
-      case 0:
-        return ValueMeta(Box::metaClass(), Property::Kind::kReference, ModelElement(outer_));
-      case 1:
-        return ValueMeta(number_);
-      case 2:
-        return ValueMeta(flag_);
-      case 3:
-        return ValueMeta(Box::metaClass(), Property::Kind::kContained, ModelElement(inner_));
-      default:
-        return gx::zero::ModelElement::Impl::reflect(propertyIndex);
-    }
+    const bool outwards = propertyIndex == 0;
+    return ValueMeta(Box::metaClass(),
+                     outwards ? Property::Kind::kReference : Property::Kind::kContained,
+                     gx::zero::ModelElement(outwards ? outer_ : inner_));
   }
 
  private:
   Impl* outer_ = nullptr;
-  double number_ = 0;
-  bool flag_ = false;
   Impl* inner_ = nullptr;
 };
 
@@ -261,9 +83,7 @@ gx::zero::meta::Class Box::metaClass() {
       u"Box", gx::zero::ModelElement::metaClass(),
       {
           Property(u"outer", anyElement, Property::Kind::kReference, 0),
-          Property(u"number", &Type::number, Property::Kind::kData, 1),
-          Property(u"flag", &Type::boolean, Property::Kind::kData, 2),
-          Property(u"inner", anyElement, Property::Kind::kContained, 3),
+          Property(u"inner", anyElement, Property::Kind::kContained, 1),
       });
   return gx::zero::meta::Class(&impl);
 }
@@ -272,27 +92,175 @@ Box::Impl* createBox(const Model& model) {
   return model.get()->createElement<Box::Impl>(nil_uuid());
 }
 
-TEST(Export, WritesNumbersAndFlagsButNoReferences) {
+ButtonNode createButton(const Model& model) {
+  return ButtonNode::Builder(model).createButtonNode(nil_uuid());
+}
+
+LumoControlPosition createPosition(const ButtonNode& button) {
+  return button.get()->createIntoPosition(LumoControlPosition::Builder(), nil_uuid());
+}
+
+ButtonData createData(const ButtonNode& button) {
+  return button.get()->createIntoButtonData(ButtonData::Builder(), nil_uuid());
+}
+
+template <typename Element>
+void put(gx::zero::ElementSequence<Element>& sequence, const Element& element) {
+  insert_last(sequence, element);
+  sequence.getOwner()->_inverseAddThis(element.get(), *sequence.getOpposite(), false);
+}
+
+struct Row {
+  const char* description;
+  std::function<ModelElement(const Model&)> create;
+  const char* json;
+  const char* tree;
+};
+
+const Row kRows[] = {
+    {"nothing set", createButton, R"({"class":"ButtonNode"})", "ButtonNode (nothing set)\n"},
+    {"contained elements of which nothing was set are written",
+     [](const Model& model) {
+       const ButtonNode button = createButton(model);
+       createPosition(button);
+       createData(button);
+       return button;
+     },
+     R"({"class":"ButtonNode","position":{"class":"LumoControlPosition"},)"
+     R"("buttonData":{"class":"ButtonData"}})",
+     "ButtonNode\n  position: LumoControlPosition (nothing set)\n"
+     "  buttonData: ButtonData (nothing set)\n"},
+    {"properties come in the class's order, not in the order of setting; columns have all their "
+     "digits; a text set to its initial value counts as set",
+     [](const Model& model) {
+       const ButtonNode button = createButton(model);
+       const ButtonData data = createData(button);
+       data.get()->setCode(u"");
+       data.get()->setLabel(u"Run");
+       const LumoControlPosition position = createPosition(button);
+       position.get()->setEndColumn(std::numeric_limits<std::uint64_t>::max());
+       position.get()->setStartColumn(2);
+       button.get()->setId(u"b1");
+       return button;
+     },
+     R"({"class":"ButtonNode","id":"b1","position":{"class":"LumoControlPosition","startColumn":2,)"
+     R"("endColumn":18446744073709551615},)"
+     R"("buttonData":{"class":"ButtonData","label":"Run","code":""}})",
+     "ButtonNode\n  id: \"b1\"\n  position: LumoControlPosition\n    startColumn: 2\n"
+     "    endColumn: 18446744073709551615\n  buttonData: ButtonData\n    label: \"Run\"\n"
+     "    code: \"\"\n"},
+    {"text is UTF-8, escaped where JSON asks for it; a lone surrogate becomes U+FFFD",
+     [](const Model& model) {
+       const ButtonNode button = createButton(model);
+       button.get()->setId(u"\u00e4\U0001F600\"\\\n" + std::u16string(1, u'\xd800'));
+       return button;
+     },
+     "{\"class\":\"ButtonNode\",\"id\":\"\u00e4\U0001F600\\\"\\\\\\n\ufffd\"}",
+     "ButtonNode\n  id: \"\u00e4\U0001F600\\\"\\\\\\n\ufffd\"\n"},
+    {"an empty sequence is left out",
+     [](const Model& model) {
+       const ComboboxNode node = ComboboxNode::Builder(model).createComboboxNode(nil_uuid());
+       node.get()->createIntoComboBoxData(ComboboxData::Builder(), nil_uuid());
+       return node;
+     },
+     R"({"class":"ComboboxNode","comboBoxData":{"class":"ComboboxData"}})",
+     "ComboboxNode\n  comboBoxData: ComboboxData (nothing set)\n"},
+    {"sequences",
+     [](const Model& model) {
+       const ComboboxNode node = ComboboxNode::Builder(model).createComboboxNode(nil_uuid());
+       const auto data = node.get()->createIntoComboBoxData(ComboboxData::Builder(), nil_uuid());
+       for (const char16_t* label : {u"one", u"two"}) {
+         const ComboboxItem item = ComboboxItem::Builder(model).createComboboxItem(nil_uuid());
+         item.get()->setLabel(label);
+         put(data.get()->getItemsMutable(), item);
+       }
+       put(data.get()->getItemLabelsMutable(),
+           ComboboxItemLabel::Builder(model).createComboboxItemLabel(nil_uuid()));
+       data.get()->setDefaultValue(u"one");
+       return node;
+     },
+     R"({"class":"ComboboxNode","comboBoxData":{"class":"ComboboxData","defaultValue":"one",)"
+     R"("items":[{"class":"ComboboxItem","label":"one"},{"class":"ComboboxItem","label":"two"}],)"
+     R"("itemLabels":[{"class":"ComboboxItemLabel"}]}})",
+     "ComboboxNode\n  comboBoxData: ComboboxData\n    defaultValue: \"one\"\n    items:\n"
+     "      [0] ComboboxItem\n        label: \"one\"\n      [1] ComboboxItem\n"
+     "        label: \"two\"\n    itemLabels:\n      [0] ComboboxItemLabel (nothing set)\n"},
+    {"numbers",
+     [](const Model& model) {
+       const SpinnerNode node = SpinnerNode::Builder(model).createSpinnerNode(nil_uuid());
+       const auto data = node.get()->createIntoSpinnerData(SpinnerData::Builder(), nil_uuid());
+       data.get()->setMin(0.1);
+       data.get()->setMax(3);
+       return node;
+     },
+     R"({"class":"SpinnerNode","spinnerData":{"class":"SpinnerData","min":0.1,"max":3}})",
+     "SpinnerNode\n  spinnerData: SpinnerData\n    min: 0.1\n    max: 3\n"},
+    {"flags",
+     [](const Model& model) {
+       const CheckBoxNode node = CheckBoxNode::Builder(model).createCheckBoxNode(nil_uuid());
+       node.get()
+           ->createIntoCheckBoxData(CheckboxData::Builder(), nil_uuid())
+           .get()
+           ->setDefaultValue(false);
+       return node;
+     },
+     R"({"class":"CheckBoxNode","checkBoxData":{"class":"CheckboxData","defaultValue":false}})",
+     "CheckBoxNode\n  checkBoxData: CheckboxData\n    defaultValue: false\n"},
+    {"no references",
+     [](const Model& model) {
+       Box::Impl* const outer = createBox(model);
+       outer->setInner(createBox(model));
+       return Box(outer);
+     },
+     R"({"class":"Box","inner":{"class":"Box"}})", "Box\n  inner: Box (nothing set)\n"},
+};
+
+/// The same with class names that have no namespace.
+std::string withoutNamespaces(std::string json) {
+  for (const std::string_view name : {"document::gxzero::", "lumocode::contentmodel::gxzero::"}) {
+    for (std::size_t at = 0; (at = json.find(name)) != std::string::npos;)
+      json.erase(at, name.size());
+  }
+  return json;
+}
+
+TEST(Export, WritesWhatWasSet) {
+  Exporter exporter;
+  for (const Row& row : kRows) {
+    SCOPED_TRACE(row.description);
+    const Model model = Model::create();
+    const ModelElement element = row.create(model);
+    EXPECT_EQ(withoutNamespaces(toJson(element)), row.json);
+    std::string json;
+    json::JsonWriter compact(json);
+    exporter.writeJson(compact, element);
+    EXPECT_EQ(json, toJson(element)) << "by an exporter that may know the class already";
+    std::string tree;
+    exporter.appendTree(tree, element);
+    EXPECT_EQ(tree, row.tree);
+    std::string pretty;
+    json::JsonWriter writer(pretty, json::JsonWriter::Layout::kPretty);
+    exporter.writeJson(writer, element);
+    EXPECT_NE(pretty, json);
+    EXPECT_EQ(json::parse(pretty), json::parse(json));
+    EXPECT_EQ(element.get()->getHandleCount(), 1U) << "the export holds no handle";
+    EXPECT_EQ(model.get()->getHeldElementCount(), 1U);
+  }
+}
+
+TEST(Export, IsWrittenWhereTheWriterStands) {
   const Model model = Model::create();
-  Box::Impl* const outer = createBox(model);
-  Box::Impl* const inner = createBox(model);
-  inner->setNumber(0.1);
-  inner->setFlag(false);
-  outer->setNumber(3);
-  outer->setFlag(true);
-  outer->setInner(inner);
-  EXPECT_EQ(
-      toJson(Box(outer)),
-      R"({"class":"Box","number":3,"flag":true,"inner":{"class":"Box","number":0.1,"flag":false}})");
-  std::string tree;
-  appendTree(tree, Box(outer));
-  EXPECT_EQ(tree,
-            "Box\n"
-            "  number: 3\n"
-            "  flag: true\n"
-            "  inner: Box\n"
-            "    number: 0.1\n"
-            "    flag: false\n");
+  Exporter exporter;
+  std::string out;
+  json::JsonWriter writer(out);
+  writer.beginArray();
+  exporter.writeJson(writer, createButton(model));
+  exporter.writeJson(writer, ModelElement());
+  writer.endArray();
+  EXPECT_EQ(out, R"([{"class":"document::gxzero::ButtonNode"},null])");
+  out = "before\n";
+  exporter.appendTree(out, createButton(model), 2);
+  EXPECT_EQ(out, "before\n    ButtonNode (nothing set)\n");
 }
 
 TEST(Export, NestingHasNoBound) {
@@ -311,7 +279,7 @@ TEST(Export, NestingHasNoBound) {
   EXPECT_TRUE(toJson(Box(outermost)) == expected);
 
   std::string tree;
-  appendTree(tree, Box(outermost));
+  Exporter().appendTree(tree, Box(outermost));
   const std::string deepest =
       "\n" + std::string(2 * kDeepestIndent, ' ') + "inner: Box (nothing set)\n";
   ASSERT_GT(tree.size(), deepest.size());

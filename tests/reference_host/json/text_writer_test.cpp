@@ -3,15 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <limits>
 #include <string>
 #include <string_view>
-#include <utility>
 
+#include "fl/i18n.hpp"
 #include "foundation/json.hpp"
+#include "reference_host/json/parse.hpp"
 
 namespace {
 
@@ -29,20 +30,26 @@ using namespace std::string_view_literals;
 struct TextRow {
   const char* description;
   std::string_view text;
-  std::string_view json;
+  std::string_view written;
 };
+
+/// Expects each row to be written behind what is there.
+template <typename Rows, typename Append>
+void expectWritten(const Rows& rows, const Append& append) {
+  for (const TextRow& row : rows) {
+    SCOPED_TRACE(row.description);
+    std::string out = "before ";
+    append(out, row.text);
+    EXPECT_EQ(out, "before " + std::string(row.written));
+  }
+}
 
 constexpr TextRow kTextRows[] = {
     {"no characters", ""sv, R"("")"sv},
-    {"plain text", "plain text"sv, R"("plain text")"sv},
-    {"a quote", "a\"b"sv, R"("a\"b")"sv},
-    {"a backslash at the end", "a\\"sv, R"("a\\")"sv},
-    {"a slash passes", "a/b"sv, R"("a/b")"sv},
-    {"controls with a short form", "\b\t\n\f\r"sv, R"("\b\t\n\f\r")"sv},
-    {"the other controls", "\0\x01\x0B\x1F"sv, R"("\u0000\u0001\u000b\u001f")"sv},
-    {"delete passes", "\x7F"sv, "\"\x7F\""sv},
-    {"two, three and four bytes pass", "\u00E9\u20AC\U0001F600"sv, "\"\u00E9\u20AC\U0001F600\""sv},
-    {"line separators pass", "\u2028\u2029"sv, "\"\u2028\u2029\""sv},
+    {"a quote, and a backslash at the end", "a\"b\\"sv, R"("a\"b\\")"sv},
+    {"controls", "\b\t\n\f\r\0\x01\x0B\x1F"sv, R"("\b\t\n\f\r\u0000\u0001\u000b\u001f")"sv},
+    {"what passes", "a/ \x7F\u00E9\u2028\u2029\u20AC\U0001F600"sv,
+     "\"a/ \x7F\u00E9\u2028\u2029\u20AC\U0001F600\""sv},
     {"a stray continuation byte", "a\x80z"sv, "\"a\uFFFDz\""sv},
     {"a sequence cut off by text", "\xE2\x82z"sv, "\"\uFFFDz\""sv},
     {"a sequence cut off by a quote", "\xE2\""sv, "\"\uFFFD\\\"\""sv},
@@ -54,50 +61,51 @@ constexpr TextRow kTextRows[] = {
 };
 
 TEST(AppendTextTest, WritesValidJson) {
-  for (const TextRow& row : kTextRows) {
-    SCOPED_TRACE(row.description);
-    std::string out = "before ";
-    appendText(out, row.text);
-    EXPECT_EQ(out, "before " + std::string(row.json));
-  }
+  expectWritten(kTextRows, [](std::string& out, std::string_view text) { appendText(out, text); });
+  expectWritten(kTextRows, [](std::string& out, std::string_view text) {
+    appendText(out, fl::i18n::utf8_to_ustring(std::string(text)));
+  });
+  expectWritten(kTextRows, [](std::string& out, std::string_view text) {
+    JsonWriter(out).key(text);
+    out.pop_back();
+  });
 }
 
-TEST(AppendTextTest, AMemberNameIsWrittenLikeAText) {
-  for (const TextRow& row : kTextRows) {
-    SCOPED_TRACE(row.description);
+TEST(AppendTextTest, LoneSurrogatesAreReplaced) {
+  std::string out;
+  appendText(out, std::u16string{u'a', 0xDC00, u'b', 0xD800, 0xD83D, 0xDE00, 0xD800});
+  EXPECT_EQ(out, "\"a\uFFFDb\uFFFD\U0001F600\uFFFD\"");
+}
+
+TEST(AppendTextTest, ALongTextIsNeverCut) {
+  for (std::size_t length = 0; length < 1100; ++length) {
+    const std::string utf8 = std::string(length, 'x') + "\u00E9\U0001F600\n\u20AC";
+    std::string expected;
+    appendText(expected, utf8);
     std::string out;
-    JsonWriter(out).json(Object{{std::string(row.text), true}});
-    EXPECT_EQ(out, "{" + std::string(row.json) + ":true}");
+    appendText(out, fl::i18n::utf8_to_ustring(utf8));
+    ASSERT_EQ(out, expected);
   }
 }
 
 constexpr TextRow kVisibleRows[] = {
     {"no characters", ""sv, ""sv},
-    {"quotes and backslashes pass", "a\"b\\n"sv, "a\"b\\n"sv},
-    {"controls with a short form", "\b\t\n\f\r"sv, R"(\b\t\n\f\r)"sv},
-    {"the other controls", "\0\x1B[2J\x1F"sv, R"(\u0000\u001b[2J\u001f)"sv},
-    {"what stands below delete passes", " ~"sv, " ~"sv},
-    {"delete and the controls behind it", "\x7F\u0080\u0085\u009F"sv,
-     R"(\u007f\u0080\u0085\u009f)"sv},
-    {"what stands behind them passes", "\u00A0\u00E9"sv, "\u00A0\u00E9"sv},
-    {"joiners pass", "\u200C\u200D"sv, "\u200C\u200D"sv},
-    {"line separators and overrides", "\u2028\u2029\u202A\u202E"sv,
-     R"(\u2028\u2029\u202a\u202e)"sv},
-    {"their neighbours pass", "\u2027\u202F"sv, "\u2027\u202F"sv},
+    {"controls", "\b\t\n\f\r\0\x1B[2J\x1F"sv, R"(\b\t\n\f\r\u0000\u001b[2J\u001f)"sv},
+    {"delete and what is behind it", "\x7F\u0080\u0085\u009F"sv, R"(\u007f\u0080\u0085\u009f)"sv},
+    {"separators and overrides", "\u2028\u2029\u202A\u202E"sv, R"(\u2028\u2029\u202a\u202e)"sv},
     {"isolates", "\u2066\u2069"sv, R"(\u2066\u2069)"sv},
-    {"their neighbours pass", "\u2065\u206A"sv, "\u2065\u206A"sv},
-    {"four bytes pass", "\U0001F600"sv, "\U0001F600"sv},
+    {"quotes and backslashes pass", "a\"b\\n"sv, "a\"b\\n"sv},
+    {"what is beside those that do not pass", " ~\u00A0\u2027\u202F\u2065\u206A"sv,
+     " ~\u00A0\u2027\u202F\u2065\u206A"sv},
+    {"letters and joiners pass", "\u00E9\u200C\u200D\U0001F600"sv,
+     "\u00E9\u200C\u200D\U0001F600"sv},
     {"bytes that are no UTF-8", "a\x9Bz\xE2\x80"sv, R"(a\x9bz\xe2\x80)"sv},
 };
 
 TEST(AppendVisibleTest, EscapesWhatWouldNotShow) {
   using reference_host::json::appendVisible;
-  for (const TextRow& row : kVisibleRows) {
-    SCOPED_TRACE(row.description);
-    std::string out = "before ";
-    appendVisible(out, row.text);
-    EXPECT_EQ(out, "before " + std::string(row.json));
-  }
+  expectWritten(kVisibleRows,
+                [](std::string& out, std::string_view text) { appendVisible(out, text); });
   std::string quoted;
   appendVisible(quoted, "\"a\\\u202E\n", reference_host::json::Quotes::kAround);
   EXPECT_EQ(quoted, R"("\"a\\\u202e\n")");
@@ -123,12 +131,7 @@ constexpr TextRow kPointerRows[] = {
 };
 
 TEST(AppendVisibleTest, PointersWithBlankTokensAreQuoted) {
-  for (const TextRow& row : kPointerRows) {
-    SCOPED_TRACE(row.description);
-    std::string out = "at ";
-    reference_host::json::appendVisiblePointer(out, row.text);
-    EXPECT_EQ(out, "at " + std::string(row.json));
-  }
+  expectWritten(kPointerRows, reference_host::json::appendVisiblePointer);
 }
 
 constexpr TextRow kByteRows[] = {
@@ -145,98 +148,41 @@ constexpr TextRow kByteRows[] = {
     {"the start of an escape before a byte", "\\x5\xFF"sv, R"(\x5\xff)"sv},
 };
 
-/// Puts a byte for each escape.
-std::string bytesOf(std::string_view text) {
-  constexpr std::string_view kDigits = "0123456789abcdefABCDEF";
-  std::string bytes;
-  while (!text.empty()) {
-    const std::string digits(text.substr(0, 2) == "\\x" ? text.substr(2, 2) : "");
-    if (digits.size() == 2 && digits.find_first_not_of(kDigits) == std::string::npos) {
-      bytes += static_cast<char>(std::stoi(digits, nullptr, 16));
-      text.remove_prefix(4);
-    } else {
-      bytes += text.front();
-      text.remove_prefix(1);
-    }
-  }
-  return bytes;
+TEST(WithBytesEscapedTest, IsUtf8OfDifferentBytesDifferent) {
+  expectWritten(kByteRows, [](std::string& out, std::string_view bytes) {
+    out += reference_host::json::withBytesEscaped(bytes);
+  });
 }
 
-TEST(WithBytesEscapedTest, IsUtf8ThatLeadsBackToTheBytes) {
-  for (const TextRow& row : kByteRows) {
-    SCOPED_TRACE(row.description);
-    EXPECT_EQ(reference_host::json::withBytesEscaped(row.text), row.json);
-    EXPECT_EQ(bytesOf(row.json), row.text);
-  }
-}
-
-struct NumberRow {
-  double number;
-  const char* json;
-};
-
-TEST(AppendNumberTest, WritesTheShortestFormOfADouble) {
-  using Limits = std::numeric_limits<double>;
-  const NumberRow rows[] = {
-      {0.0, "0"},
-      {-0.0, "-0"},
-      {3.0, "3"},
-      {-1.5, "-1.5"},
-      {0.1, "0.1"},
-      {0.1 + 0.2, "0.30000000000000004"},
-      {1.0 / 3.0, "0.3333333333333333"},
-      {65535.0, "65535"},
-      {2147483647.5, "2147483647.5"},
-      {9007199254740993.0, "9007199254740992"},
-      {18446744073709551615.0, "18446744073709551616"},
-      {1e21, "1e+21"},
-      {1e-7, "1e-07"},
-      {Limits::max(), "1.7976931348623157e+308"},
-      {Limits::lowest(), "-1.7976931348623157e+308"},
-      {Limits::min(), "2.2250738585072014e-308"},
-      {Limits::denorm_min(), "5e-324"},
-      {Limits::infinity(), "null"},
-      {-Limits::infinity(), "null"},
-      {Limits::quiet_NaN(), "null"},
-      {-Limits::quiet_NaN(), "null"},
-  };
-  for (const NumberRow& row : rows) {
-    std::string out = "before ";
-    appendNumber(out, row.number);
-    EXPECT_EQ(out, std::string("before ") + row.json);
-  }
-}
-
-TEST(AppendNumberTest, WritesTheShortestFormOfAFloat) {
-  using Limits = std::numeric_limits<float>;
-  const std::pair<float, const char*> rows[] = {
-      {0.1F, "0.1"},
-      {-0.0F, "-0"},
-      {3.0F, "3"},
-      {16777216.0F, "16777216"},
-      {1e10F, "1e+10"},
-      {Limits::max(), "3.4028235e+38"},
-      {1e-45F, "1e-45"},
-      {Limits::infinity(), "null"},
-      {std::nanf(""), "null"},
-  };
-  for (const auto& [number, json] : rows) {
-    std::string out;
-    appendNumber(out, number);
-    EXPECT_EQ(out, json);
-  }
-}
-
-TEST(AppendNumberTest, WritesAllDigitsOfAnInteger) {
+/// Numbers, with a space behind each.
+template <typename Number>
+std::string written(std::initializer_list<Number> numbers) {
   std::string out;
-  appendNumber(out, std::numeric_limits<std::int64_t>::min());
-  out += ' ';
-  appendNumber(out, std::numeric_limits<std::int64_t>::max());
-  out += ' ';
-  appendNumber(out, std::numeric_limits<std::uint64_t>::max());
-  out += ' ';
-  appendNumber(out, std::int64_t{0});
-  EXPECT_EQ(out, "-9223372036854775808 9223372036854775807 18446744073709551615 0");
+  for (const Number number : numbers) {
+    appendNumber(out, number);
+    out += ' ';
+  }
+  return out;
+}
+
+TEST(AppendNumberTest, WritesTheShortestFormAndAllDigitsOfAnInteger) {
+  using Double = std::numeric_limits<double>;
+  EXPECT_EQ(written({0.0, -0.0, 3.0, -1.5, 0.1, 0.1 + 0.2, 1.0 / 3.0, 65535.0, 2147483647.5}),
+            "0 -0 3 -1.5 0.1 0.30000000000000004 0.3333333333333333 65535 2147483647.5 ");
+  EXPECT_EQ(written({9007199254740993.0, 18446744073709551615.0, 1e21, 1e-7}),
+            "9007199254740992 18446744073709551616 1e+21 1e-07 ");
+  EXPECT_EQ(written({Double::max(), Double::lowest(), Double::min(), Double::denorm_min()}),
+            "1.7976931348623157e+308 -1.7976931348623157e+308 2.2250738585072014e-308 5e-324 ");
+  EXPECT_EQ(written({Double::infinity(), -Double::infinity(), Double::quiet_NaN()}),
+            "null null null ");
+  using Float = std::numeric_limits<float>;
+  EXPECT_EQ(written({0.1F, -0.0F, 3.0F, 16777216.0F, 1e10F, Float::max(), 1e-45F}),
+            "0.1 -0 3 16777216 1e+10 3.4028235e+38 1e-45 ");
+  EXPECT_EQ(written({Float::infinity(), Float::quiet_NaN()}), "null null ");
+  using Integer = std::numeric_limits<std::int64_t>;
+  EXPECT_EQ(written({Integer::min(), Integer::max(), std::int64_t{0}}),
+            "-9223372036854775808 9223372036854775807 0 ");
+  EXPECT_EQ(written({std::numeric_limits<std::uint64_t>::max()}), "18446744073709551615 ");
 }
 
 TEST(JsonWriterTest, WritesOneCompactLine) {
@@ -245,6 +191,7 @@ TEST(JsonWriterTest, WritesOneCompactLine) {
   const std::string text = "a \"text\"";
   writer.beginObject();
   writer.key("text").value(text).key("literal").value("x").key("view").value("y"sv);
+  writer.quotedKey(R"("\"")").value(u"z");
   writer.key("numbers").beginArray();
   writer.value(1.5).value(0.1F).value(-7).value(8U).value(std::size_t{9});
   writer.value(std::int64_t{-10}).value(std::uint64_t{11});
@@ -254,7 +201,7 @@ TEST(JsonWriterTest, WritesOneCompactLine) {
   writer.key("tree").json(Object{{"a", Array{1.0}}, {"b", Object{}}});
   writer.key("raw").raw("[1,2]");
   writer.endObject();
-  EXPECT_EQ(out, R"({"text":"a \"text\"","literal":"x","view":"y",)"
+  EXPECT_EQ(out, R"({"text":"a \"text\"","literal":"x","view":"y","\"":"z",)"
                  R"("numbers":[1.5,0.1,-7,8,9,-10,11],"words":[true,false,null],)"
                  R"("empty":[[],{}],"tree":{"a":[1],"b":{}},"raw":[1,2]})");
 }
@@ -277,24 +224,17 @@ struct PrintRow {
 };
 
 TEST(PrettyPrintTest, WritesEveryAlternative) {
+  using Integer = std::numeric_limits<std::int64_t>;
+  using Whole = std::numeric_limits<std::uint64_t>;
   const PrintRow rows[] = {
-      {"undefined", Undefined(), "null"},
-      {"null", Null(), "null"},
-      {"true", true, "true"},
-      {"false", false, "false"},
-      {"a double", 2.5, "2.5"},
-      {"a whole double", 3.0, "3"},
-      {"minus zero", -0.0, "-0"},
-      {"infinity", std::numeric_limits<double>::infinity(), "null"},
-      {"a text", "x\n", "\"x\\n\""},
-      {"a float", 0.1F, "0.1"},
-      {"a float that is not a number", std::nanf(""), "null"},
-      {"int64", std::numeric_limits<std::int64_t>::min(), "-9223372036854775808"},
-      {"uint64", std::numeric_limits<std::uint64_t>::max(), "18446744073709551615"},
+      {"scalars",
+       Array{Undefined(), Null(), true, false, 2.5, "x\n", 0.1F, Integer::min(), Whole::max()},
+       "[\n  null,\n  null,\n  true,\n  false,\n  2.5,\n  \"x\\n\",\n  0.1,\n"
+       "  -9223372036854775808,\n  18446744073709551615\n]"},
+      {"a scalar alone", "x", "\"x\""},
       {"an empty array", Array{}, "[]"},
       {"an empty object", Object{}, "{}"},
       {"one element", Array{1.0}, "[\n  1\n]"},
-      {"an undefined element", Array{Undefined(), 1.0}, "[\n  null,\n  1\n]"},
       {"one member", Object{{"key", "value"}}, "{\n  \"key\": \"value\"\n}"},
       {"members in byte order", Object{{"b", 1.0}, {"", 2.0}, {"\u00E9", 3.0}, {"B", 4.0}},
        "{\n  \"\": 2,\n  \"B\": 4,\n  \"b\": 1,\n  \"\u00E9\": 3\n}"},
@@ -307,16 +247,6 @@ TEST(PrettyPrintTest, WritesEveryAlternative) {
   }
 }
 
-Value nestedArrays(std::size_t depth) {
-  Value value = Array{};
-  for (std::size_t level = 1; level < depth; ++level) {
-    Array outer;
-    outer.push_back(std::move(value));
-    value = std::move(outer);
-  }
-  return value;
-}
-
 TEST(PrettyPrintTest, TheIndentStopsGrowingAtLevelFifty) {
   constexpr std::size_t kDepth = 60;
   std::string expected;
@@ -327,7 +257,9 @@ TEST(PrettyPrintTest, TheIndentStopsGrowingAtLevelFifty) {
   for (std::size_t level = kDepth - 1; level-- > 0;) {
     expected += '\n' + std::string(2 * std::min<std::size_t>(level, 50), ' ') + "]";
   }
-  EXPECT_EQ(pretty_print(nestedArrays(kDepth)), expected);
+  EXPECT_EQ(pretty_print(
+                reference_host::json::parse(std::string(kDepth, '[') + std::string(kDepth, ']'))),
+            expected);
 }
 
 }  // namespace

@@ -9,6 +9,8 @@
 
 #include <cstddef>
 #include <string>
+#include <unordered_map>
+#include <vector>
 
 #include "foundation/export.hpp"
 #include "gx/zero.hpp"
@@ -16,28 +18,43 @@
 
 namespace reference_host::exporting {
 
-/// Writes an element as a JSON object: the qualified class name under "class", then the properties.
-/// Numbers are in the shortest form that reads back the same, integers have all their digits. An
-/// empty handle is written as `null`.
-TESSEL_HOST_API void writeJson(json::JsonWriter& writer, const gx::zero::ModelElement& element);
+/// The names of a class as JSON texts, in their quotes.
+struct ClassNames {
+  std::string qualifiedName;
+  std::vector<std::string> properties;
+};
 
-/// The element as one line of JSON.
+using NameTable = std::unordered_map<const gx::zero::meta::Class::Impl*, ClassNames>;
+
+/// Writes elements, and keeps the names of their classes for those to come. One thread at a time
+/// uses it.
+class TESSEL_HOST_API Exporter {
+ public:
+  /// Writes an element as a JSON object: the qualified class name under "class", then the
+  /// properties. Numbers are in the shortest form that reads back the same, integers have all their
+  /// digits. An empty handle is written as `null`.
+  void writeJson(json::JsonWriter& writer, const gx::zero::ModelElement& element);
+
+  /// Appends an element as an indented tree, a line a property, each line ending with a line feed:
+  ///
+  ///     ButtonNode
+  ///       id: "run"
+  ///       position: LumoControlPosition
+  ///         startColumn: 4
+  ///
+  /// Class names go without their namespace, texts as `json::appendVisible` quotes them. An
+  /// element of which nothing was set says so behind its class name, the elements of a sequence
+  /// have their index in front. The indentation stops growing at `kDeepestIndent` levels.
+  /// @param level how many levels the element itself is indented.
+  /// @pre the element is not empty.
+  void appendTree(std::string& out, const gx::zero::ModelElement& element, std::size_t level = 0);
+
+ private:
+  NameTable names_;
+};
+
+/// An element as one line of JSON.
 TESSEL_HOST_API std::string toJson(const gx::zero::ModelElement& element);
-
-/// Appends an element as an indented tree, a line a property, each line ending with a line feed:
-///
-///     ButtonNode
-///       id: "run"
-///       position: LumoControlPosition
-///         startColumn: 4
-///
-/// Class names go without their namespace, texts as `json::appendVisible` quotes them. An
-/// element of which nothing was set says so behind its class name, the elements of a sequence have
-/// their index in front. The indentation stops growing at `kDeepestIndent` levels.
-/// @param level how many levels the element itself is indented.
-/// @pre the element is not empty.
-TESSEL_HOST_API void appendTree(std::string& out, const gx::zero::ModelElement& element,
-                                std::size_t level = 0);
 
 constexpr std::size_t kDeepestIndent = 50;
 

@@ -48,6 +48,7 @@ struct ImportError {
   std::string builder;  ///< the name of the builder that failed
   Step step;
   std::string message;
+  foundation::json::Value object{};  ///< the object itself, of a document that was given up
 };
 
 /// Counts of JSON objects.
@@ -84,6 +85,14 @@ TESSEL_HOST_API std::string messageOf(const std::exception_ptr& exception);
 TESSEL_HOST_API ImportResult importDocument(const std::vector<NamedBuilder>& builders,
                                             const gx::zero::Model& model,
                                             const foundation::json::Value& document,
+                                            OnError onError = OnError::kContinue);
+
+/// The same for a document that is given up, which takes less memory: of what the walk has left
+/// nothing is kept but the objects that failed.
+/// @param document what it holds afterwards is not specified.
+TESSEL_HOST_API ImportResult importDocument(const std::vector<NamedBuilder>& builders,
+                                            const gx::zero::Model& model,
+                                            foundation::json::Value&& document,
                                             OnError onError = OnError::kContinue);
 
 }  // namespace reference_host::importer

@@ -21,6 +21,8 @@ namespace reference_host::json {
 /// Appends a text in double quotes. Only what JSON requires is escaped: the quote, the backslash
 /// and the control characters below U+0020 (`\b`, `\t`, `\n`, `\f`, `\r`, else `\u00XX`).
 TESSEL_HOST_API void appendText(std::string& out, std::string_view utf8);
+/// The same for a text in UTF-16; each lone surrogate becomes one U+FFFD.
+TESSEL_HOST_API void appendText(std::string& out, std::u16string_view utf16);
 
 enum class Quotes { kNone, kAround };
 
@@ -81,8 +83,12 @@ class TESSEL_HOST_API JsonWriter {
 
   /// The name of the member whose value comes next.
   JsonWriter& key(std::string_view utf8);
+  /// The same for a name that is a JSON text already.
+  JsonWriter& quotedKey(std::string_view json);
 
   JsonWriter& value(std::string_view utf8);
+  JsonWriter& value(std::u16string_view utf16);
+  JsonWriter& value(const char16_t* utf16) { return value(std::u16string_view(utf16)); }
   JsonWriter& value(const char* utf8) { return value(std::string_view(utf8)); }
   JsonWriter& value(bool boolean) { return raw(boolean ? "true" : "false"); }
   JsonWriter& value(double number) { return this->number(number); }
@@ -104,6 +110,7 @@ class TESSEL_HOST_API JsonWriter {
  private:
   JsonWriter& begin(char bracket);
   JsonWriter& end(char bracket);
+  JsonWriter& endKey();
   template <typename Number>
   JsonWriter& number(Number number) {
     separate();
@@ -114,7 +121,8 @@ class TESSEL_HOST_API JsonWriter {
   void scalar(const foundation::json::Value& value);
   /// Writes what belongs between the last thing written and the value or key to come.
   void separate();
-  void breakLine();
+  /// Goes to the next line where there are lines, in one append with the comma before it.
+  void breakLine(bool comma);
 
   /// What was written last, inside the container that is open.
   enum class Last { kNothing, kKey, kValue };
