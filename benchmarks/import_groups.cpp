@@ -80,11 +80,12 @@ Group wholeImportGroup() {
       {"rapidjson structs", controls,
        [text](int) { benchmark::DoNotOptimize(rapidjsonToStructs(*text)); }},
   };
+  // Not judged: these ratios move with how much of the cache other processes leave. Those of
+  // instructions are, by count_instructions.py.
   group.rows = {
-      {"whole import, destroy all", "nlohmann-json: parse and destroy", 0, 1, Bound::kAtMost, 0.70},
-      {"whole import, destroy all", "simdjson: DOM parse, parser reused", 0, 2, Bound::kAtMost, 13},
-      {"whole import, destroy all", "nlohmann-json: from_json, UTF-16 structs", 0, 3,
-       Bound::kAtMost, 0.52},
+      {"whole import, destroy all", "nlohmann-json: parse and destroy", 0, 1},
+      {"whole import, destroy all", "simdjson: DOM parse, parser reused", 0, 2},
+      {"whole import, destroy all", "nlohmann-json: from_json, UTF-16 structs", 0, 3},
       {"whole import, destroy all", "RapidJSON: document, UTF-16 structs", 0, 4},
   };
   return group;

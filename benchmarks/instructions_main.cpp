@@ -16,6 +16,7 @@
 #include "document_generator.hpp"
 #include "gx/zero.hpp"
 #include "literal_recognition.hpp"
+#include "peers.hpp"
 #include "reference_host/json/parse.hpp"
 
 namespace {
@@ -41,6 +42,16 @@ void countParse(const std::string& what, const std::string& document) {
   std::vector<Value> parsed(2);
   count("parse: " + what, 1,
         [&](std::size_t run) { parsed[run] = reference_host::json::parse(document); });
+}
+
+/// A whole import, and what other libraries make of the same text; each destroys what it made.
+void countImport(const std::string& document) {
+  count("import", 1, [&](std::size_t) { benchmarks::importText(document); });
+  count("peer: nlohmann-json, parse", 1, [&](std::size_t) { benchmarks::nlohmannParse(document); });
+  benchmarks::SimdjsonPeer simdjson(document);
+  count("peer: simdjson, DOM", 1, [&](std::size_t) { simdjson.parse(); });
+  count("peer: RapidJSON, reader to the host's value", 1,
+        [&](std::size_t) { benchmarks::rapidjsonToValue(document); });
 }
 
 void countRecognition(const std::string& what, const std::vector<const Value*>& objects) {
@@ -83,6 +94,7 @@ void countStrangers() {
 
 int main() {
   countParse("a document of 20,000 bytes", benchmarks::generateDocument(20000));
+  countImport(benchmarks::generateDocument(100000));
   for (const Kind* kind : benchmarks::measuredKinds()) {
     countKind(*kind);
   }
