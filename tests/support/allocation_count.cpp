@@ -37,13 +37,14 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
   return allocate(size);
 }
 void operator delete(void* memory) noexcept {
+  if (memory != nullptr) ++tally.freed;
   std::free(memory);
 }
 void operator delete(void* memory, const std::nothrow_t&) noexcept {
-  std::free(memory);
+  operator delete(memory);
 }
 void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
+  operator delete(memory);
 }
 
 namespace test_support {

@@ -10,10 +10,11 @@
 
 namespace test_support {
 
-/// What the calling thread has asked for so far, whether or not it got it.
+/// What the calling thread has asked for so far, whether or not it got it, and given back.
 struct AllocationTally {
   std::size_t count = 0;
   std::size_t bytes = 0;
+  std::size_t freed = 0;  ///< blocks
 };
 AllocationTally allocationTally() noexcept;
 
@@ -23,7 +24,7 @@ AllocationTally tallyOf(const Action& action) {
   const AllocationTally before = allocationTally();
   action();
   const AllocationTally after = allocationTally();
-  return {after.count - before.count, after.bytes - before.bytes};
+  return {after.count - before.count, after.bytes - before.bytes, after.freed - before.freed};
 }
 
 /// How many times an action allocates.

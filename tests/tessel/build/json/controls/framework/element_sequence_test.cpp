@@ -139,19 +139,6 @@ TEST_F(Append, AProxyIsInsertedWithoutTestAndWithoutContainer) {
   }
 }
 
-TEST_F(Append, AnElementOfAnotherModelIsTheModelsOwnError) {
-  const auto items = sequence(kOnceWithOpposite);
-  const Model other = Model::create();
-  try {
-    append(*items, createItem(other));
-    FAIL() << "nothing was thrown";
-  } catch (const std::invalid_argument& error) {
-    EXPECT_STREQ(error.what(), "the element belongs to another model");
-  }
-  EXPECT_EQ(items->size(), 0U);
-  EXPECT_EQ(opened(), 0U);
-}
-
 TEST_F(Append, AContainerThatIsRefusedClosesTheOperationWithoutCommit) {
   // The owner is inside the item, which therefore cannot go into the owner.
   const auto items = sequence(kOnceWithOpposite);

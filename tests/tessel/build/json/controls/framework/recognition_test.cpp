@@ -66,20 +66,6 @@ TEST(Recognition, EachRuleAnswersByItsWord) {
   }
 }
 
-TEST(Recognition, DeclinesWhatIsNoObjectWithARecord) {
-  const std::string record = "Incoming JSON was not an Object";
-  for (const char* text : {"[]", "3", R"("word")", "null", "true"}) {
-    SCOPED_TRACE(text);
-    const Value value = json(text);
-    EXPECT_EQ(recordsOf([&] {
-                EXPECT_FALSE(recognizeByClassName(value, "word"));
-                EXPECT_FALSE(recognizeByTypeWord(value, "word"));
-                EXPECT_FALSE(recognizeByTypeWordOrClassName(value, "word"));
-              }),
-              (Records{record, record, record}));
-  }
-}
-
 TEST(Recognition, AllocatesNothingOfItsOwn) {
   // Long words, so that no text fits a small-string buffer by chance.
   const Value generic = json(
