@@ -1,6 +1,6 @@
 #include "input.hpp"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -23,7 +23,6 @@ namespace tessel_tool {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::IsEmpty;
 
 class InputTest : public testing::Test {
  protected:
@@ -66,32 +65,65 @@ class InputTest : public testing::Test {
   test_support::TemporaryFolder folder_;
 };
 
-TEST_F(InputTest, WholeInputs) {
+TEST_F(InputTest, DocumentsAndTheirPlaces) {
+  constexpr auto kWhole = DocumentSource::Unit::kWholeInput;
+  constexpr auto kLine = DocumentSource::Unit::kLine;
+  const std::string mark = "\xef\xbb\xbf";
   const std::string large(200000, ' ');
-  const std::string first = file("first", "one\ntwo");
-  const std::string second = file("second", large);
-  const std::string third = file("third", "");
-  const auto documents = all({first, second, third}, DocumentSource::Unit::kWholeInput);
-  ASSERT_EQ(documents.size(), 3U);
-  EXPECT_EQ(documents[0].text, "one\ntwo");
-  EXPECT_EQ(documents[0].name, first);
-  EXPECT_EQ(documents[1].text, large);
-  EXPECT_EQ(documents[2].text, "");
-  for (const Document& document : documents) EXPECT_EQ(document.readError, "");
-}
-
-TEST_F(InputTest, LinesOfWhiteSpaceArePassedOver) {
-  const std::string first = file("first", "\n1\r\n \t\r\n\n2");
-  const std::string second = file("second", "3\n");
-  const std::string blank = file("blank", " \n\n");
-  const auto documents = all({first, blank, second}, DocumentSource::Unit::kLine);
-  ASSERT_EQ(documents.size(), 3U);
-  EXPECT_EQ(documents[0].text, "1\r");
-  EXPECT_EQ(documents[0].name, first + ":2");
-  EXPECT_EQ(documents[0].path, first);
-  EXPECT_EQ(documents[1].text, "2");
-  EXPECT_EQ(documents[1].name, first + ":5");
-  EXPECT_EQ(documents[2].name, second + ":1");
+  const struct {
+    const char* description;
+    DocumentSource::Unit unit;
+    std::size_t firstLine;
+    std::vector<std::string> inputs;
+    /// Each document: the number of its input, what its name has behind the path, and its text, or
+    /// why it is no JSON.
+    std::vector<std::string> documents;
+  } rows[] = {
+      {"whole inputs",
+       kWhole,
+       1,
+       {"[1,\n2]", large + '1', "3"},
+       {"0|[1,\n2]", "1|" + large + '1', "2|3"}},
+      {"a mark before a whole input", kWhole, 1, {mark + "{}"}, {"0|" + mark + "{}"}},
+      {"lines of white space are passed over",
+       kLine,
+       1,
+       {"\n1\r\n \t\r\n\n2", " \n\n", "3\n"},
+       {"0:2|1\r", "0:5|2", "2:1|3"}},
+      {"places are those in the input",
+       kLine,
+       1,
+       {"1\n\n  ]\n"},
+       {"0:1|1", "0:3|line 3, column 3: expected a value, found ']'"}},
+      {"a mark counts at the start alone",
+       kLine,
+       1,
+       {mark + "1\n" + mark + "2\n"},
+       {"0:1|" + mark + '1',
+        "0:2|line 2, column 1: expected a value, found a byte order mark (U+FEFF)"}},
+      {"a mark before white space makes no document", kLine, 1, {mark + " \n"}, {}},
+      {"lines of a part are counted from its first, in the first input",
+       kLine,
+       7,
+       {mark + "1\n\n  ]\n", mark + "1\n"},
+       {"0:7|line 7, column 1: expected a value, found a byte order mark (U+FEFF)",
+        "0:9|line 9, column 3: expected a value, found ']'", "1:1|" + mark + '1'}},
+  };
+  for (const auto& row : rows) {
+    std::vector<std::string> paths;
+    for (const std::string& input : row.inputs) {
+      paths.push_back(file(std::to_string(paths.size()), input));
+    }
+    std::vector<std::string> found;
+    DocumentSource source(paths, row.unit, row.firstLine);
+    while (const std::optional<Document> document = source.next()) {
+      EXPECT_EQ(document->readError, "");
+      const std::string error = errorOf(*document);
+      found.push_back(document->name.substr(folder_.path().string().size() + 1) + '|' +
+                      (error.empty() ? document->text : error));
+    }
+    EXPECT_EQ(found, row.documents) << row.description;
+  }
 }
 
 TEST_F(InputTest, AnInputThatCannotBeReadIsADocumentThatSaysSo) {
@@ -149,29 +181,6 @@ TEST_F(InputTest, AReadThatFailsBehindALineKeepsItsReason) {
   EXPECT_FALSE(third);
 }
 
-TEST_F(InputTest, PlacesAreCountedInTheInput) {
-  const std::string path = file("lines", "1\n\n  ]\n");
-  const auto documents = all({path}, DocumentSource::Unit::kLine);
-  ASSERT_EQ(documents.size(), 2U);
-  EXPECT_EQ(errorOf(documents[0]), "");
-  EXPECT_EQ(errorOf(documents[1]), "line 3, column 3: expected a value, found ']'");
-}
-
-TEST_F(InputTest, LinesOfAPartAreCountedFromItsFirst) {
-  const std::string path = file("lines",
-                                "\xef\xbb\xbf"
-                                "1\n\n  ]\n");
-  DocumentSource source({path, path}, DocumentSource::Unit::kLine, 7);
-  const Document marked = *source.next();
-  EXPECT_EQ(marked.name, path + ":7");
-  EXPECT_EQ(errorOf(marked),
-            "line 7, column 1: expected a value, found a byte order mark (U+FEFF)");
-  EXPECT_EQ(errorOf(*source.next()), "line 9, column 3: expected a value, found ']'");
-  const Document second = *source.next();
-  EXPECT_EQ(second.name, path + ":1");
-  EXPECT_EQ(errorOf(second), "");
-}
-
 TEST_F(InputTest, DuplicateMembersAreCountedAndTheFirstIsNamed) {
   const std::string path = file("lines", R"({"a":1})"
                                          "\n\n"
@@ -191,24 +200,6 @@ TEST_F(InputTest, DuplicateMembersAreCountedAndTheFirstIsNamed) {
   EXPECT_EQ(found.place, path + ":3:3");
   EXPECT_EQ(found.describe(), R"(3 duplicate members in 2 documents, the first "é" at /0/é; )"
                               "the last of a name holds");
-}
-
-TEST_F(InputTest, AByteOrderMarkCountsOnlyAtTheStart) {
-  const std::string path = file("marked",
-                                "\xef\xbb\xbf"
-                                "1\n\xef\xbb\xbf"
-                                "2\n");
-  const auto documents = all({path}, DocumentSource::Unit::kLine);
-  ASSERT_EQ(documents.size(), 2U);
-  EXPECT_EQ(errorOf(documents[0]), "");
-  EXPECT_EQ(errorOf(documents[1]),
-            "line 2, column 1: expected a value, found a byte order mark (U+FEFF)");
-  const auto whole = all({file("whole", "\xef\xbb\xbf{}")}, DocumentSource::Unit::kWholeInput);
-  EXPECT_EQ(errorOf(whole.at(0)), "");
-}
-
-TEST_F(InputTest, AMarkBeforeWhiteSpaceMakesNoDocument) {
-  EXPECT_THAT(all({file("marked", "\xef\xbb\xbf \n")}, DocumentSource::Unit::kLine), IsEmpty());
 }
 
 TEST_F(InputTest, LinesOfAnyLengthArriveWhole) {

@@ -119,36 +119,6 @@ TEST(DocumentCheckTest, Hints) {
   for (const Row& row : rows) EXPECT_EQ(said(row.document), row.said) << row.document;
 }
 
-TEST(DocumentCheckTest, UnlikelyValues) {
-  const std::string spinner = R"({"className": "SpinnerControlNode", "context": {"data": {)";
-  const std::string comboBox = R"({"className": "LumoControlNode", "context": {"type": "comboBox",
-      "data": {"items": [{"label": "a", "value": "b"}], )";
-  const std::string button = R"({"className": "button", )";
-  const struct {
-    std::string document;
-    std::string unlikely;
-  } rows[] = {
-      {spinner + R"("minimum": 1, "maximum": 1, "step": 1, "defaultValue": 1}}})", ""},
-      {spinner + R"("minimum": 2, "maximum": 1}}})", "/context/data/maximum"},
-      {spinner + R"("step": 0}}})", "/context/data/step"},
-      {spinner + R"("minimum": 2, "defaultValue": 1}}})", "/context/data/defaultValue"},
-      {spinner + R"("maximum": 2, "defaultValue": 3}}})", "/context/data/defaultValue"},
-      {button + R"("startColumn": 0, "endColumn": 2, "text": "ab"})", ""},
-      {button + R"("startColumn": -1})", "/startColumn"},
-      {button + R"("endColumn": 1.5})", "/endColumn"},
-      {button + R"("startColumn": 2, "endColumn": 1})", "/endColumn"},
-      {button + R"("startColumn": 1, "endColumn": 3, "text": "ab"})", "/endColumn"},
-      {comboBox + R"("defaultValue": "b"}}})", ""},
-      {comboBox + R"("defaultValue": "c"}}})", "/context/data/defaultValue"},
-  };
-  for (const auto& row : rows) {
-    const bool likely = row.unlikely.empty();
-    EXPECT_EQ(said(row.document),
-              std::vector<std::string>(likely ? 0 : 1, "unlikely-value " + row.unlikely))
-        << row.document;
-  }
-}
-
 TEST(DocumentCheckTest, WithoutWarningsOnlyErrorsAreTold) {
   EXPECT_THAT(said(R"([{"controlId": "a"},
                        {"className": "SpinnerControlNode", "startColumn": "1", "other": 1}])",
