@@ -160,10 +160,10 @@ class Build {
 
   void createData() {
     hasData_ = true;
-    create(recordClass(kind_.record));
+    create(qualifiedDataClass(kind_.dataClass));
   }
 
-  /// Whether the record's fields are read.
+  /// Whether the fields are read.
   bool findData() {
     const Value* context = memberOf(json_, "context");
     const Value* data = context != nullptr ? memberOf(*context, "data") : nullptr;
@@ -190,10 +190,10 @@ class Build {
 
   Object& propertiesOf(const FieldSpec& field) {
     if (field.holder == FieldSpec::Holder::kNode) return node_;
-    return field.holder == FieldSpec::Holder::kPosition ? position_ : record_;
+    return field.holder == FieldSpec::Holder::kPosition ? position_ : dataObject_;
   }
 
-  /// What is set where a key is missing: in a record that is a value every property, and the anchor
+  /// What is set where a key is missing: in a struct every property, and the anchor
   /// in any case.
   void storeInitial(const FieldSpec& field) {
     if (kind_.shape == Shape::kTask) {
@@ -265,7 +265,7 @@ class Build {
       item["label"] = read<std::string>(memberOrUndefined(entry, "label"));
       item["item"] = read<std::string>(memberOrUndefined(entry, "value"));
       items.push_back(takeStray());
-      record_[field.property] = items;
+      dataObject_[field.property] = items;
     }
   }
 
@@ -275,15 +275,15 @@ class Build {
       Object& label = addStray("ComboboxItemLabel");
       label["label"] = read<std::string>(entry);
       labels.push_back(takeStray());
-      record_[field.property] = labels;
+      dataObject_[field.property] = labels;
     }
   }
 
   /// An element of its own, in a form that the value type chooses; with its linked variable, for
   /// which nobody tests.
   void storeDefault(const FieldSpec& field, const Value& value) {
-    const auto type = record_.find("valueType");
-    const bool isNumber = type != record_.end() && type->second == Value("Double");
+    const auto type = dataObject_.find("valueType");
+    const bool isNumber = type != dataObject_.end() && type->second == Value("Double");
     Object& element = addStray(isNumber ? "DoubleDefaultValueData" : "StringDefaultValueData");
     if (!isNumber) {
       element["defaultValue"] = read<std::string>(value);
@@ -292,7 +292,7 @@ class Build {
     }
     element["defaultLinkedVariable"] =
         read<std::string>(requiredMember(*data_, "defaultValueLinkedVariable"));
-    record_[field.property] = takeStray();
+    dataObject_[field.property] = takeStray();
   }
 
   void buildChildren(const FieldSpec& field, const Value& value) {
@@ -315,8 +315,8 @@ class Build {
   }
 
   Object& addStray(const std::string& className) {
-    create(recordClass(className));
-    strays_.emplace_back(Object{{"class", recordClass(className)}});
+    create(qualifiedDataClass(className));
+    strays_.emplace_back(Object{{"class", qualifiedDataClass(className)}});
     return *strays_.back().get_if<Object>();
   }
   Value takeStray() {
@@ -330,7 +330,7 @@ class Build {
     if (!hasNode_) return {};
     Object node = node_;
     if (isControl(kind_)) node["position"] = position_;
-    if (hasData_) node[kind_.slot] = record_;
+    if (hasData_) node[kind_.slot] = dataObject_;
     Array all = {node};
     all.insert(all.end(), strays_.begin(), strays_.end());
     return all;
@@ -353,7 +353,7 @@ class Build {
   std::vector<std::string> created_;
   Object node_{{"class", nodeClass(kind_.node)}};
   Object position_{{"class", nodeClass("LumoControlPosition")}};
-  Object record_{{"class", recordClass(kind_.record)}};
+  Object dataObject_{{"class", qualifiedDataClass(kind_.dataClass)}};
   bool hasNode_ = false;
   bool hasData_ = false;
   Array strays_;  // made, and contained in nothing yet

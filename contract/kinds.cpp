@@ -172,8 +172,8 @@ class Described {
     kind_.start = std::move(start);
     return *this;
   }
-  Described& keeps(std::string record, std::string slot) {
-    kind_.record = std::move(record);
+  Described& keeps(std::string dataClass, std::string slot) {
+    kind_.dataClass = std::move(dataClass);
     kind_.slot = std::move(slot);
     return *this;
   }
@@ -197,7 +197,7 @@ std::string nodeClass(const std::string& name) {
   return "document::gxzero::" + name;
 }
 
-std::string recordClass(const std::string& name) {
+std::string qualifiedDataClass(const std::string& name) {
   return "lumocode::contentmodel::gxzero::" + name;
 }
 

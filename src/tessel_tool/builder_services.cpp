@@ -69,8 +69,8 @@ std::string asJson(const Any& value) {
   return value.ToJSON();
 }
 
-Component componentOf(const dto::ComponentDescriptionDTO& description) {
-  Component component{description.name, description.serviceInterfaces, {}};
+ComponentDescription componentOf(const dto::ComponentDescriptionDTO& description) {
+  ComponentDescription component{description.name, description.serviceInterfaces, {}};
   for (const auto& [key, value] : description.properties) {
     component.properties.emplace(key, asJson(value));
   }
@@ -243,14 +243,14 @@ const std::vector<NamedBuilder>& BuilderServices::builders() {
   return builders_;
 }
 
-std::vector<Component> BuilderServices::published() const {
-  std::map<std::string, Component> described;
+std::vector<ComponentDescription> BuilderServices::published() const {
+  std::map<std::string, ComponentDescription> described;
   for (const auto& configuration : runtime_->configurations()) {
     described.emplace(configuration.description.name, componentOf(configuration.description));
   }
-  std::vector<Component> components;
+  std::vector<ComponentDescription> components;
   for (const PublishedBuilder& published : runtime_->published()) {
-    Component component;
+    ComponentDescription component;
     const auto found = described.find(published.componentName);
     if (found != described.end()) component = found->second;
     component.name = published.componentName;

@@ -21,7 +21,7 @@ class BundleError : public std::runtime_error {
 };
 
 /// A component of the bundle.
-struct Component {
+struct ComponentDescription {
   std::string name;
   std::vector<std::string> interfaces;
   std::map<std::string, std::string> properties;  ///< from the manifest; values as JSON text
@@ -35,7 +35,7 @@ struct MissingReference {
 };
 
 struct WaitingComponent {
-  Component component;
+  ComponentDescription component;
   std::vector<MissingReference> waitsFor;
 };
 
@@ -54,7 +54,7 @@ class BuilderServices {
   const std::vector<reference_host::importer::NamedBuilder>& builders();
 
   /// The components that are published as builders, in the order of the manifest.
-  std::vector<Component> published() const;
+  std::vector<ComponentDescription> published() const;
   /// The components of the bundle that are not published, in the order of the manifest.
   std::vector<WaitingComponent> waiting() const;
 

@@ -13,7 +13,7 @@ namespace {
 
 using reference_host::json::JsonWriter;
 
-void writeComponent(JsonWriter& writer, const Component& component) {
+void writeComponent(JsonWriter& writer, const ComponentDescription& component) {
   writer.key("component").value(component.name);
   writer.key("interfaces").beginArray();
   for (const std::string& interface : component.interfaces) writer.value(interface);
@@ -36,7 +36,7 @@ std::string asJson(const BuilderServices& services) {
   writer.beginObject();
   writer.key("bundle").value(services.bundleName());
   writer.key("published").beginArray();
-  for (const Component& component : services.published()) {
+  for (const ComponentDescription& component : services.published()) {
     writer.beginObject();
     writeComponent(writer, component);
     writer.endObject();
@@ -57,7 +57,7 @@ std::string asJson(const BuilderServices& services) {
   return out;
 }
 
-void appendComponent(std::string& out, const Component& component) {
+void appendComponent(std::string& out, const ComponentDescription& component) {
   out += "  " + visible(component.name) + '\n';
   for (const std::string& interface : component.interfaces) {
     out += "    interface " + visible(interface) + '\n';
@@ -69,10 +69,10 @@ void appendComponent(std::string& out, const Component& component) {
 
 std::string asText(const BuilderServices& services) {
   std::string out;
-  const std::vector<Component> published = services.published();
+  const std::vector<ComponentDescription> published = services.published();
   out +=
       std::to_string(published.size()) + " published by " + visible(services.bundleName()) + '\n';
-  for (const Component& component : published) appendComponent(out, component);
+  for (const ComponentDescription& component : published) appendComponent(out, component);
   const std::vector<WaitingComponent> waiting = services.waiting();
   if (waiting.empty()) return out;
   out += std::to_string(waiting.size()) + " not published\n";

@@ -40,18 +40,15 @@ void appendAsJson(std::string& out, const Refusal& refusal, bool oneLine) {
   out += '\n';
 }
 
-/// The value at the pointer; null when there is none.
-const Value* valueAtPointer(const Value& root, const std::string& pointer) {
-  if (!pointer.empty() && pointer.front() != '/') return nullptr;
-  return valueAt(root, pathTo(root, pointer));
-}
-
 /// Appends the explanation of a document, or of the value at a place in it.
 std::optional<Refusal> appendExplanation(std::string& out, Document& document,
                                          const Knowledge& knowledge,
                                          const ExplainOptions& options) {
   const Value root = document.parse();
-  const Value* value = valueAtPointer(root, options.pointer);
+  if (!options.pointer.empty() && options.pointer.front() != '/') {
+    return Refusal{"a pointer begins with /: " + options.pointer, {}};
+  }
+  const Value* value = valueAt(root, pathTo(root, options.pointer));
   if (value == nullptr) return Refusal{"there is no value at " + options.pointer, {}};
   Explanation explanation = explain(knowledge.builders(), *value);
   locateErrors(explanation, knowledge, *value, options.pointer, document);

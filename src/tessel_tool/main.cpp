@@ -3,7 +3,9 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cstdint>
 #include <exception>
+#include <limits>
 #include <new>
 #include <string>
 #include <string_view>
@@ -27,6 +29,8 @@ namespace tessel_tool {
 namespace {
 
 constexpr std::size_t kMostJobs = 256;
+/// So that a negative number, which the parser wraps, is none of them.
+constexpr std::size_t kMostLines = std::numeric_limits<std::int64_t>::max();
 
 /// What the command line asks for.
 struct CommandLine {
@@ -75,7 +79,8 @@ struct CommandLine {
     addFormat(*buildersCommand, "text");
 
     schemaCommand->add_flag("--strict", schemaOptions.strict,
-                            "Refuse class names, types and members that no builder knows, too");
+                            "Refuse types and members that no builder knows, too, and what "
+                            "looks like a control and is none");
     addWords(*schemaCommand, schemaOptions.wordFiles);
   }
 
@@ -95,7 +100,7 @@ struct CommandLine {
         .add_option("--first-line", options.firstLine,
                     "The number of the first line, where the input is part of a longer one")
         ->type_name("N")
-        ->check(CLI::Range(std::size_t{1}, std::numeric_limits<std::size_t>::max()).description(""))
+        ->check(CLI::Range(std::size_t{1}, kMostLines).description(""))
         ->needs(ndjson);
   }
 
@@ -166,12 +171,23 @@ struct CommandLine {
   SchemaOptions schemaOptions;
 };
 
+/// The command that is asked for; the tool itself where there is none.
+const CLI::App& commandOf(const CLI::App& app) {
+  const auto commands = app.get_subcommands();
+  return commands.empty() ? app : *commands.front();
+}
+
 /// What is wrong with a command line that holds more than is expected.
 std::string unexpected(const CLI::App& app) {
   std::string word = app.remaining(true).front();
   if (word.empty()) word = R"("")";
   if (!app.get_subcommands().empty() || word.front() == '-') {
-    return "The following argument was not expected: " + word;
+    const CLI::App& asked = commandOf(app);
+    std::vector<std::string> names;
+    for (const CLI::Option* option : asked.get_options()) names.push_back(option->get_name());
+    const std::string nearest = reference_host::diagnosis::nearestWord(word, names);
+    return "The following argument was not expected: " + word +
+           (nearest.empty() ? "" : "; did you mean " + nearest + '?');
   }
   std::vector<std::string> commands;
   std::string list;
@@ -198,8 +214,10 @@ bool asksForHelp(int argc, char** argv) {
 ExitStatus runCommandLine(int argc, char** argv) {
   CommandLine commandLine;
   bool help = asksForHelp(argc, argv);
-  const auto refuse = [](const std::string& reason) {
-    complain("usage", reason + "; see tessel --help");
+  const auto refuse = [&app = commandLine.app](const std::string& reason) {
+    const CLI::App& asked = commandOf(app);
+    const std::string command = &asked == &app ? "" : asked.get_name() + ' ';
+    complain("usage", reason + "; see tessel " + command + "--help");
     return ExitStatus::kUnusable;
   };
   try {

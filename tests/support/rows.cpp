@@ -31,11 +31,11 @@ Outcome Row::expected(const Kind& kind, const Value& object) const {
                      {"Found the context property", "Found the context.data property"});
     }
     outcome.records.insert(outcome.records.begin(), records.begin(), records.end());
-    Value record = record_;
-    record["class"] = contract::recordClass(kind.record);
+    Value dataObject = dataObject_;
+    dataObject["class"] = contract::qualifiedDataClass(kind.dataClass);
     node["class"] = contract::nodeClass(kind.node);
     node["position"]["class"] = contract::nodeClass("LumoControlPosition");
-    node[kind.slot.c_str()] = record;
+    node[kind.slot.c_str()] = dataObject;
   }
   std::replace(outcome.records.begin(), outcome.records.end(), kDump,
                foundation::json::pretty_print(object));

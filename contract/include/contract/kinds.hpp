@@ -21,7 +21,7 @@ enum class Rule {
 enum class Shape {
   kGuarded,    ///< a control whose data is read if "context" and "data" are there
   kUnguarded,  ///< a control whose data is read in any case
-  kTask,       ///< a flat object whose keys feed one record that is a value
+  kTask,       ///< a flat object whose keys feed one struct
   kHeader,     ///< a line with children
 };
 
@@ -73,8 +73,8 @@ struct Kind {
   std::string asked;  ///< the log record of a recognition
   std::string start;  ///< the log record at the start of a build
   std::string node;
-  std::string slot;  ///< the node's property that holds the record
-  std::string record;
+  std::string slot;  ///< the node's property that holds the data object
+  std::string dataClass;
   Shape shape;
   std::vector<FieldSpec> fields;  ///< in reading order, those of every control included
 };
@@ -99,8 +99,8 @@ inline bool isGeneric(const Kind& kind) {
   return kind.rule == Rule::kTypeWord || kind.rule == Rule::kTypeWordOrClassName;
 }
 
-/// The qualified name of a class of nodes, and of one of records.
+/// The qualified name of a class of nodes, and one of data objects.
 std::string nodeClass(const std::string& name);
-std::string recordClass(const std::string& name);
+std::string qualifiedDataClass(const std::string& name);
 
 }  // namespace contract

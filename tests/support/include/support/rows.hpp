@@ -27,14 +27,14 @@ class Row {
   /// The whole object; then `node` and all log records are given as well.
   Row& object(std::string_view text) { return value(json(text)); }
   Row& value(foundation::json::Value object) { return with(object_, std::move(object)); }
-  /// The "data" of a control that has nothing else; then `record` is enough, and the log records
-  /// begin after those for "context" and "data".
+  /// The "data" of a control that has nothing else; then `dataObject` is enough, and the log
+  /// records begin after those for "context" and "data".
   Row& data(std::string_view text) { return with(data_, text); }
 
   /// The node; when the build fails, what is left of it.
   Row& node(std::string_view text) { return with(node_, json(text)); }
-  /// The record's properties, without its class.
-  Row& record(std::string_view text) { return with(record_, json(text)); }
+  /// The data object's properties, without its class.
+  Row& dataObject(std::string_view text) { return with(dataObject_, json(text)); }
   /// A further root of the model.
   Row& stray(std::string_view text) { return with(strays_.emplace_back(), json(text)); }
   Row& error(std::string text) { return with(error_, std::move(text)); }
@@ -59,7 +59,7 @@ class Row {
   foundation::json::Value object_;
   std::string data_;
   foundation::json::Value node_;
-  foundation::json::Value record_ = foundation::json::Value::Object();
+  foundation::json::Value dataObject_ = foundation::json::Value::Object();
   foundation::json::Value::Array strays_;
   std::string error_;
   Records records_;

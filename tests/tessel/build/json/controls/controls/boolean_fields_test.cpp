@@ -43,7 +43,7 @@ TEST(CheckBoxBuilder, SetsItsFieldsInReadingOrder) {
            .records({"Found the defaultValue property"}),
        Row("a linked variable that is a flag: the default value stays")
            .data(R"({"defaultValueLinkedVariable":false,"defaultValue":true})")
-           .record(R"({"defaultValue":true})")
+           .dataObject(R"({"defaultValue":true})")
            .error("invalid conversion: bool to string")
            .records({"Found the defaultValue property", "Set the defaultValue property",
                      "Found the defaultValueLinkedVariable property"}),

@@ -66,7 +66,7 @@ TEST(ButtonBuilder, SetsTheFieldsOfEveryControlInReadingOrder) {
            .records({kStart, kDump}),
        Row("a numeric label: the execution model stays")
            .data(R"({"executionModel":"all","text":5})")
-           .record(R"({"executionModel":"all"})")
+           .dataObject(R"({"executionModel":"all"})")
            .error("invalid conversion: double to string")
            .records({"Found the executionModel property", "Set the executionModel property",
                      "Found the label property"})});

@@ -48,7 +48,7 @@ TEST(ComboboxBuilder, AFailingEntryStaysInTheModelUnattached) {
       {Row("an item whose value is missing; what is behind it is not read")
            .data(R"({"items":[{"label":"A","value":"x"},{"label":"B"},{"label":"C","value":"z"}],
                "itemLabels":["one"]})")
-           .record(R"({"items":[
+           .dataObject(R"({"items":[
                {"class":"lumocode::contentmodel::gxzero::ComboboxItem","label":"A","item":"x"}]})")
            .stray(R"({"class":"lumocode::contentmodel::gxzero::ComboboxItem","label":"B"})")
            .error("invalid conversion: undefined to string")
@@ -60,7 +60,7 @@ TEST(ComboboxBuilder, AFailingEntryStaysInTheModelUnattached) {
            .records({"Found the items property", "Got items ka array"}),
        Row("a label that is a number")
            .data(R"({"itemLabels":["a",2,"c"]})")
-           .record(R"({"itemLabels":[
+           .dataObject(R"({"itemLabels":[
                {"class":"lumocode::contentmodel::gxzero::ComboboxItemLabel","label":"a"}]})")
            .stray(R"({"class":"lumocode::contentmodel::gxzero::ComboboxItemLabel"})")
            .error("invalid conversion: double to string")

@@ -39,7 +39,7 @@ TEST(EditFieldBuilder, AttachesANumberForTheValueTypeDouble) {
                      "Found the defaultValueData property", "Set the defaultValue property"}),
        Row("text that spells a number leaves the value unset without an error")
            .data(R"({"valueType":"Double","defaultValue":"2.5","defaultValueLinkedVariable":"x"})")
-           .record(R"({"valueType":"Double","defaultValueData":{
+           .dataObject(R"({"valueType":"Double","defaultValueData":{
                "class":"lumocode::contentmodel::gxzero::DoubleDefaultValueData",
                "defaultLinkedVariable":"x"}})")
            .records(kWholeRecords)});
@@ -50,19 +50,19 @@ TEST(EditFieldBuilder, AttachesATextForEveryOtherValueType) {
       kBuilder,
       {Row("a value type that is nearly the word")
            .data(R"({"defaultValueLinkedVariable":"","valueType":"double","defaultValue":"abc"})")
-           .record(R"({"valueType":"double","defaultValueData":{
+           .dataObject(R"({"valueType":"double","defaultValueData":{
                "class":"lumocode::contentmodel::gxzero::StringDefaultValueData",
                "defaultLinkedVariable":"","defaultValue":"abc"}})")
            .records(kWholeRecords),
        Row("a number, which is no text")
            .data(R"({"defaultValueLinkedVariable":"","valueType":"Doubles","defaultValue":2.5})")
-           .record(R"({"valueType":"Doubles"})")
+           .dataObject(R"({"valueType":"Doubles"})")
            .stray(R"({"class":"lumocode::contentmodel::gxzero::StringDefaultValueData"})")
            .error("invalid conversion: double to string")
            .records(kUpToDefaultValue),
        Row("without a value type")
            .data(R"({"defaultValue":"","defaultValueLinkedVariable":"v"})")
-           .record(R"({"defaultValueData":{
+           .dataObject(R"({"defaultValueData":{
                "class":"lumocode::contentmodel::gxzero::StringDefaultValueData",
                "defaultLinkedVariable":"v","defaultValue":""}})")
            .records({"Found the defaultValueData property", "Set the defaultValue property"}),
@@ -77,18 +77,18 @@ TEST(EditFieldBuilder, TheLinkedVariableGoesWithTheDefaultValueByContract) {
       kBuilder,
       {Row("alone it is not even read")
            .data(R"({"valueType":"Double","defaultValueLinkedVariable":7})")
-           .record(R"({"valueType":"Double"})")
+           .dataObject(R"({"valueType":"Double"})")
            .records({"Found the valueType property", "Set the valueType property"}),
        Row("missing: the element holds its text and stays unattached")
            .data(R"({"valueType":"String","defaultValue":"abc"})")
-           .record(R"({"valueType":"String"})")
+           .dataObject(R"({"valueType":"String"})")
            .stray(R"({"class":"lumocode::contentmodel::gxzero::StringDefaultValueData",
                "defaultValue":"abc"})")
            .error("invalid conversion: undefined to string")
            .records(kUpToDefaultValue),
        Row("of another type: the element holds its number and stays unattached")
            .data(R"({"valueType":"Double","defaultValue":2.5,"defaultValueLinkedVariable":null})")
-           .record(R"({"valueType":"Double"})")
+           .dataObject(R"({"valueType":"Double"})")
            .stray(R"({"class":"lumocode::contentmodel::gxzero::DoubleDefaultValueData",
                "defaultValue":2.5})")
            .error("invalid conversion: null to string")

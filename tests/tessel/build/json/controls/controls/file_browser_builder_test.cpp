@@ -44,14 +44,14 @@ TEST(FileBrowserBuilder, SetsItsTypeAndItsDefaultValue) {
                             "Set the defaultValue property"}),
               Row("no default value")
                   .data(R"({"browserType":""})")
-                  .record(R"({"browserType":""})")
+                  .dataObject(R"({"browserType":""})")
                   .records({"Set the browserType property"}),
               Row("a type that is a number")
                   .data(R"({"browserType":7})")
                   .error("invalid conversion: double to string"),
               Row("a default value that is null: the type stays")
                   .data(R"({"browserType":"file","defaultValue":null})")
-                  .record(R"({"browserType":"file"})")
+                  .dataObject(R"({"browserType":"file"})")
                   .error("invalid conversion: null to string")
                   .records({"Set the browserType property", "Found the defaultValue property"})});
 }

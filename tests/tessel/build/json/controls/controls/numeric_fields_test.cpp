@@ -48,7 +48,7 @@ TEST(SliderBuilder, SetsItsFieldsInReadingOrder) {
                      "Found the context property"}),
        Row("a minimum above the maximum and a negative step are stored unchanged")
            .data(R"({"minimum":10,"maximum":0,"step":-1})")
-           .record(R"({"min":10,"max":0,"step":-1})")
+           .dataObject(R"({"min":10,"max":0,"step":-1})")
            .records({"Found the min property", "Set the min property", "Found the max property",
                      "Set the max property", "Found the step property", "Set the step property"}),
        Row("a linked maximum that fails has one record")
@@ -94,7 +94,7 @@ TEST(RangeSliderBuilder, ItsDefaultValueIsTextByContract) {
            .data(R"({"defaultValue":2,"executionOn":"drag","minimum":0,"maximum":10,"step":1,
                "defaultValueLinkedVariable":"d","minLinkedVariable":"lo",
                "maxLinkedVariable":"hi","stepLinkedVariable":"by"})")
-           .record(R"({"executeOn":"drag","min":0,"max":10,"step":1,"defaultLinkedVariable":"d",
+           .dataObject(R"({"executeOn":"drag","min":0,"max":10,"step":1,"defaultLinkedVariable":"d",
                "minimumLinkedVariable":"lo","maximumLinkedVariable":"hi",
                "stepLinkedVariable":"by"})")
            .error("invalid conversion: double to string")

@@ -46,12 +46,12 @@ TEST(ColorPickerBuilder, SetsItsFormatAndItsDefaultValue) {
            .error("invalid conversion: double to object"),
        Row("the common fields come before a format that fails")
            .data(R"({"text":"Shown","colorFormat":null})")
-           .record(R"({"label":"Shown"})")
+           .dataObject(R"({"label":"Shown"})")
            .error("invalid conversion: null to string")
            .records({"Found the label property", "Set the label property"}),
        Row("a default value that is a number: the format stays")
            .data(R"({"colorFormat":"höx","defaultValue":1})")
-           .record(R"({"colorFormat":"höx"})")
+           .dataObject(R"({"colorFormat":"höx"})")
            .error("invalid conversion: double to string")
            .records({"Set the colorFormat property", "Found the defaultValue property"})});
 }
