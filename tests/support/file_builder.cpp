@@ -5,6 +5,8 @@
 #include <zip.h>
 
 #include <cstring>
+#include <fstream>
+#include <iterator>
 #include <stdexcept>
 
 namespace service_runtime_test {
@@ -81,30 +83,25 @@ std::string elfImage(const std::vector<ElfSection>& sections,
   return bytes;
 }
 
-std::string zipArchive(const std::vector<std::pair<std::string, std::string>>& entries) {
-  zip_error_t error{};
-  zip_source_t* const memory = zip_source_buffer_create(nullptr, 0, 0, &error);
-  zip_t* const archive = zip_open_from_source(memory, ZIP_TRUNCATE, &error);
-  if (!archive) throw std::runtime_error(zip_error_strerror(&error));
-  zip_source_keep(memory);
+std::string zipArchive(const std::vector<std::pair<std::string, std::string>>& entries,
+                       Packing packing) {
+  const MemoryFile file("");
+  const zipFile archive = zipOpen64(file.path().c_str(), APPEND_STATUS_CREATE);
+  const auto require = [](bool holds) {
+    if (!holds) throw std::runtime_error("cannot make an archive");
+  };
+  require(archive != nullptr);
   for (const auto& [path, content] : entries) {
-    zip_source_t* const source = zip_source_buffer(archive, content.data(), content.size(), 0);
-    if (zip_file_add(archive, path.c_str(), source, 0) < 0) {
-      throw std::runtime_error(zip_strerror(archive));
-    }
+    const zip_fileinfo info{};
+    require(zipOpenNewFileInZip64(archive, path.c_str(), &info, nullptr, 0, nullptr, 0, nullptr,
+                                  static_cast<int>(packing), Z_DEFAULT_COMPRESSION, 0) == ZIP_OK &&
+            zipWriteInFileInZip(archive, content.data(),
+                                static_cast<unsigned int>(content.size())) == ZIP_OK &&
+            zipCloseFileInZip(archive) == ZIP_OK);
   }
-  if (zip_close(archive) != 0) throw std::runtime_error(zip_strerror(archive));
-
-  zip_stat_t stat{};
-  std::string bytes;
-  if (zip_source_stat(memory, &stat) != 0 || zip_source_open(memory) != 0) {
-    throw std::runtime_error("cannot read the archive back");
-  }
-  bytes.resize(static_cast<std::size_t>(stat.size));
-  zip_source_read(memory, bytes.data(), bytes.size());
-  zip_source_close(memory);
-  zip_source_free(memory);
-  return bytes;
+  require(zipClose(archive, nullptr) == ZIP_OK);
+  std::ifstream bytes(file.path(), std::ios::binary);
+  return {std::istreambuf_iterator<char>(bytes), {}};
 }
 
 std::vector<ElfSection> bundleSections(const std::string& archive) {

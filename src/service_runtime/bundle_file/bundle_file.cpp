@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 #include <system_error>
+#include <utility>
 
 #include "bundle_file/library_data.hpp"
 #include "bundle_file/resource_archive.hpp"
@@ -29,12 +30,12 @@ void requireFile(const std::filesystem::path& path) {
 
 BundleFile readBundleFile(const std::filesystem::path& path) {
   requireFile(path);
-  const LibraryData data = readLibraryData(path);
+  LibraryData data = readLibraryData(path);
   if (data.marker != TESSEL_EMBEDDED_RUNTIME_MARKER) {
     throw std::runtime_error("was built for another version of the embedded service runtime than " +
                              std::string(TESSEL_EMBEDDED_RUNTIME_MARKER));
   }
-  const ManifestFile file = readManifestFile(data.archive);
+  const ManifestFile file = readManifestFile(std::move(data.archive));
   BundleFile bundle{file.text, parseManifest(file.text)};
   if (file.folder != bundle.manifest.symbolicName) {
     throw std::runtime_error("its manifest.json is in the folder \"" + file.folder + "\", not \"" +

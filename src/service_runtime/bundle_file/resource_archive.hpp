@@ -14,8 +14,8 @@ struct ManifestFile {
 
 /// Takes the manifest out of a zip archive that has one folder, with manifest.json in it. The bytes
 /// are not trusted; the manifest may have up to 4 MiB.
-/// @throws std::runtime_error if `archive` is no such archive
-ManifestFile readManifestFile(const std::string& archive);
+/// @throws std::runtime_error if these are the bytes of no such archive
+ManifestFile readManifestFile(std::string bytes);
 
 }  // namespace detail
 }  // namespace embedded_v1

@@ -29,10 +29,23 @@ std::string archived(const std::vector<std::pair<std::string, std::string>>& ent
   return elfImage(bundleSections(zipArchive(entries)));
 }
 
-/// A good bundle with one byte of the archive changed, at that distance from a mark.
-std::string archivedWithByte(const char* mark, std::size_t distance, char value) {
-  std::string archive = zipArchive({{"crafted/manifest.json", kCraftedManifest}});
-  archive.at(archive.find(mark) + distance) = value;
+/// A byte of an archive, at that distance from a mark.
+struct ArchiveByte {
+  const char* mark;
+  std::size_t distance;
+  char value;
+};
+constexpr auto kOwnHeader = "PK\3\4";  // in front of the content
+constexpr auto kDirectory = "PK\1\2";
+constexpr auto kEnd = "PK\5\6";
+
+/// A good bundle with some bytes of the archive changed.
+std::string archivedWith(const std::vector<ArchiveByte>& bytes,
+                         Packing packing = Packing::kStored) {
+  std::string archive = zipArchive({{"crafted/manifest.json", kCraftedManifest}}, packing);
+  for (const ArchiveByte& byte : bytes) {
+    archive.at(archive.find(byte.mark) + byte.distance) = byte.value;
+  }
   return elfImage(bundleSections(archive));
 }
 
@@ -40,7 +53,8 @@ TEST(BundleFileReader, ReadsAGoodBundle) {
   const std::string bytes[] = {craftedBundle(kCraftedManifest),
                                archived({{"crafted/", ""},
                                          {"crafted/text/readme.txt", "other resources"},
-                                         {"crafted/manifest.json", kCraftedManifest}})};
+                                         {"crafted/manifest.json", kCraftedManifest}}),
+                               archivedWith({}, Packing::kDeflated)};
   for (const std::string& good : bytes) {
     const auto file = readBundleFile(MemoryFile(good).path());
     EXPECT_EQ(file.manifestText, kCraftedManifest);
@@ -126,9 +140,14 @@ TEST(BundleFileReader, RefusesWrongSections) {
 
 TEST(BundleFileReader, RefusesAWrongArchive) {
   expectRefusals(
-      {{"empty", elfImage(bundleSections("")), "its resources hold no manifest.json"},
+      {{"empty", elfImage(bundleSections("")), "its resources are no zip archive"},
        {"no archive", elfImage(bundleSections("words, words, words, words")),
-        "its resources are no zip archive: Not a zip archive"},
+        "its resources are no zip archive"},
+       {"more entries than the directory has", archivedWith({{kEnd, 10, 2}}),
+        "its resources are no zip archive"},
+       {"too many entries",
+        archivedWith({{kEnd, 8, 0x7F}, {kEnd, 9, 0x7F}, {kEnd, 10, 0x7F}, {kEnd, 11, 0x7F}}),
+        "its resources have too many entries"},
        {"no manifest", archived({{"crafted/other.json", "{}"}}),
         "its resources hold no manifest.json"},
        {"manifest deeper", archived({{"crafted/in/manifest.json", "{}"}}),
@@ -145,22 +164,25 @@ TEST(BundleFileReader, RefusesAWrongArchive) {
        {"manifest too long",
         archived({{"crafted/manifest.json", std::string((4U << 20U) + 1, ' ')}}),
         "its manifest.json is too long"},
-       // The manifest is stored as it is, since compressing it gains nothing.
-       {"wrong checksum", archivedWithByte("symbolic", 0, 'S'),
+       {"wrong checksum", archivedWith({{"symbolic", 0, 'S'}}),
         "its manifest.json cannot be unpacked: CRC error"},
        // The length of the extra field in the entry's own header: the content begins behind it.
-       {"content cut off", archivedWithByte("PK\3\4", 28, 100),
+       {"content cut off", archivedWith({{kOwnHeader, 29, 1}}),
         "its manifest.json cannot be unpacked: Premature end of file"},
-       // The length in the archive's directory, which libzip takes as it is.
-       {"content longer than its length", archivedWithByte("PK\1\2", 24, 20),
-        "its manifest.json cannot be unpacked: it is not as long as the archive says"},
-       {"content shorter than its length", archivedWithByte("PK\1\2", 24, 100),
+       {"headers that differ in the length", archivedWith({{kDirectory, 24, 20}}),
         "its manifest.json cannot be unpacked: Zip archive inconsistent"},
-       // The way of compressing, in the directory too.
-       {"content that is not compressed", archivedWithByte("PK\1\2", 10, 8),
+       {"content longer than its length",
+        archivedWith({{kOwnHeader, 22, 20}, {kDirectory, 24, 20}}),
+        "its manifest.json cannot be unpacked: CRC error"},
+       {"content shorter than its length",
+        archivedWith({{kOwnHeader, 22, 100}, {kDirectory, 24, 100}}),
+        "its manifest.json cannot be unpacked: it is not as long as the archive says"},
+       {"content that is not compressed", archivedWith({{kOwnHeader, 8, 8}, {kDirectory, 10, 8}}),
         "its manifest.json cannot be unpacked: Zlib error: data error"},
-       // A flag, in the directory too.
-       {"encrypted content", archivedWithByte("PK\1\2", 8, 1),
+       {"content compressed in another way",
+        archivedWith({{kOwnHeader, 8, 12}, {kDirectory, 10, 12}}),
+        "its manifest.json cannot be unpacked: Compression method not supported"},
+       {"encrypted content", archivedWith({{kOwnHeader, 6, 1}, {kDirectory, 8, 1}}),
         "its manifest.json cannot be unpacked: No password provided"},
        {"wrong manifest", craftedBundle("{}"), "manifest.json: bundle.symbolic_name: missing"}});
 }

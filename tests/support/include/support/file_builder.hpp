@@ -38,8 +38,12 @@ std::string elfImage(
     const std::vector<ElfSection>& sections,
     const std::function<void(ElfW(Ehdr) &, std::vector<ElfW(Shdr)>&)>& edit = nullptr);
 
+/// How the content of an entry lies in an archive, by the numbers of the zip format.
+enum class Packing { kStored = 0, kDeflated = 8 };
+
 /// The bytes of a zip archive with these entries: path and content.
-std::string zipArchive(const std::vector<std::pair<std::string, std::string>>& entries);
+std::string zipArchive(const std::vector<std::pair<std::string, std::string>>& entries,
+                       Packing packing = Packing::kStored);
 
 /// The sections of a bundle with that archive, for this runtime.
 std::vector<ElfSection> bundleSections(const std::string& archive);
