@@ -1,6 +1,5 @@
 #include "reference_host/json/text_writer.hpp"
 
-#include <unicode/uchar.h>
 #include <unicode/utf16.h>
 #include <unicode/utf8.h>
 
@@ -8,6 +7,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -21,7 +21,6 @@ namespace {
 using foundation::json::Value;
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
-constexpr UChar32 kReplacementCodePoint = 0xFFFD;
 constexpr std::size_t kDeepestIndent = 50;
 
 /// A comma and the longest start of a line behind it.
@@ -143,9 +142,23 @@ bool isUnsafeToShow(std::int32_t codePoint) {
          (codePoint >= 0x2066 && codePoint <= 0x2069);
 }
 
+struct CodePointRange {
+  std::int32_t first;
+  std::int32_t last;
+};
+
+/// What is unsafe to show, and Unicode's White_Space and Default_Ignorable_Code_Point.
+constexpr CodePointRange kInvisible[] = {
+    {0x00, 0x20},      {0x7F, 0xA0},     {0xAD, 0xAD},     {0x34F, 0x34F},     {0x61C, 0x61C},
+    {0x115F, 0x1160},  {0x1680, 0x1680}, {0x17B4, 0x17B5}, {0x180B, 0x180F},   {0x2000, 0x200F},
+    {0x2028, 0x202F},  {0x205F, 0x206F}, {0x3000, 0x3000}, {0x3164, 0x3164},   {0xFE00, 0xFE0F},
+    {0xFEFF, 0xFEFF},  {0xFFA0, 0xFFA0}, {0xFFF0, 0xFFF8}, {0x1BCA0, 0x1BCA3}, {0x1D173, 0x1D17A},
+    {0xE0000, 0xE0FFF}};
+
 bool showsNothing(std::int32_t codePoint) {
-  return isUnsafeToShow(codePoint) || u_hasBinaryProperty(codePoint, UCHAR_WHITE_SPACE) != 0 ||
-         u_hasBinaryProperty(codePoint, UCHAR_DEFAULT_IGNORABLE_CODE_POINT) != 0;
+  return std::any_of(std::begin(kInvisible), std::end(kInvisible), [=](const auto& range) {
+    return range.first <= codePoint && codePoint <= range.last;
+  });
 }
 
 bool isHexadecimal(char character) {
@@ -213,8 +226,7 @@ void appendText(std::string& out, std::u16string_view utf16) {
       ++index;
     } else {
       UChar32 codePoint = 0;
-      U16_NEXT(utf16, index, utf16.size(), codePoint);
-      if (U_IS_SURROGATE(codePoint)) codePoint = kReplacementCodePoint;
+      U16_NEXT_OR_FFFD(utf16, index, utf16.size(), codePoint);
       U8_APPEND_UNSAFE(piece, length, codePoint);
     }
   }

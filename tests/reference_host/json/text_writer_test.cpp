@@ -1,11 +1,16 @@
 #include "reference_host/json/text_writer.hpp"
 
 #include <gtest/gtest.h>
+#include <unicode/uchar.h>
+#include <unicode/utf16.h>
+#include <unicode/utf8.h>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
+#include <ios>
 #include <limits>
 #include <string>
 #include <string_view>
@@ -132,6 +137,24 @@ constexpr TextRow kPointerRows[] = {
 
 TEST(AppendVisibleTest, PointersWithBlankTokensAreQuoted) {
   expectWritten(kPointerRows, reference_host::json::appendVisiblePointer);
+}
+
+TEST(AppendVisibleTest, EveryCodePointThatShowsNothingMakesABlankToken) {
+  for (UChar32 codePoint = 0x80; codePoint <= UCHAR_MAX_VALUE; ++codePoint) {
+    if (U_IS_SURROGATE(codePoint)) continue;
+    std::string pointer = "/";
+    std::array<char, U8_MAX_LENGTH> utf8;
+    std::size_t length = 0;
+    U8_APPEND_UNSAFE(utf8, length, codePoint);
+    pointer.append(utf8.data(), length);
+    std::string out;
+    reference_host::json::appendVisiblePointer(out, pointer);
+    const bool showsNothing =
+        u_charType(codePoint) == U_CONTROL_CHAR ||
+        u_hasBinaryProperty(codePoint, UCHAR_WHITE_SPACE) != 0 ||
+        u_hasBinaryProperty(codePoint, UCHAR_DEFAULT_IGNORABLE_CODE_POINT) != 0;
+    ASSERT_EQ(out.front() == '"', showsNothing) << std::hex << codePoint;
+  }
 }
 
 constexpr TextRow kByteRows[] = {
