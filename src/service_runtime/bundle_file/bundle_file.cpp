@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "bundle_file/library_data.hpp"
-#include "bundle_file/resource_archive.hpp"
 
 namespace cppmicroservices {
 inline namespace embedded_v1 {
@@ -28,14 +27,18 @@ void requireFile(const std::filesystem::path& path) {
 
 }  // namespace
 
-BundleFile readBundleFile(const std::filesystem::path& path) {
+ManifestFile readUnparsedManifest(const std::filesystem::path& path) {
   requireFile(path);
   LibraryData data = readLibraryData(path);
   if (data.marker != TESSEL_EMBEDDED_RUNTIME_MARKER) {
     throw std::runtime_error("was built for another version of the embedded service runtime than " +
                              std::string(TESSEL_EMBEDDED_RUNTIME_MARKER));
   }
-  const ManifestFile file = readManifestFile(std::move(data.archive));
+  return readManifestFile(std::move(data.archive));
+}
+
+BundleFile readBundleFile(const std::filesystem::path& path) {
+  const ManifestFile file = readUnparsedManifest(path);
   BundleFile bundle{file.text, parseManifest(file.text)};
   if (file.folder != bundle.manifest.symbolicName) {
     throw std::runtime_error("its manifest.json is in the folder \"" + file.folder + "\", not \"" +

@@ -181,7 +181,9 @@ std::vector<CoreBundleContext::ComponentPtr> CoreBundleContext::takeUpComponents
   if (!bundle->library) {
     // Only what was examined is loaded.
     auto library = at(bundle->location, [&] {
-      if (detail::readBundleFile(bundle->path).manifestText != bundle->file.manifestText) {
+      const detail::ManifestFile now = detail::readUnparsedManifest(bundle->path);
+      if (now.text != bundle->file.manifestText ||
+          now.folder != bundle->file.manifest.symbolicName) {
         throw std::runtime_error("has changed since it was installed");
       }
       return std::make_shared<SharedLibrary>(bundle->path);
