@@ -230,8 +230,10 @@ class Process(ProcessTest):
                     tool.write_bytes(pathlib.Path(TOOL).read_bytes())
                 tool.chmod(0o755)
                 (root / folder / BUNDLE.name).write_bytes(BUNDLE.read_bytes())
+                # The tool finds its other libraries from where it lies, too.
                 done = subprocess.run([tool, "builders"], capture_output=True, timeout=SECONDS,
-                                      check=False, cwd="/")
+                                      check=False, cwd="/",
+                                      env={**os.environ, "LD_LIBRARY_PATH": str(BUNDLE.parent)})
                 if place == "nowhere":
                     self.assertEqual(done.stdout, b"")
                     self.assert_failed(done, 2, f"tessel: {BUNDLE.name}: there is no such bundle in "
