@@ -13,6 +13,10 @@ if(NOT MSVC)
   # go without the procedure linkage table.
   add_compile_options(-fno-semantic-interposition -fno-plt)
 endif()
+if(UNIX AND NOT APPLE)
+  # Nor are the addresses of its own functions, in its tables of virtual functions, looked up by name.
+  add_link_options(LINKER:-Bsymbolic-functions)
+endif()
 
 # Without optimisation simdjson adds checks of its callers, with memory whose allocation it does not check.
 add_compile_definitions(SIMDJSON_DEVELOPMENT_CHECKS=0)
