@@ -137,7 +137,7 @@ void appendAnswer(std::string& out, const BuilderAnswer& answer) {
   } else {
     out += ": error, " + visible(answer.error) + '\n';
   }
-  appendRecords(out, answer.log, "    ");
+  for (const std::string& record : answer.log) appendRecord(out, record);
 }
 
 std::string countOf(std::size_t others, std::size_t all) {
@@ -148,7 +148,7 @@ std::string countOf(std::size_t others, std::size_t all) {
 void appendBuild(std::string& out, const BuildOutcome& build, const std::string& builder) {
   Exporter exporter;
   out += "build by " + visible(shortName(builder)) + '\n';
-  appendRecords(out, build.log, "    ");
+  for (const std::string& record : build.log) appendRecord(out, record);
   if (build.error) {
     out += "  failed: " + visible(*build.error) + '\n';
   } else if (!build.node) {

@@ -15,6 +15,7 @@ namespace {
 
 using reference_host::diagnosis::Knowledge;
 using reference_host::exporting::Exporter;
+using reference_host::exporting::PartEnds;
 using reference_host::importer::ImportError;
 using reference_host::importer::OnError;
 using reference_host::importer::Step;
@@ -120,10 +121,7 @@ void appendAsJson(std::string& out, const ImportAnswer& answer, bool oneLine, Ex
   writer.beginObject();
   writer.key("document").value(reference_host::json::withBytesEscaped(answer.document));
   writer.key("nodes").beginArray();
-  for (const auto& node : answer.result.nodes) {
-    exporter.writeJson(writer, node);
-    partEnds();
-  }
+  for (const auto& node : answer.result.nodes) exporter.writeJson(writer, node, partEnds);
   writer.endArray();
   writer.key("errors").beginArray();
   if (!answer.failure.empty()) writeFailure(writer, answer);
@@ -150,15 +148,15 @@ void appendAsTree(std::string& out, const ImportAnswer& answer, Exporter& export
                   const PartEnds& partEnds) {
   if (!answer.failure.empty()) return;
   out += visible(answer.document) + '\n';
-  for (const auto& node : answer.result.nodes) {
-    exporter.appendTree(out, node, 1);
-    partEnds();
-  }
+  for (const auto& node : answer.result.nodes) exporter.appendTree(out, node, 1, partEnds);
   out += answer.told;
   partEnds();
   if (answer.log) {
     out += "  log\n";
-    appendRecords(out, *answer.log, "    ");
+    for (const std::string& record : *answer.log) {
+      appendRecord(out, record);
+      partEnds();
+    }
   }
   const Summary& summary = answer.result.summary;
   out += "  " + std::to_string(summary.objects) +

@@ -3,7 +3,6 @@
 /// @file
 /// The import of one document, and what is written about it.
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -39,17 +38,17 @@ struct ImportAnswer {
 ImportAnswer importOne(const reference_host::diagnosis::Knowledge& knowledge, Document& document,
                        reference_host::importer::OnError onError, bool withLog, Tell tell);
 
-/// Called between the parts of an answer, when what there is of it may be taken away.
-using PartEnds = std::function<void()>;
-
 /// Appends the answer as a JSON object and a line feed.
 /// @param oneLine one line without white space, else indented.
+/// @param partEnds called behind each element, error and record.
 void appendAsJson(std::string& out, const ImportAnswer& answer, bool oneLine,
-                  reference_host::exporting::Exporter& exporter, const PartEnds& partEnds);
+                  reference_host::exporting::Exporter& exporter,
+                  const reference_host::exporting::PartEnds& partEnds);
 
 /// Appends the answer as indented text: nodes, errors, records and counts. A document that has
 /// failed as a whole has none of them and is left out.
 void appendAsTree(std::string& out, const ImportAnswer& answer,
-                  reference_host::exporting::Exporter& exporter, const PartEnds& partEnds);
+                  reference_host::exporting::Exporter& exporter,
+                  const reference_host::exporting::PartEnds& partEnds);
 
 }  // namespace tessel_tool

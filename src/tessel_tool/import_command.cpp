@@ -24,6 +24,7 @@ namespace tessel_tool {
 namespace {
 
 using reference_host::exporting::Exporter;
+using reference_host::exporting::PartEnds;
 
 /// A message for standard error, and how much of the results goes before it.
 struct Complaint {

@@ -19,20 +19,16 @@ std::string visible(std::string_view text) {
   return line;
 }
 
-void appendRecords(std::string& out, const std::vector<std::string>& records,
-                   std::string_view indent) {
-  for (const std::string& record : records) {
-    std::string_view rest = record;
-    const char* mark = "- ";
-    for (;;) {
-      const std::size_t length = rest.find('\n');
-      out.append(indent).append(mark);
-      appendVisible(out, rest.substr(0, length));
-      out += '\n';
-      if (length == std::string_view::npos) break;
-      rest.remove_prefix(length + 1);
-      mark = "  ";
-    }
+void appendRecord(std::string& out, std::string_view record) {
+  const char* mark = "    - ";
+  for (;;) {
+    const std::size_t length = record.find('\n');
+    out += mark;
+    appendVisible(out, record.substr(0, length));
+    out += '\n';
+    if (length == std::string_view::npos) return;
+    record.remove_prefix(length + 1);
+    mark = "      ";
   }
 }
 

@@ -5,7 +5,6 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace tessel_tool {
 
@@ -15,9 +14,7 @@ std::string_view shortName(std::string_view qualifiedName);
 /// A text with the escapes of `reference_host::json::appendVisible`, so that it stays on its line.
 std::string visible(std::string_view text);
 
-/// Appends log records as a list, one behind each "- "; further lines of a record are indented.
-/// @param indent in front of each line.
-void appendRecords(std::string& out, const std::vector<std::string>& records,
-                   std::string_view indent);
+/// Appends a log record as an item of a list, behind "- "; further lines of it are indented.
+void appendRecord(std::string& out, std::string_view record);
 
 }  // namespace tessel_tool

@@ -16,7 +16,7 @@ TEST(TextForm, ShortNames) {
 
 TEST(TextForm, RecordsAreTellableApart) {
   std::string out = "before\n";
-  appendRecords(out, {"one", "two\nlines", "", "\u202e\r\n"}, "    ");
+  for (const char* record : {"one", "two\nlines", "", "\u202e\r\n"}) appendRecord(out, record);
   EXPECT_EQ(out,
             "before\n"
             "    - one\n"

@@ -26,26 +26,27 @@ std::string quoted(std::u16string_view name) {
 
 class Walk {
  public:
-  Walk(NameTable& names, ElementVisitor& visitor) : names_(names), visitor_(visitor) {}
+  Walk(ShownClasses& classes, ElementVisitor& visitor, const PartEnds& partEnds)
+      : classes_(classes), visitor_(visitor), partEnds_(partEnds) {}
 
   void run(const ModelElement::Impl& element) {
     enter(element);
     while (!open_.empty()) {
       Frame& frame = open_.back();
-      if (frame.sequence != nullptr) {
-        if (frame.next != frame.sequence->size()) {
-          enter(*(*frame.sequence)[frame.next++]);
-          continue;
+      if (frame.next != frame.end) {
+        const std::size_t index = frame.next++;
+        if (frame.sequence != nullptr) {
+          enter(*(*frame.sequence)[index]);
+        } else {
+          show(*frame.element, frame.shown->properties[index]);
         }
+        continue;
+      }
+      if (frame.sequence != nullptr) {
         visitor_.endSequence();
       } else {
-        if (frame.next != frame.names->properties.size()) {
-          const std::size_t index = frame.next++;
-          // Another frame moves this one, so the parts of it go by themselves.
-          show(*frame.element, (*frame.properties)[index], frame.names->properties[index]);
-          continue;
-        }
         visitor_.endElement();
+        if (partEnds_) partEnds_();
       }
       open_.pop_back();
     }
@@ -56,55 +57,48 @@ class Walk {
 
   /// What is open: an element with its properties, or a sequence with its elements.
   struct Frame {
-    const Sequence* sequence = nullptr;
-    const ModelElement::Impl* element = nullptr;
-    const std::vector<Property>* properties = nullptr;
-    const ClassNames* names = nullptr;
+    const ModelElement::Impl* element;
+    const ShownClass* shown;
+    const Sequence* sequence;
+    std::size_t end;
     std::size_t next = 0;
   };
 
-  const ClassNames& namesOf(const Class::Impl& described) {
-    const auto known = names_.find(&described);
-    if (known != names_.end()) return known->second;
-    ClassNames names{quoted(described.getQualifiedName()), {}};
+  const ShownClass& shown(const Class::Impl& described) {
+    const auto known = classes_.find(&described);
+    if (known != classes_.end()) return known->second;
+    ShownClass shown{quoted(described.getQualifiedName()), {}};
     for (const Property& property : described.getProperties()) {
-      names.properties.push_back(quoted(property.getName()));
+      if (property.getKind() == Property::Kind::kReference) continue;
+      shown.properties.push_back({&property, quoted(property.getName())});
     }
-    return names_.emplace(&described, std::move(names)).first->second;
+    return classes_.emplace(&described, std::move(shown)).first->second;
   }
 
   void enter(const ModelElement::Impl& element) {
-    const Class::Impl& elementClass = *element.metaClass().get();
-    const ClassNames& names = namesOf(elementClass);
-    visitor_.beginElement(names.qualifiedName);
-    open_.push_back({nullptr, &element, &elementClass.getProperties(), &names});
+    const ShownClass& elementClass = shown(*element.metaClass().get());
+    visitor_.beginElement(elementClass.qualifiedName);
+    open_.push_back({&element, &elementClass, nullptr, elementClass.properties.size()});
   }
 
-  void show(const ModelElement::Impl& element, const Property& property, std::string_view name) {
-    switch (property.getKind()) {
-      case Property::Kind::kReference:
-        return;
-      case Property::Kind::kContained:
-      case Property::Kind::kSequence:
-        break;
-      case Property::Kind::kData:
-      case Property::Kind::kStruct:
-        if (!element.isSet(property)) return;
-    }
-    const ValueMeta value =
-        element.get(property, ModelElement::Impl::ReflectionPrivateTag::PUBLIC_ACCESS);
+  void show(const ModelElement::Impl& element, const ShownClass::ShownProperty& shown) {
+    const Property::Kind kind = shown.property->getKind();
+    const bool holdsElements =
+        kind == Property::Kind::kContained || kind == Property::Kind::kSequence;
+    if (!holdsElements && !element.isSet(*shown.property)) return;
+    const ValueMeta value = property_value(element, *shown.property);
     if (const auto* contained = value.get_if<ModelElement>()) {
       if (!*contained) return;
-      visitor_.property(name);
+      visitor_.property(shown.name);
       enter(*contained->get());
     } else if (const auto* collection = value.get_if<const ReferenceCollection*>()) {
       const Sequence& elements = elements_of(**collection);
       if (elements.empty()) return;
-      visitor_.property(name);
+      visitor_.property(shown.name);
       visitor_.beginSequence();
-      open_.push_back({&elements});
+      open_.push_back({nullptr, nullptr, &elements, elements.size()});
     } else {
-      visitor_.property(name);
+      visitor_.property(shown.name);
       if (const auto* held = value.get_if<const ValueStruct*>()) {
         showStruct(**held);
       } else {
@@ -115,12 +109,11 @@ class Walk {
 
   /// All fields, set or not: a value has no more than them.
   void showStruct(const ValueStruct& value) {
-    const Class::Impl& valueClass = *value.metaClass().get();
-    const ClassNames& names = namesOf(valueClass);
-    visitor_.beginElement(names.qualifiedName);
-    for (std::size_t index = 0; index != names.properties.size(); ++index) {
-      visitor_.property(names.properties[index]);
-      showData(value.reflect(index));
+    const ShownClass& valueClass = shown(*value.metaClass().get());
+    visitor_.beginElement(valueClass.qualifiedName);
+    for (const auto& [property, name] : valueClass.properties) {
+      visitor_.property(name);
+      showData(value.reflect(property->getIndex()));
     }
     visitor_.endElement();
   }
@@ -139,15 +132,17 @@ class Walk {
     }
   }
 
-  NameTable& names_;
+  ShownClasses& classes_;
   ElementVisitor& visitor_;
+  const PartEnds& partEnds_;
   std::vector<Frame> open_;
 };
 
 }  // namespace
 
-void walkElement(NameTable& names, const ModelElement& element, ElementVisitor& visitor) {
-  Walk(names, visitor).run(*element.get());
+void walkElement(ShownClasses& classes, const ModelElement& element, ElementVisitor& visitor,
+                 const PartEnds& partEnds) {
+  Walk(classes, visitor, partEnds).run(*element.get());
 }
 
 }  // namespace reference_host::exporting

@@ -11,14 +11,14 @@
 
 namespace reference_host::exporting {
 
-/// What a walk finds, call by call. All texts last until the call returns.
+/// What a walk finds, call by call. Names are JSON texts; all texts last until the
+/// call returns.
 class ElementVisitor {
  public:
   /// An element begins; every property up to the matching `endElement` is its own.
-  /// @param className the qualified name as a JSON text.
-  virtual void beginElement(std::string_view className) = 0;
+  virtual void beginElement(std::string_view qualifiedClassName) = 0;
   virtual void endElement() = 0;
-  /// The name, as a JSON text, of the property whose value comes next.
+  /// The name of the property whose value comes next.
   virtual void property(std::string_view name) = 0;
   /// A sequence of elements begins; it is not empty.
   virtual void beginSequence() = 0;
@@ -37,8 +37,10 @@ class ElementVisitor {
 
 /// Shows an element to a visitor: its class, then the properties that were set, in the class's
 /// order, with contained elements in place. Works at any nesting depth.
-/// @param names those of the classes met so far.
+/// @param classes those met so far.
+/// @param partEnds called behind each element.
 /// @pre the element is not empty.
-void walkElement(NameTable& names, const gx::zero::ModelElement& element, ElementVisitor& visitor);
+void walkElement(ShownClasses& classes, const gx::zero::ModelElement& element,
+                 ElementVisitor& visitor, const PartEnds& partEnds);
 
 }  // namespace reference_host::exporting

@@ -9,8 +9,8 @@ class JsonVisitor final : public ElementVisitor {
  public:
   explicit JsonVisitor(json::JsonWriter& writer) : writer_(writer) {}
 
-  void beginElement(std::string_view className) override {
-    writer_.beginObject().quotedKey(R"("class")").raw(className);
+  void beginElement(std::string_view qualifiedClassName) override {
+    writer_.beginObject().quotedKey(R"("class")").raw(qualifiedClassName);
   }
   void endElement() override { writer_.endObject(); }
   void property(std::string_view name) override { writer_.quotedKey(name); }
@@ -27,13 +27,14 @@ class JsonVisitor final : public ElementVisitor {
 
 }  // namespace
 
-void Exporter::writeJson(json::JsonWriter& writer, const gx::zero::ModelElement& element) {
+void Exporter::writeJson(json::JsonWriter& writer, const gx::zero::ModelElement& element,
+                         const PartEnds& partEnds) {
   if (!element) {
     writer.null();
     return;
   }
   JsonVisitor visitor(writer);
-  walkElement(names_, element, visitor);
+  walkElement(classes_, element, visitor, partEnds);
 }
 
 std::string toJson(const gx::zero::ModelElement& element) {

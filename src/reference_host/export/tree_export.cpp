@@ -24,14 +24,14 @@ class TreeVisitor final : public ElementVisitor {
  public:
   TreeVisitor(std::string& out, std::size_t level) : out_(out), level_(level) { indent(); }
 
-  void beginElement(std::string_view className) override {
+  void beginElement(std::string_view qualifiedClassName) override {
     if (!indexes_.empty() && indexes_.back().level == level_) {
       indent();
       out_ += '[';
       json::appendNumber(out_, std::uint64_t{indexes_.back().next++});
       out_ += "] ";
     }
-    out_ += withoutNamespace(unquoted(className));
+    out_ += withoutNamespace(unquoted(qualifiedClassName));
     lineOpen_ = true;
     ++level_;
   }
@@ -88,9 +88,9 @@ class TreeVisitor final : public ElementVisitor {
 }  // namespace
 
 void Exporter::appendTree(std::string& out, const gx::zero::ModelElement& element,
-                          std::size_t level) {
+                          std::size_t level, const PartEnds& partEnds) {
   TreeVisitor visitor(out, level);
-  walkElement(names_, element, visitor);
+  walkElement(classes_, element, visitor, partEnds);
 }
 
 }  // namespace reference_host::exporting

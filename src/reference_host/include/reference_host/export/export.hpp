@@ -8,6 +8,7 @@
 /// so is a sequence of elements that is not empty. Both work at any nesting depth.
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -18,13 +19,22 @@
 
 namespace reference_host::exporting {
 
-/// The names of a class as JSON texts, in their quotes.
-struct ClassNames {
+/// What is shown of the elements of a class, with the names as JSON texts, in their quotes.
+struct ShownClass {
+  struct ShownProperty {
+    const gx::zero::meta::Property* property;
+    std::string name;
+  };
+
   std::string qualifiedName;
-  std::vector<std::string> properties;
+  std::vector<ShownProperty> properties;
 };
 
-using NameTable = std::unordered_map<const gx::zero::meta::Class::Impl*, ClassNames>;
+using ShownClasses = std::unordered_map<const gx::zero::meta::Class::Impl*, ShownClass>;
+
+/// Called behind each element that was written, a contained one too: what the text holds by then
+/// may be taken away.
+using PartEnds = std::function<void()>;
 
 /// Writes elements, and keeps the names of their classes for those to come. One thread at a time
 /// uses it.
@@ -33,7 +43,8 @@ class TESSEL_HOST_API Exporter {
   /// Writes an element as a JSON object: the qualified class name under "class", then the
   /// properties. Numbers are in the shortest form that reads back the same, integers have all their
   /// digits. An empty handle is written as `null`.
-  void writeJson(json::JsonWriter& writer, const gx::zero::ModelElement& element);
+  void writeJson(json::JsonWriter& writer, const gx::zero::ModelElement& element,
+                 const PartEnds& partEnds = nullptr);
 
   /// Appends an element as an indented tree, a line a property, each line ending with a line feed:
   ///
@@ -47,10 +58,11 @@ class TESSEL_HOST_API Exporter {
   /// have their index in front. The indentation stops growing at `kDeepestIndent` levels.
   /// @param level how many levels the element itself is indented.
   /// @pre the element is not empty.
-  void appendTree(std::string& out, const gx::zero::ModelElement& element, std::size_t level = 0);
+  void appendTree(std::string& out, const gx::zero::ModelElement& element, std::size_t level = 0,
+                  const PartEnds& partEnds = nullptr);
 
  private:
-  NameTable names_;
+  ShownClasses classes_;
 };
 
 /// An element as one line of JSON.
