@@ -26,7 +26,8 @@ struct CheckedBatch {
   std::vector<std::pair<std::string, std::string>> unreadable;  // who is complained of, and why
   std::size_t documents = 0;
   std::size_t failed = 0;
-  std::string last;  // the name of the last document
+  std::string first;  // the name of the first document
+  std::string last;   // and of the last one
 
   void add(CheckAnswer answer, const CheckOptions& options) {
     const std::size_t before = results.size();
@@ -37,7 +38,7 @@ struct CheckedBatch {
       answer.runOutOfMemory();
       append(answer, options);
     }
-    ++documents;
+    if (documents++ == 0) first = answer.document.name;
     if (answer.errors != 0 || (options.strict && answer.warnings != 0)) ++failed;
     last = answer.document.name;
     if (answer.failure.empty()) return;
@@ -91,7 +92,7 @@ ExitStatus runCheck(BuilderServices& services, const CheckOptions& options) {
       [&](const CheckedBatch& checked) {
         documents += checked.documents;
         failed += checked.failed;
-        AnswerInProgress inProgress;
+        AnswerInProgress inProgress(checked.first, checked.last);
         progress.erase();
         std::string_view results = checked.results;
         if (sarif && !anyResult && !results.empty()) {

@@ -91,7 +91,7 @@ ExitStatus runExplain(BuilderServices& services, const ExplainOptions& options) 
     std::string out;
     const auto refusal = tryToExplain(out, *document, knowledge, options);
     if (refusal && options.json) appendAsJson(out, *refusal, options.ndjson);
-    AnswerInProgress answer;
+    AnswerInProgress answer(document->name, document->name);
     writeResult(out);
     if (refusal) {
       complain(refusal->reason == kOutOfMemory ? document->name : document->path, refusal->reason);

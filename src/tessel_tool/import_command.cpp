@@ -56,7 +56,8 @@ struct WrittenAnswers {
   std::vector<Complaint> complaints;
   std::size_t documents = 0;
   std::size_t failed = 0;
-  std::string last;             // the name of the last document
+  std::string first;            // the name of the first document
+  std::string last;             // and of the last one
   DuplicateMembers duplicates;  // those not complained of
 
   /// @param pieces holds the answer from the moment on when a piece of it leaves; null where it is
@@ -66,7 +67,7 @@ struct WrittenAnswers {
     const std::size_t before = results.size();
     const auto takePiece = [&] {
       if (pieces == nullptr || results.size() < kPieceSize) return;
-      if (!*pieces) pieces->emplace(answer.document);
+      if (!*pieces) pieces->emplace(answer.document, answer.document);
       write();
     };
     if (answer.failure.empty()) {
@@ -84,7 +85,7 @@ struct WrittenAnswers {
       complaints.push_back(
           {results.size(), "", answer.duplicates.place, warning(answer.duplicates)});
     }
-    ++documents;
+    if (documents++ == 0) first = answer.document;
     if (answer.failed()) ++failed;
     last = answer.document;
     if (answer.failure.empty()) return;
@@ -146,7 +147,7 @@ ExitStatus runImport(BuilderServices& services, const ImportOptions& options) {
       [&](WrittenAnswers answers) {
         documents += answers.documents;
         failed += answers.failed;
-        if (!inProgress) inProgress.emplace();
+        if (!inProgress) inProgress.emplace(answers.first, answers.last);
         duplicates.add(answers.duplicates);
         progress.erase();
         answers.write();

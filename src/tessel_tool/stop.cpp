@@ -22,7 +22,7 @@ static_assert(std::atomic<State>::is_always_lock_free && std::atomic<int>::is_al
               std::atomic<bool>::is_always_lock_free);
 std::atomic<State> state{State::kBetweenAnswers};
 std::atomic<int> stopSignal{0};
-std::atomic<bool> inPieces{false};
+std::atomic<bool> incomplete{false};
 
 /// What is said at the end. It changes only while an answer is in progress, when no handler reads
 /// it.
@@ -31,14 +31,22 @@ std::string& lastLine() {
   return *line;
 }
 
-/// What is said of an answer in pieces that is cut off. It changes only before the first of them.
+constexpr const char* kSomethingIsCutOff = "tessel: an answer is cut off\n";
+
+/// What is said of answers that are cut off. It changes only while none is incomplete.
 std::string& cutLine() {
-  static auto* const line = new std::string;
+  static auto* const line = new std::string(kSomethingIsCutOff);
   return *line;
 }
 
+void setCutLine(std::string_view first, std::string_view last) {
+  std::string line = "tessel: " + (first.empty() ? R"("")" : visible(first)) + ": ";
+  line += first == last ? "the answer is cut off\n" : "this answer or a later one is cut off\n";
+  cutLine() = std::move(line);
+}
+
 void sayWhatIsCut() noexcept {
-  if (inPieces) writeFromHandler(cutLine());
+  if (incomplete.exchange(false)) writeFromHandler(cutLine());
 }
 
 void setLastLine(std::size_t documents, std::string_view last) {
@@ -66,18 +74,6 @@ void handleStop(int signal) {
   }
 }
 
-/// @param line what is said if the answer is cut off; empty where it is not in pieces.
-void begin(std::string line) noexcept {
-  State before = State::kBetweenAnswers;
-  if (state.compare_exchange_strong(before, State::kInAnswer)) {
-    cutLine() = std::move(line);
-    inPieces = !cutLine().empty();
-    return;
-  }
-  // A handler on another thread is about to end the process.
-  while (true) std::this_thread::sleep_for(std::chrono::hours(1));
-}
-
 }  // namespace
 
 void stopBetweenAnswers() {
@@ -86,24 +82,28 @@ void stopBetweenAnswers() {
   setStopHandler(handleStop);
 }
 
-AnswerInProgress::AnswerInProgress() noexcept {
-  begin("");
-}
-
-AnswerInProgress::AnswerInProgress(std::string_view document) {
-  begin("tessel: " + (document.empty() ? R"("")" : visible(document)) +
-        ": the answer is cut off\n");
+AnswerInProgress::AnswerInProgress(std::string_view first, std::string_view last) noexcept {
+  State before = State::kBetweenAnswers;
+  if (!state.compare_exchange_strong(before, State::kInAnswer)) {
+    // A handler on another thread is about to end the process.
+    while (true) std::this_thread::sleep_for(std::chrono::hours(1));
+  }
+  try {
+    setCutLine(first, last);
+  } catch (const std::bad_alloc&) {
+    cutLine() = kSomethingIsCutOff;  // no longer than what it held, so that it takes no memory
+  }
+  incomplete = true;
 }
 
 AnswerInProgress::~AnswerInProgress() {
   sayWhatIsCut();
-  inPieces = false;
   State before = State::kInAnswer;
   if (!state.compare_exchange_strong(before, State::kBetweenAnswers)) sayHowFarAndEnd();
 }
 
 void AnswerInProgress::complete(std::size_t documents, std::string_view last) noexcept {
-  inPieces = false;
+  incomplete = false;
   try {
     setLastLine(documents, last);
   } catch (const std::bad_alloc&) {

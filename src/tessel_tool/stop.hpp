@@ -2,8 +2,8 @@
 
 /// @file
 /// What happens when somebody stops the tool (SIGINT, SIGTERM): whole answers only, a line on
-/// standard error that says how far it came, and the end that the signal means. An answer that is
-/// cut off all the same is named.
+/// standard error that says how far it came, and the end that the signal means. What is cut off all
+/// the same, by a second signal or by a failure, is named.
 
 #include <cstddef>
 #include <string_view>
@@ -17,16 +17,16 @@ void stopBetweenAnswers();
 /// While it lives, answers are being written; no two live at a time.
 class AnswerInProgress {
  public:
-  AnswerInProgress() noexcept;
-  /// The answer to this one document is written in pieces.
-  explicit AnswerInProgress(std::string_view document);
-  /// Names the document whose answer lacks a piece, on standard error. Ends the process if a signal
-  /// came meanwhile.
+  /// @param first the name of the document that is answered first.
+  /// @param last that of the one answered last.
+  AnswerInProgress(std::string_view first, std::string_view last) noexcept;
+  /// Says on standard error what is cut off, unless the answers are complete. Ends the process if a
+  /// signal came meanwhile.
   ~AnswerInProgress();
   AnswerInProgress(const AnswerInProgress&) = delete;
   AnswerInProgress& operator=(const AnswerInProgress&) = delete;
 
-  /// The answers are written.
+  /// The answers are written to their end.
   /// @param documents how many have been answered until now.
   /// @param last the name of the last one.
   void complete(std::size_t documents, std::string_view last) noexcept;

@@ -18,6 +18,7 @@
 #include "explanation.hpp"
 #include "import_answer.hpp"
 #include "input.hpp"
+#include "stop.hpp"
 #include "support/allocation_count.hpp"
 #include "support/json.hpp"
 #include "support/temporary_folder.hpp"
@@ -218,6 +219,18 @@ TEST(OutOfMemory, AComplaintIsMadeWithoutMemory) {
   memory.run([] { complain(kName, "out of\nmemory"); });
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "tessel: " + std::string(kName) + ": out of?memory\n");
+  EXPECT_TRUE(memory.ranOut());
+}
+
+TEST(OutOfMemory, ACutAnswerIsToldOfWithoutMemory) {
+  AnswerInProgress(kName, kName).complete(1, kName);
+  testing::internal::CaptureStderr();
+  LimitedMemory memory(0, Refusal::kFromThenOn);
+  memory.run([] {
+    AnswerInProgress(kName, kName).complete(2, kName);
+    const AnswerInProgress cut(kName, kName);
+  });
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "tessel: an answer is cut off\n");
   EXPECT_TRUE(memory.ranOut());
 }
 

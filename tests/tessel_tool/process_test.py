@@ -96,12 +96,18 @@ class Process(ProcessTest):
 
     def test_a_full_disk_is_noticed(self):
         document = self.file("document.json", BUTTON)
-        for arguments in (["import", document], ["import", "--ndjson", "--jobs", "3", document],
-                          ["import", "--format", "json", document], ["explain", document],
-                          ["builders"], ["--help"], ["--version"]):
+        cut = f"tessel: {document}: the answer is cut off\n"
+        line_cut = cut.replace(".json", ".json:1")
+        for arguments, what in ((["import", document], cut),
+                                (["import", "--ndjson", "--jobs", "3", document], line_cut),
+                                (["import", "--format", "json", document], cut),
+                                (["check", "--format", "json", document], cut),
+                                (["explain", document], cut),
+                                (["builders"], ""), (["--help"], ""), (["--version"], "")):
             with self.subTest(arguments=arguments), open("/dev/full", "wb") as full:
                 done = tessel(*arguments, stdout=full)
-                self.assert_failed(done, 1, "tessel: standard output: No space left on device\n")
+                self.assert_failed(done, 1,
+                                   what + "tessel: standard output: No space left on device\n")
 
     def test_a_broken_pipe_is_noticed(self):
         lines = (BUTTON + "\n").encode() * 50
@@ -111,7 +117,8 @@ class Process(ProcessTest):
                 os.close(reading)
                 with os.fdopen(writing, "wb") as pipe:
                     done = tessel("import", "--ndjson", "--jobs", jobs, given=lines, stdout=pipe)
-                self.assert_failed(done, 1, "tessel: standard output: Broken pipe\n")
+                self.assert_failed(done, 1, "tessel: -:1: this answer or a later one is cut off\n"
+                                            "tessel: standard output: Broken pipe\n")
 
     def test_standard_input_that_cannot_be_read(self):
         folder = os.open(self.folder, os.O_RDONLY)
@@ -463,7 +470,7 @@ class Stop(ProcessTest):
                 # Two that come at the same time are one.
                 wait_until(lambda: process.send_signal(number) or process.poll() is not None)
                 self.assertEqual(process.returncode, -number)
-                self.assertEqual(process.stderr.read(), b"")
+                self.assertEqual(process.stderr.read(), b"tessel: -:1: the answer is cut off\n")
 
     def test_what_is_ignored_at_the_start_stays_ignored(self):
         for number in SIGNALS:
