@@ -9,7 +9,6 @@
 
 #include "reference_host/importer/importer.hpp"
 #include "reference_host/json/parse.hpp"
-#include "support/scale.hpp"
 
 namespace reference_host::importer {
 namespace {
@@ -64,17 +63,6 @@ TEST(ConsumedDocument, IsFreedAsTheWalkLeavesItAndItsFailedObjectsAreKept) {
     EXPECT_EQ(result.errors[index].object, json::parse(objects[index]));
     EXPECT_EQ(kept.errors[index].object, Value());
   }
-}
-
-TEST(ConsumedDocument, NestingHasNoBound) {
-  constexpr std::size_t kLevels = 500'000 / test_support::kScale;
-  Value document = json::parse(R"({"x":{}})");
-  for (std::size_t level = 0; level < kLevels; ++level) {
-    Value::Array elements;
-    elements.push_back(std::move(document));
-    document = std::move(elements);
-  }
-  EXPECT_EQ(importDocument({}, Model::create(), std::move(document)).summary.objects, 2U);
 }
 
 }  // namespace

@@ -206,6 +206,7 @@ TEST_F(ImporterTest, NestingHasNoBound) {
   ASSERT_EQ(result.errors.size(), 1U);
   EXPECT_TRUE(result.errors.front().pointer == pointer);
   EXPECT_EQ(countsIn(result), std::to_string(kLevels + 1) + " 1 0 1");
+  EXPECT_EQ(countsIn(importDocument(builders_, model_, std::move(document))), countsIn(result));
 }
 
 TEST_F(ImporterTest, AllocationsDoNotGrowWithTheDocument) {

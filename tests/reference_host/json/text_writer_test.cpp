@@ -55,14 +55,12 @@ constexpr TextRow kTextRows[] = {
     {"controls", "\b\t\n\f\r\0\x01\x0B\x1F"sv, R"("\b\t\n\f\r\u0000\u0001\u000b\u001f")"sv},
     {"what passes", "a/ \x7F\u00E9\u2028\u2029\u20AC\U0001F600"sv,
      "\"a/ \x7F\u00E9\u2028\u2029\u20AC\U0001F600\""sv},
-    {"a stray continuation byte", "a\x80z"sv, "\"a\uFFFDz\""sv},
-    {"a sequence cut off by text", "\xE2\x82z"sv, "\"\uFFFDz\""sv},
-    {"a sequence cut off by a quote", "\xE2\""sv, "\"\uFFFD\\\"\""sv},
-    {"a sequence cut off by the end", "a\xF0\x9F\x98"sv, "\"a\uFFFD\""sv},
-    {"an encoded surrogate is three parts", "\xED\xA0\x80"sv, "\"\uFFFD\uFFFD\uFFFD\""sv},
-    {"an overlong slash is two parts", "\xC0\xAF"sv, "\"\uFFFD\uFFFD\""sv},
-    {"beyond the last code point", "\xF4\x90\x80\x80"sv, "\"\uFFFD\uFFFD\uFFFD\uFFFD\""sv},
-    {"bytes that start nothing", "\xFE\xFF"sv, "\"\uFFFD\uFFFD\""sv},
+    {"a stray byte, and characters cut off by text, a quote and the end",
+     "a\x80z\xE2\x82z\xE2\"\xF0\x9F\x98"sv, "\"a\uFFFDz\uFFFDz\uFFFD\\\"\uFFFD\""sv},
+    {"an encoded surrogate is three parts, an overlong slash two", "\xED\xA0\x80 \xC0\xAF"sv,
+     "\"\uFFFD\uFFFD\uFFFD \uFFFD\uFFFD\""sv},
+    {"beyond the last code point, and bytes that start nothing", "\xF4\x90\x80\x80 \xFE\xFF"sv,
+     "\"\uFFFD\uFFFD\uFFFD\uFFFD \uFFFD\uFFFD\""sv},
 };
 
 TEST(AppendTextTest, WritesValidJson) {
@@ -74,12 +72,9 @@ TEST(AppendTextTest, WritesValidJson) {
     JsonWriter(out).key(text);
     out.pop_back();
   });
-}
-
-TEST(AppendTextTest, LoneSurrogatesAreReplaced) {
   std::string out;
   appendText(out, std::u16string{u'a', 0xDC00, u'b', 0xD800, 0xD83D, 0xDE00, 0xD800});
-  EXPECT_EQ(out, "\"a\uFFFDb\uFFFD\U0001F600\uFFFD\"");
+  EXPECT_EQ(out, "\"a\uFFFDb\uFFFD\U0001F600\uFFFD\"") << "for lone surrogates";
 }
 
 TEST(AppendTextTest, ALongTextIsNeverCut) {
@@ -97,13 +92,11 @@ constexpr TextRow kVisibleRows[] = {
     {"no characters", ""sv, ""sv},
     {"controls", "\b\t\n\f\r\0\x1B[2J\x1F"sv, R"(\b\t\n\f\r\u0000\u001b[2J\u001f)"sv},
     {"delete and what is behind it", "\x7F\u0080\u0085\u009F"sv, R"(\u007f\u0080\u0085\u009f)"sv},
-    {"separators and overrides", "\u2028\u2029\u202A\u202E"sv, R"(\u2028\u2029\u202a\u202e)"sv},
-    {"isolates", "\u2066\u2069"sv, R"(\u2066\u2069)"sv},
-    {"quotes and backslashes pass", "a\"b\\n"sv, "a\"b\\n"sv},
-    {"what is beside those that do not pass", " ~\u00A0\u2027\u202F\u2065\u206A"sv,
-     " ~\u00A0\u2027\u202F\u2065\u206A"sv},
-    {"letters and joiners pass", "\u00E9\u200C\u200D\U0001F600"sv,
-     "\u00E9\u200C\u200D\U0001F600"sv},
+    {"separators, overrides and isolates", "\u2028\u2029\u202A\u202E\u2066\u2069"sv,
+     R"(\u2028\u2029\u202a\u202e\u2066\u2069)"sv},
+    {"what is beside those passes, as do quotes, backslashes, letters and joiners",
+     " ~\u00A0\u2027\u202F\u2065\u206A\"\\n\u00E9\u200C\u200D\U0001F600"sv,
+     " ~\u00A0\u2027\u202F\u2065\u206A\"\\n\u00E9\u200C\u200D\U0001F600"sv},
     {"bytes that are no UTF-8", "a\x9Bz\xE2\x80"sv, R"(a\x9bz\xe2\x80)"sv},
 };
 
@@ -118,21 +111,17 @@ TEST(AppendVisibleTest, EscapesWhatWouldNotShow) {
 
 constexpr TextRow kPointerRows[] = {
     {"the whole document", ""sv, ""sv},
-    {"plain tokens", "/a/0/b c"sv, "/a/0/b c"sv},
-    {"a token with a line feed", "/a\n/\u2028"sv, R"("/a\n/\u2028")"sv},
-    {"controls among letters", "/a\nb"sv, R"(/a\nb)"sv},
+    {"tokens that show", "/a/0/b c/a\nb/a\u200Db/\"\\/\xFF"sv,
+     "/a/0/b c/a\\nb/a\u200Db/\"\\/\\xff"sv},
+    {"a line separator", "/a\n/\u2028"sv, R"("/a\n/\u2028")"sv},
     {"an empty token", "/"sv, R"("/")"sv},
-    {"empty tokens", "/a//b"sv, R"("/a//b")"sv},
-    {"a space", "/ "sv, R"("/ ")"sv},
-    {"two spaces", "/  /a"sv, R"("/  /a")"sv},
+    {"one among others", "/a//b"sv, R"("/a//b")"sv},
+    {"spaces", "/  /a"sv, R"("/  /a")"sv},
     {"a no-break space", "/\u00A0"sv, R"("/\u00a0")"sv},
     {"a space of no width", "/\u200B"sv, R"("/\u200b")"sv},
-    {"a joiner alone", "/\u200D"sv, R"("/\u200d")"sv},
-    {"a joiner between letters", "/a\u200Db"sv, "/a\u200Db"sv},
+    {"a joiner", "/\u200D"sv, R"("/\u200d")"sv},
     {"an invisible one beyond the plane", "/\U000E0020"sv, R"("/\udb40\udc20")"sv},
     {"quotes beside a blank token", R"(/"\/)"sv, R"("/\"\\/")"sv},
-    {"quotes without one", R"(/"\)"sv, R"(/"\)"sv},
-    {"a token that is no UTF-8", "/\xFF"sv, R"(/\xff)"sv},
 };
 
 TEST(AppendVisibleTest, PointersWithBlankTokensAreQuoted) {
@@ -158,14 +147,10 @@ TEST(AppendVisibleTest, EveryCodePointThatShowsNothingMakesABlankToken) {
 }
 
 constexpr TextRow kByteRows[] = {
-    {"no bytes", ""sv, ""sv},
-    {"UTF-8", "a/\u00E9\U0001F600\n"sv, "a/\u00E9\U0001F600\n"sv},
-    {"backslashes", R"(a\b\\x\x1\xg0\x1g)"sv, R"(a\b\\x\x1\xg0\x1g)"sv},
-    {"a byte", "a\xFFz"sv, R"(a\xffz)"sv},
-    {"two bytes", "\xE2\x82z"sv, R"(\xe2\x82z)"sv},
-    {"the escape of a byte", R"(a\xffz)"sv, R"(a\x5cxffz)"sv},
-    {"the same in capitals", R"(\xFF)"sv, R"(\x5cxFF)"sv},
-    {"the escape of a backslash", R"(\x5c)"sv, R"(\x5cx5c)"sv},
+    {"UTF-8 and backslashes", "a/\u00E9\U0001F600\n\\b\\\\x\\x1\\xg0\\x1g"sv,
+     "a/\u00E9\U0001F600\n\\b\\\\x\\x1\\xg0\\x1g"sv},
+    {"bytes", "a\xFFz\xE2\x82"sv, R"(a\xffz\xe2\x82)"sv},
+    {"escapes of bytes", R"(a\xffz\xFF\x5c)"sv, R"(a\x5cxffz\x5cxFF\x5cx5c)"sv},
     {"a backslash before such an escape", R"(\\xff)"sv, R"(\\x5cxff)"sv},
     {"a backslash before a byte", "\\\xFF"sv, R"(\\xff)"sv},
     {"the start of an escape before a byte", "\\x5\xFF"sv, R"(\x5\xff)"sv},
@@ -255,10 +240,6 @@ TEST(PrettyPrintTest, WritesEveryAlternative) {
        "[\n  null,\n  null,\n  true,\n  false,\n  2.5,\n  \"x\\n\",\n  0.1,\n"
        "  -9223372036854775808,\n  18446744073709551615\n]"},
       {"a scalar alone", "x", "\"x\""},
-      {"an empty array", Array{}, "[]"},
-      {"an empty object", Object{}, "{}"},
-      {"one element", Array{1.0}, "[\n  1\n]"},
-      {"one member", Object{{"key", "value"}}, "{\n  \"key\": \"value\"\n}"},
       {"members in byte order", Object{{"b", 1.0}, {"", 2.0}, {"\u00E9", 3.0}, {"B", 4.0}},
        "{\n  \"\": 2,\n  \"B\": 4,\n  \"b\": 1,\n  \"\u00E9\": 3\n}"},
       {"nesting", Object{{"a", Array{Object{{"b", Array{}}}, Object{}}}},
