@@ -27,6 +27,8 @@ from measure_processes import MEBIBYTE, Report, generate
 PYTHON = "import json, sys; json.dump(json.load(open(sys.argv[1])), sys.stdout)"
 PYTHON_LINES = "import json, sys\nfor line in open(sys.argv[1]): print(json.dumps(json.loads(line)))"
 NODE = "process.stdout.write(JSON.stringify(JSON.parse(require('fs').readFileSync(process.argv[1]))))"
+NODE_LINES = ("process.stdout.write(require('fs').readFileSync(process.argv[1], 'utf8').split('\\n')"
+              ".filter(line => line).map(line => JSON.stringify(JSON.parse(line)) + '\\n').join(''))")
 
 
 class Run(typing.NamedTuple):
@@ -111,7 +113,8 @@ def workloads(binaries, folder):
     yield Workload("import of 20 MB of lines",
                    command(tool, "import", "--ndjson", "--format", "json", lines),
                    {"jq": command("jq", "-c", ".", lines),
-                    "python": command(sys.executable, "-c", PYTHON_LINES, lines)}, {"jq": 0.36})
+                    "python": command(sys.executable, "-c", PYTHON_LINES, lines),
+                    "node": command("node", "-e", NODE_LINES, lines)}, {"jq": 0.36})
     control = folder / "control"
     control.write_bytes(generate(binaries, folder, "ndjson", 1).read_bytes())
     yield Workload("explain of one control", command(tool, "explain", control),
