@@ -404,8 +404,9 @@ void JsonWriter::separate() {
 
 void JsonWriter::breakLine(bool comma) {
   const std::size_t line = pretty_ ? 1 + 2 * std::min(level_, kDeepestIndent) : 0;
-  const std::size_t first = comma ? 0 : 1;
-  out_.append(kCommaAndLine.data() + first, 1 - first + line);
+  std::string_view text(kCommaAndLine.data(), 1 + line);
+  if (!comma) text.remove_prefix(1);
+  out_ += text;
 }
 
 }  // namespace reference_host::json
