@@ -64,7 +64,7 @@ class Walk {
     std::size_t next = 0;
   };
 
-  const ShownClass& shown(const Class::Impl& described) {
+  const ShownClass& shownClass(const Class::Impl& described) {
     const auto known = classes_.find(&described);
     if (known != classes_.end()) return known->second;
     ShownClass shown{quoted(described.getQualifiedName()), {}};
@@ -76,17 +76,17 @@ class Walk {
   }
 
   void enter(const ModelElement::Impl& element) {
-    const ShownClass& elementClass = shown(*element.metaClass().get());
+    const ShownClass& elementClass = shownClass(*element.metaClass().get());
     visitor_.beginElement(elementClass.qualifiedName);
     open_.push_back({&element, &elementClass, nullptr, elementClass.properties.size()});
   }
 
   void show(const ModelElement::Impl& element, const ShownClass::ShownProperty& shown) {
-    const Property::Kind kind = shown.property->getKind();
-    const bool holdsElements =
-        kind == Property::Kind::kContained || kind == Property::Kind::kSequence;
-    if (!holdsElements && !element.isSet(*shown.property)) return;
-    const ValueMeta value = property_value(element, *shown.property);
+    const Property& property = *shown.property;
+    const bool holdsElements = property.getKind() == Property::Kind::kContained ||
+                               property.getKind() == Property::Kind::kSequence;
+    if (!holdsElements && !element.isSet(property)) return;
+    const ValueMeta value = property_value(element, property);
     if (const auto* contained = value.get_if<ModelElement>()) {
       if (!*contained) return;
       visitor_.property(shown.name);
@@ -109,7 +109,7 @@ class Walk {
 
   /// All fields, set or not: a value has no more than them.
   void showStruct(const ValueStruct& value) {
-    const ShownClass& valueClass = shown(*value.metaClass().get());
+    const ShownClass& valueClass = shownClass(*value.metaClass().get());
     visitor_.beginElement(valueClass.qualifiedName);
     for (const auto& [property, name] : valueClass.properties) {
       visitor_.property(name);
