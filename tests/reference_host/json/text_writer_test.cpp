@@ -225,16 +225,14 @@ TEST(JsonWriterTest, WritesOneValueAfterAnother) {
   EXPECT_EQ(out, "{\"a\":1}\n[]\n\"text\"");
 }
 
-struct PrintRow {
-  const char* description;
-  Value value;
-  const char* json;
-};
-
 TEST(PrettyPrintTest, WritesEveryAlternative) {
   using Integer = std::numeric_limits<std::int64_t>;
   using Whole = std::numeric_limits<std::uint64_t>;
-  const PrintRow rows[] = {
+  const struct {
+    const char* description;
+    Value value;
+    const char* json;
+  } rows[] = {
       {"scalars",
        Array{Undefined(), Null(), true, false, 2.5, "x\n", 0.1F, Integer::min(), Whole::max()},
        "[\n  null,\n  null,\n  true,\n  false,\n  2.5,\n  \"x\\n\",\n  0.1,\n"
@@ -245,7 +243,7 @@ TEST(PrettyPrintTest, WritesEveryAlternative) {
       {"nesting", Object{{"a", Array{Object{{"b", Array{}}}, Object{}}}},
        "{\n  \"a\": [\n    {\n      \"b\": []\n    },\n    {}\n  ]\n}"},
   };
-  for (const PrintRow& row : rows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.description);
     EXPECT_EQ(pretty_print(row.value), row.json);
   }
@@ -253,17 +251,15 @@ TEST(PrettyPrintTest, WritesEveryAlternative) {
 
 TEST(PrettyPrintTest, TheIndentStopsGrowingAtLevelFifty) {
   constexpr std::size_t kDepth = 60;
-  std::string expected;
-  for (std::size_t level = 0; level + 1 < kDepth; ++level) {
-    expected += "[\n" + std::string(2 * std::min<std::size_t>(level + 1, 50), ' ');
-  }
-  expected += "[]";
+  const auto line = [](std::size_t level) {
+    return '\n' + std::string(2 * std::min<std::size_t>(level, 50), ' ');
+  };
+  std::string expected = "[]";
   for (std::size_t level = kDepth - 1; level-- > 0;) {
-    expected += '\n' + std::string(2 * std::min<std::size_t>(level, 50), ' ') + "]";
+    expected = '[' + line(level + 1) + expected + line(level) + ']';
   }
-  EXPECT_EQ(pretty_print(
-                reference_host::json::parse(std::string(kDepth, '[') + std::string(kDepth, ']'))),
-            expected);
+  const std::string text = std::string(kDepth, '[') + std::string(kDepth, ']');
+  EXPECT_EQ(pretty_print(reference_host::json::parse(text)), expected);
 }
 
 }  // namespace
