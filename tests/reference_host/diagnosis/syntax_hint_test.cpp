@@ -5,28 +5,16 @@
 namespace reference_host::diagnosis {
 namespace {
 
-std::string hintFor(const std::string& text) {
-  try {
-    json::parse(text);
-  } catch (const json::ParseError& error) {
-    const json::ParseError inLines(error.line() + 6, error.column(), error.reason());
-    return hintForSyntax(text, inLines, 7).value_or("none");
-  }
-  return "accepted";
-}
-
 TEST(SyntaxHintTest, SaysWhatToWrite) {
   const char* const rows[][2] = {
-      {"[{\"ä\": {\"b\": 1},\n{}]", "the object that begins at line 7, column 2 has no } yet"},
-      {R"({"a": {"b\"]": 1]})", "the object that begins at line 7, column 7 has no } yet"},
-      {"{\n \"a\": [1}", "the array that begins at line 8, column 7 has no ] yet"},
+      {"[{\"ä\": {\"b\": 1},\n{}]", "the object that begins at line 1, column 2 has no } yet"},
+      {R"({"a": {"b\"]": 1]})", "the object that begins at line 1, column 7 has no } yet"},
+      {"{\n \"a\": [1}", "the array that begins at line 2, column 7 has no ] yet"},
       {R"([{}, "a": 1])",
-       "the array that begins at line 7, column 1 has no ] yet, or it has to be an object: {...}"},
-      {"{", "add the } that is missing at its end"},
+       "the array that begins at line 1, column 1 has no ] yet, or it has to be an object: {...}"},
       {"[[]", "add the ] that is missing at its end, or at the end of an array in it"},
       {"[1,,2]", "take out one comma"},
       {"{,}", "take it out"},
-      {"[1,]", "take out the comma before it"},
       {R"({"a": })", "write a value before it"},
       {R"({"a", 1})", "write a colon and a value behind the name"},
       {R"({"a" 1})", "put a colon before it"},
@@ -34,20 +22,18 @@ TEST(SyntaxHintTest, SaysWhatToWrite) {
       {"{\"a\": 1\n \"b\": 2}", "put a comma before it"},
       {"[1; 2]", "write a comma instead"},
       {"{\"a\": \"b,\r\n \"c\": 1}",
-       "the text that begins at line 7, column 7 has no closing quote"},
+       "the text that begins at line 1, column 7 has no closing quote"},
       {"[\"a\tb\"]", R"(write \t for a tab)"},
       {"[\"a\x01\"]", "none"},
       {R"(["say "yes""])", R"(the text before it has ended: write \" for a quote in a text, or a )"
                            "closing quote is missing"},
       {R"({className: "a"})", R"(put the name in double quotes: "className")"},
-      {"{'a': 1}", "put names and texts in double quotes"},
       {"{“a”: 1}", R"(put names and texts in straight double quotes: "...")"},
       {R"({"a": 1,5})", "write a decimal point, not a comma"},
       {"[12px]", "put a text in double quotes"},
       {"[mean]", R"(put a text in double quotes: "mean")"},
       {"[True]", "write true"},
       {"[None]", "write null, or leave the member out"},
-      {"[1 // one\n]", "JSON has no comments: take it out"},
       {R"(["C:\data"])", R"(write \\ for a backslash)"},
       {"[\"\xE4\"]", "save the file as UTF-8"},
       {" \n", "the text is empty: a document is one JSON value, such as {...}"},
@@ -55,9 +41,15 @@ TEST(SyntaxHintTest, SaysWhatToWrite) {
       {"{}, {}", "put several values in brackets, with commas between them: [..., ...]"},
       {"{}}", "there is one } too many, here or before it"},
       {R"("a": 1)", "put members in braces: {...}"},
-      {"[@]", "none"},
   };
-  for (const auto& [text, hint] : rows) EXPECT_EQ(hintFor(text), hint) << text;
+  for (const auto& [text, hint] : rows) {
+    try {
+      json::parse(text);
+      ADD_FAILURE() << text;
+    } catch (const json::ParseError& error) {
+      EXPECT_EQ(hintForSyntax(text, error).value_or("none"), hint) << text;
+    }
+  }
 }
 
 }  // namespace
