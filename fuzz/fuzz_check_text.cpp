@@ -12,6 +12,7 @@
 
 #include "check.hpp"
 #include "reference_host/diagnosis/document_check.hpp"
+#include "reference_host/diagnosis/syntax_hint.hpp"
 #include "reference_host/json/parse.hpp"
 #include "reference_host/json/text_places.hpp"
 #include "support/all_builders.hpp"
@@ -67,7 +68,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Value document;
   try {
     document = reference_host::json::parse(text, report);
-  } catch (const reference_host::json::ParseError&) {
+  } catch (const reference_host::json::ParseError& error) {
+    reference_host::diagnosis::hintForSyntax(report.text, error);
     return 0;
   }
   const auto problems = checkDocument(experienced(), document, Warnings::kYes).problems;

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "console.hpp"
+#include "reference_host/diagnosis/syntax_hint.hpp"
 #include "reference_host/json/parse.hpp"
 #include "reference_host/json/pointer.hpp"
 #include "reference_host/json/text_writer.hpp"
@@ -43,31 +44,15 @@ std::vector<PlacedProblem> duplicatesIn(const Knowledge& knowledge, const Value&
   return found;
 }
 
-/// What may have been meant where a text is no JSON.
-std::optional<std::string> hintForSyntax(std::string_view text, std::size_t offset,
-                                         std::string_view reason) {
-  if (reason == "unclosed object") return "add the } that is missing at its end";
-  if (reason == "unclosed array") return "add the ] that is missing at its end";
-  if (offset >= text.size()) return std::nullopt;
-  const char character = text[offset];
-  const std::size_t before = text.substr(0, offset).find_last_not_of(" \t\r\n");
-  const bool afterComma = before != std::string_view::npos && text[before] == ',';
-  if (character == '/' || character == '#') return "JSON has no comments: take it out";
-  if (character == '\'') return "put names and texts in double quotes";
-  if (afterComma && (character == '}' || character == ']')) return "take out the comma before it";
-  return std::nullopt;
-}
-
 /// The place where parsing stopped, with the character that is there.
 PlacedProblem syntaxProblem(const reference_host::json::ParseError& error,
                             const Document& document) {
   const TextPlace begin{error.line() - document.line + 1, error.column()};
-  const std::string_view text = document.content();
   return {{Code::kSyntax,
            {},
            {},
            error.reason(),
-           hintForSyntax(text, offsetOf(text, begin), error.reason()),
+           reference_host::diagnosis::hintForSyntax(document.content(), error, document.line),
            {},
            {},
            {}},

@@ -142,10 +142,6 @@ class Offsets {
 
 }  // namespace
 
-std::size_t offsetOf(std::string_view text, const TextPlace& place) {
-  return Offsets(text).of(place);
-}
-
 std::vector<PlacedProblem> place(std::vector<Problem> problems, std::string_view text) {
   if (problems.empty()) return {};
   std::vector<std::string> pointers;

@@ -25,9 +25,6 @@ struct PlacedProblem {
 std::vector<PlacedProblem> place(std::vector<reference_host::diagnosis::Problem> problems,
                                  std::string_view text);
 
-/// Where the character at a place of a text begins.
-std::size_t offsetOf(std::string_view text, const reference_host::json::TextPlace& place);
-
 /// Puts problems into the order in which they are told: by line, column, member and code.
 void sortByPlace(std::vector<PlacedProblem>& problems);
 

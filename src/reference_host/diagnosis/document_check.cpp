@@ -185,7 +185,6 @@ class DocumentCheck {
     } else {
       problem.member = pointer;
       problem.message = name + ": looks like a control and has no class name";
-      problem.hint = R"(add "className": "...")";
     }
     result_.problems.push_back(std::move(problem));
   }

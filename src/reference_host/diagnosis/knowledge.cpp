@@ -215,6 +215,38 @@ std::string wordsOf(const Value& object) {
   return words;
 }
 
+Remedy remedyIn(const NamedBuilder& builder, const Kind& kind,
+                const std::vector<std::string>& words, const std::string& pattern,
+                const std::string& held) {
+  Remedy remedy;
+  const Path place = pathOf(pattern);
+  if (valueAt(kind.sample, place) == nullptr) return remedy;
+  const auto nodeWith = [&](const Path& other, const Value& word, int variant) {
+    Value sample = kind.sample;
+    put(sample, other, word);
+    put(sample, place, someValueOf(held, variant));
+    return nodeBuilt(builder, sample);
+  };
+  if (std::get_if<std::string>(&place.back()) != nullptr) {
+    Value without = kind.sample;
+    removeMember(without, place);
+    remedy.canBeLeftOut = nodeBuilt(builder, without).has_value();
+  }
+  for (const char* key : kWordKeys) {
+    const Path other = childOf(parentOf(place), key);
+    const auto known = kind.places.find(patternOf(other));
+    if (known == kind.places.end() || known->second.forRecognition || other == place) continue;
+    for (const std::string& word : words) {
+      const auto node = nodeWith(other, word, 0);
+      if (!node || node == nodeWith(other, word, 1)) continue;
+      remedy.wordKey = key;
+      remedy.word = word;
+      return remedy;
+    }
+  }
+  return remedy;
+}
+
 class Trial {
  public:
   Trial(const NamedBuilder& builder, const Value& object, Path place)
@@ -361,6 +393,17 @@ std::string Knowledge::wantedInstead(const NamedBuilder& builder, const Value& o
     return tried->second;
   }
   return wantedInstead_.emplace(key, Trial(builder, object, place).wantedInstead()).first->second;
+}
+
+Remedy Knowledge::remedyFor(const NamedBuilder& builder, const Value& object,
+                            const Path& place) const {
+  const Kind& kind = kindOf(builder, object);
+  const std::string pattern = patternOf(place);
+  const std::string held = typeNameOf(valueAt(object, place));
+  const std::lock_guard<std::mutex> guard(mutex_);
+  const auto [remedy, isNew] = remedies_.try_emplace({&kind, pattern + ' ' + held});
+  if (isNew) remedy->second = remedyIn(builder, kind, words_, pattern, held);
+  return remedy->second;
 }
 
 bool Knowledge::isGood(const std::string& shape) const {

@@ -90,12 +90,14 @@ class Lints {
     if (column == nullptr) return true;
     const std::string* text = textAt(control, kText);
     const std::string number = written(*column);
+    const double length = text == nullptr ? 0 : static_cast<double>(lengthOf(*text));
     if (*column < 0) {
       add({name}, "is negative: " + number);
     } else if (std::trunc(*column) != *column) {
       add({name}, "is no whole number: " + number);
-    } else if (text != nullptr && *column > static_cast<double>(lengthOf(*text))) {
-      add({name}, "is beyond the end of \"text\": " + number);
+    } else if (text != nullptr && *column > length) {
+      add({name},
+          "is " + number + ", but \"text\" ends at " + written(length) + "; columns count from 0");
     } else {
       return true;
     }

@@ -11,9 +11,12 @@ namespace {
 
 constexpr std::size_t kMostEdits = 2;
 
+bool isSeparator(char character) {
+  return character == '-' || character == '_' || character == ' ';
+}
+
 std::string withoutSeparators(std::string_view word) {
   std::string letters = lowered(word);
-  const auto isSeparator = [](char c) { return c == '-' || c == '_' || c == ' '; };
   letters.erase(std::remove_if(letters.begin(), letters.end(), isSeparator), letters.end());
   return letters;
 }
@@ -39,6 +42,42 @@ std::size_t editDistance(std::string_view left, std::string_view right) {
   return above.back();
 }
 
+/// "defaultValue" as "default" and "value".
+std::vector<std::string> wordsIn(std::string_view name) {
+  std::vector<std::string> words;
+  bool begins = true;
+  bool inCapitals = false;
+  for (const char character : name) {
+    const bool isCapital = character >= 'A' && character <= 'Z';
+    if (isCapital && !inCapitals) begins = true;
+    inCapitals = isCapital;
+    if (isSeparator(character)) {
+      begins = true;
+      continue;
+    }
+    if (begins) words.emplace_back();
+    begins = false;
+    words.back() += character;
+  }
+  for (std::string& word : words) word = lowered(word);
+  return words;
+}
+
+/// Whether a name has all the words of another one, in their order.
+bool hasWordsOf(std::string_view longer, std::string_view shorter) {
+  constexpr std::size_t kShortestBeginning = 3;
+  const std::vector<std::string> wanted = wordsIn(shorter);
+  auto next = wanted.begin();
+  for (const std::string& word : wordsIn(longer)) {
+    if (next == wanted.end()) break;
+    const std::size_t common = std::min(word.size(), next->size());
+    const bool isBeginning = next == wanted.begin() && common >= kShortestBeginning &&
+                             word.compare(0, common, *next, 0, common) == 0;
+    if (word == *next || isBeginning) ++next;
+  }
+  return !wanted.empty() && next == wanted.end();
+}
+
 }  // namespace
 
 std::string lowered(std::string_view word) {
@@ -48,6 +87,20 @@ std::string lowered(std::string_view word) {
                                                 : character;
   });
   return small;
+}
+
+std::string relatedWord(std::string_view word, const std::vector<std::string>& candidates) {
+  std::string more;
+  std::string less;
+  for (const std::string& candidate : candidates) {
+    if (candidate == word) continue;
+    if (hasWordsOf(candidate, word)) {
+      if (more.empty() || candidate.size() < more.size()) more = candidate;
+    } else if (hasWordsOf(word, candidate) && candidate.size() > less.size()) {
+      less = candidate;
+    }
+  }
+  return more.empty() ? less : more;
 }
 
 std::string nearestWord(std::string_view word, const std::vector<std::string>& candidates) {

@@ -1,8 +1,11 @@
 #include "reference_host/diagnosis/offered_object.hpp"
 
+#include <algorithm>
+#include <cstddef>
 #include <vector>
 
 #include "reference_host/diagnosis/nearest_word.hpp"
+#include "reference_host/diagnosis/unclaimed_object.hpp"
 #include "reference_host/diagnosis/wording.hpp"
 
 namespace reference_host::diagnosis {
@@ -13,55 +16,128 @@ using foundation::json::Value;
 
 namespace {
 
-const std::string kObject = traits<Value::Object>::name;
-
 bool isMissing(const Culprit& culprit) {
   return culprit.held == traits<Undefined>::name;
 }
 
-/// The members of an object that are not read there, for those that may be meant by a missing one.
-std::vector<std::string> strangersIn(const Kind& kind, const Value& object, const Path& holder) {
-  std::vector<std::string> names;
-  const Value* value = valueAt(object, holder);
-  const auto* members = value == nullptr ? nullptr : value->get_if<Value::Object>();
-  if (members == nullptr) return names;
-  for (const auto& [name, member] : *members) {
-    if (!kind.reads(patternOf(childOf(holder, name)))) names.push_back(name);
-  }
+using Kinds = std::vector<const Kind*>;
+
+bool reads(const Kinds& kinds, const std::string& pattern) {
+  return std::any_of(kinds.begin(), kinds.end(),
+                     [&](const Kind* kind) { return kind->reads(pattern); });
+}
+
+/// The members that are read of what stands at a place, first those that it is recognised by.
+std::vector<std::string> membersOf(const Kind& kind, const std::string& pattern) {
+  std::vector<std::string> names = kind.membersOf(pattern);
+  std::stable_partition(names.begin(), names.end(), [&](const std::string& name) {
+    std::string place = pattern;
+    appendToPattern(place, name);
+    return kind.places.at(place).forRecognition;
+  });
   return names;
 }
 
-std::string hintForMissing(const Kind& kind, const Value& object, const Culprit& culprit) {
+const Value::Object* membersAt(const Value& object, const Path& place) {
+  const Value* value = valueAt(object, place);
+  return value == nullptr ? nullptr : value->get_if<Value::Object>();
+}
+
+/// Where something is missing, the member that may be meant by it: one that is misspelt, or that
+/// stands elsewhere.
+/// @param kinds what the object may be.
+std::optional<std::string> hintForMisplaced(const Kinds& kinds, const Value& object,
+                                            const Culprit& culprit) {
   const std::string& name = *std::get_if<std::string>(&culprit.place.back());
   const Path holder = parentOf(culprit.place);
-  const std::string meant = nearestWord(name, strangersIn(kind, object, holder));
-  if (!meant.empty()) return "write " + quoted(name) + " instead of " + quoted(meant);
-  // It may stand one or more levels too high.
-  for (Path higher = holder; !higher.empty();) {
-    higher.pop_back();
-    if (valueAt(object, childOf(higher, name)) != nullptr &&
-        !kind.reads(patternOf(childOf(higher, name)))) {
-      return "move " + quoted(name) + " into " + nameOfHolder(patternOf(holder));
+  const std::string move = "move " + quoted(name) + " into " + nameOfHolder(patternOf(holder));
+  const auto isStranger = [&](const Path& place) {
+    return valueAt(object, place) != nullptr && !reads(kinds, patternOf(place));
+  };
+  if (const auto* members = membersAt(object, holder)) {
+    std::vector<std::string> strangers;
+    for (const auto& [other, member] : *members) {
+      if (isStranger(childOf(holder, other))) strangers.push_back(other);
+    }
+    const std::string meant = nearestWord(name, strangers);
+    if (!meant.empty()) return "write " + quoted(name) + " instead of " + quoted(meant);
+    // It may stand one level too low,
+    for (const auto& [other, member] : *members) {
+      if (isStranger(childOf(childOf(holder, other), name))) return move;
     }
   }
-  std::string hint = "add " + quoted(name) + ": " + exampleOf(culprit.wanted);
-  const Value* value = valueAt(object, holder);
-  if (value == nullptr) hint += " in " + nameOfHolder(patternOf(holder));
+  // or one or more levels too high,
+  for (Path higher = holder; !higher.empty();) {
+    higher.pop_back();
+    if (isStranger(childOf(higher, name))) return move;
+  }
+  // or what belongs in it stands beside.
+  std::vector<std::string> beside;
+  for (const Kind* kind : kinds) {
+    for (const std::string& member : membersOf(*kind, patternOf(culprit.place))) {
+      if (isStranger(childOf(holder, member)) &&
+          std::find(beside.begin(), beside.end(), member) == beside.end()) {
+        beside.push_back(member);
+      }
+    }
+  }
+  if (beside.empty()) return std::nullopt;
+  std::string hint = quoted(beside.front());
+  for (std::size_t index = 1; index != beside.size(); ++index) {
+    hint += (index + 1 == beside.size() ? " and " : ", ") + quoted(beside[index]);
+  }
+  return hint + (beside.size() == 1 ? " belongs in " : " belong in ") +
+         nameOfHolder(patternOf(culprit.place));
+}
+
+std::string hintForMissing(const Kind& kind, const Value& object, const Culprit& culprit) {
+  if (auto hint = hintForMisplaced({&kind}, object, culprit)) return *std::move(hint);
+  const Path holder = parentOf(culprit.place);
+  std::string hint = "add " + quoted(*std::get_if<std::string>(&culprit.place.back())) + ": " +
+                     exampleOf(culprit.wanted);
+  if (valueAt(object, holder) == nullptr) hint += " in " + nameOfHolder(patternOf(holder));
   return hint;
 }
 
-std::optional<std::string> hintForWrong(const Kind& kind, const Value& object,
-                                        const Culprit& culprit) {
-  const Value* held = valueAt(object, culprit.place);
-  if (held == nullptr) return std::nullopt;
-  if (culprit.wanted == kObject) {
-    std::string members;
-    for (const std::string& name : kind.membersOf(patternOf(culprit.place))) {
-      members += (members.empty() ? "" : ", ") + quoted(name) + ": ...";
-    }
-    if (!members.empty()) return "write an object: {" + members + '}';
+/// The members of an object that is read at a place: `{"label": ..., "value": ...}`; empty if none.
+std::string shapeOfObject(const Kind& kind, const std::string& pattern) {
+  const std::vector<std::string> names = membersOf(kind, pattern);
+  std::string members;
+  for (std::size_t index = 0; index != std::min(names.size(), kMostNames); ++index) {
+    members += (members.empty() ? "" : ", ") + quoted(names[index]) + ": ...";
   }
-  return correction(*held, culprit.wanted);
+  if (names.size() > kMostNames) members += ", ...";
+  return members.empty() ? members : '{' + members + '}';
+}
+
+std::string hintForWrong(const OfferedObject& object, const Culprit& culprit) {
+  const Kind& kind = object.kind();
+  const Value& held = *valueAt(object.value, culprit.place);
+  const std::string pattern = patternOf(culprit.place);
+  const auto known = kind.places.find(pattern);
+  if (known != kind.places.end() && known->second.forRecognition) {
+    const std::string* word = textAt(kind.sample, pathOf(pattern));
+    if (word != nullptr) return "write " + quoted(*word);
+  }
+  const Remedy remedy = object.knowledge.remedyFor(object.builder, object.value, culprit.place);
+  std::string hint = correctionOr(held, culprit.wanted);
+  if (culprit.wanted == traits<Value::Object>::name) {
+    const std::string shape = shapeOfObject(kind, pattern);
+    if (!shape.empty()) hint = "write an object: " + shape;
+  } else if (culprit.wanted == traits<Value::Array>::name) {
+    const auto element = kind.places.find(pattern + "/*");
+    std::string shape = shapeOfObject(kind, pattern + "/*");
+    if (shape.empty() && element != kind.places.end()) shape = exampleOf(element->second.wanted);
+    if (!shape.empty()) hint = "write an array: [" + shape + ", ...]";
+  }
+  if (!remedy.word.empty()) {
+    return hint + ", or write " + quoted(remedy.wordKey) + ": " + quoted(remedy.word);
+  }
+  const bool isNull = held.get_if<foundation::json::Null>() != nullptr;
+  const bool isScalar =
+      culprit.wanted != traits<Value::Object>::name && culprit.wanted != traits<Value::Array>::name;
+  const bool mayBeUnwanted = isNull || (isScalar && !correction(held, culprit.wanted));
+  return mayBeUnwanted && remedy.canBeLeftOut ? hint + ", or leave it out" : hint;
 }
 
 /// "slider "threshold": "minimum" is text, but a number is wanted".
@@ -74,22 +150,35 @@ std::string messageOf(const std::string& name, const Culprit& culprit) {
          " is wanted";
 }
 
-/// What to add where something is missing by which a builder recognises its objects.
+/// What to write where a builder cannot tell by the value whether the object is one of its own.
 std::string hintForUnrecognised(const Knowledge& knowledge, const Value& object,
                                 const Culprit& culprit) {
-  const std::string hint = "add " + quoted(*std::get_if<std::string>(&culprit.place.back())) + ": ";
-  const bool isContext = culprit.place == contextPlace();
-  if (!isContext && culprit.place != typePlace()) return hint + exampleOf(culprit.wanted);
-  const Value* className = valueAt(object, classNamePlace());
-  std::string types;
-  for (const Recognition& recognition : knowledge.recognitions()) {
-    if (!recognition.type || className == nullptr || *className != Value(recognition.className)) {
-      continue;
+  const std::vector<Recognition>& recognitions = knowledge.recognitions();
+  const std::string* className = textAt(object, classNamePlace());
+  if (isMissing(culprit)) {
+    Kinds kinds;
+    for (const Recognition& recognition : recognitions) {
+      if (className == nullptr || recognition.className != *className) continue;
+      kinds.push_back(&knowledge.kindOf(*recognition.builder, recognition.sample()));
     }
-    types += (types.empty() ? "" : ", ") + quoted(*recognition.type);
+    if (auto hint = hintForMisplaced(kinds, object, culprit)) return *std::move(hint);
   }
-  if (types.empty()) return hint + exampleOf(culprit.wanted);
-  return hint + (isContext ? "{\"type\": T, ...}, where T" : "T, which") + " is one of " + types;
+  const bool isContext = culprit.place == contextPlace();
+  std::vector<std::string> words;
+  if (culprit.place == classNamePlace()) {
+    words = classNames(recognitions);
+  } else if (className != nullptr && (isContext || culprit.place == typePlace())) {
+    words = typesOf(*className, recognitions);
+  }
+  const std::string add = "add " + quoted(*std::get_if<std::string>(&culprit.place.back())) + ": ";
+  if (words.empty()) {
+    return isMissing(culprit) ? add + exampleOf(culprit.wanted)
+                              : correctionOr(*valueAt(object, culprit.place), culprit.wanted);
+  }
+  const std::string list = "one of " + listed(words);
+  if (!isContext && !isMissing(culprit)) return "write " + list;
+  return (isMissing(culprit) ? add : "write ") + (isContext ? "{\"type\": T, ...}" : "T") +
+         ", where T is " + list;
 }
 
 }  // namespace
@@ -116,10 +205,9 @@ Problem problemOf(const OfferedObject& object, importer::Step step,
   if (claimed) {
     problem.code = missing ? Code::kMissingMember : Code::kWrongType;
     problem.hint = missing ? hintForMissing(object.kind(), object.value, reason)
-                           : hintForWrong(object.kind(), object.value, reason);
+                           : hintForWrong(object, reason);
   } else {
-    problem.hint = missing ? hintForUnrecognised(object.knowledge, object.value, reason)
-                           : correction(*valueAt(object.value, reason.place), reason.wanted);
+    problem.hint = hintForUnrecognised(object.knowledge, object.value, reason);
   }
   return problem;
 }

@@ -137,6 +137,18 @@ std::string patternOf(const Path& path) {
   return pattern;
 }
 
+Path pathOf(const std::string& pattern) {
+  Path path;
+  for (const std::string_view token : json::tokensOf(pattern)) {
+    if (token == "*") {
+      path.emplace_back(std::size_t{0});
+    } else {
+      path.emplace_back(token == "~2" ? std::string("*") : json::nameOf(token));
+    }
+  }
+  return path;
+}
+
 const char* typeNameOf(const Value& value) noexcept {
   return nameOfHeldAmong<foundation::json::Null, bool, double, std::string, Value::Array,
                          Value::Object, float, std::int64_t, std::uint64_t>(value);

@@ -21,19 +21,6 @@ constexpr int kMostRepairs = 20;
 
 const State kAbsent{traits<Undefined>::name, {}};
 
-/// The path that a pattern stands for, in a value whose arrays have one element.
-Path pathOf(const std::string& pattern) {
-  Path path;
-  for (const std::string_view token : json::tokensOf(pattern)) {
-    if (token == "*") {
-      path.emplace_back(std::size_t{0});
-    } else {
-      path.emplace_back(token == "~2" ? std::string("*") : json::nameOf(token));
-    }
-  }
-  return path;
-}
-
 bool isInside(const std::string& pattern, const std::string& outer) {
   return pattern.size() > outer.size() && pattern.compare(0, outer.size(), outer) == 0 &&
          pattern[outer.size()] == '/';

@@ -23,24 +23,23 @@ std::optional<std::string> hintForOwnClass(const std::string& word,
   return std::nullopt;
 }
 
-std::optional<std::string> hintForType(const std::string& type, const Recognitions& recognitions) {
-  std::vector<std::string> types;
-  for (const Recognition& recognition : recognitions) {
-    if (recognition.type) types.push_back(*recognition.type);
-  }
+std::string hintForType(const std::string& className, const std::string& type,
+                        const Recognitions& recognitions) {
+  const std::vector<std::string> types = typesOf(className, recognitions);
   const std::string meant = nearestWord(type, types);
   if (!meant.empty()) return "did you mean " + quoted(meant) + '?';
-  if (auto hint = hintForOwnClass(type, recognitions)) return hint;
-  std::string list;
-  for (const std::string& known : types) list += (list.empty() ? "" : ", ") + quoted(known);
-  return "known types: " + list;
+  if (auto hint = hintForOwnClass(type, recognitions)) return *std::move(hint);
+  std::vector<std::string> others = classNames(recognitions);
+  const auto isOfTypes = [&](const std::string& name) { return isGeneric(name, recognitions); };
+  others.erase(std::remove_if(others.begin(), others.end(), isOfTypes), others.end());
+  std::string hint = "known types: " + listed(types);
+  if (!others.empty()) hint += "; other kinds have a class name of their own: " + listed(others);
+  return hint;
 }
 
 std::optional<std::string> hintForClass(const std::string& className,
                                         const Recognitions& recognitions) {
-  std::vector<std::string> classes;
-  for (const Recognition& recognition : recognitions) classes.push_back(recognition.className);
-  const std::string meant = nearestWord(className, classes);
+  const std::string meant = nearestWord(className, classNames(recognitions));
   if (!meant.empty()) return "did you mean " + quoted(meant) + '?';
   for (const Recognition& recognition : recognitions) {
     if (!recognition.type || bareClassName(className) != bareClassName(*recognition.type)) continue;
@@ -48,6 +47,26 @@ std::optional<std::string> hintForClass(const std::string& className,
            " with \"type\": " + quoted(*recognition.type) + " in \"context\"";
   }
   return hintForOwnClass(className, recognitions);
+}
+
+std::string hintForNoClass(const Value& object, const Recognitions& recognitions) {
+  static const std::string kName = "className";
+  const std::vector<std::string> classes = classNames(recognitions);
+  std::vector<std::string> names;
+  std::string known;  // the first member that may hold a class name
+  for (const auto& [name, member] : *object.get_if<Value::Object>()) {
+    names.push_back(name);
+    const auto* text = member.get_if<std::string>();
+    if (text == nullptr || !known.empty()) continue;
+    const bool isClass = std::find(classes.begin(), classes.end(), *text) != classes.end();
+    if (isClass || hintForOwnClass(*text, recognitions) || !nearestWord(*text, classes).empty()) {
+      known = name;
+    }
+  }
+  std::string meant = nearestWord(kName, names);
+  if (meant.empty()) meant = known;
+  if (!meant.empty()) return "write " + quoted(kName) + " instead of " + quoted(meant);
+  return "add " + quoted(kName) + ": T, where T is one of " + listed(classes);
 }
 
 bool looksLikeControl(const Value& object) {
@@ -60,16 +79,37 @@ bool looksLikeControl(const Value& object) {
 std::optional<Guess> guessFor(const Value& object, const Recognitions& recognitions) {
   if (const std::string* className = textAt(object, classNamePlace())) {
     if (isGeneric(*className, recognitions)) {
+      Guess guess{Code::kUnknownType, std::nullopt};
       const std::string* type = textAt(object, typePlace());
-      return Guess{Code::kUnknownType,
-                   type == nullptr ? std::nullopt : hintForType(*type, recognitions)};
+      if (type != nullptr) guess.hint = hintForType(*className, *type, recognitions);
+      return guess;
     }
     if (auto hint = hintForClass(*className, recognitions)) {
       return Guess{Code::kUnknownClass, std::move(hint)};
     }
   }
   if (!looksLikeControl(object)) return std::nullopt;
-  return Guess{Code::kUnknownClass, std::nullopt};
+  if (textAt(object, classNamePlace()) == nullptr) {
+    return Guess{Code::kUnknownClass, hintForNoClass(object, recognitions)};
+  }
+  return Guess{Code::kUnknownClass, "known class names: " + listed(classNames(recognitions))};
+}
+
+std::vector<std::string> classNames(const Recognitions& recognitions) {
+  std::vector<std::string> names;
+  for (const Recognition& recognition : recognitions) {
+    const std::string& name = recognition.className;
+    if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
+  }
+  return names;
+}
+
+std::vector<std::string> typesOf(const std::string& className, const Recognitions& recognitions) {
+  std::vector<std::string> types;
+  for (const Recognition& recognition : recognitions) {
+    if (recognition.type && recognition.className == className) types.push_back(*recognition.type);
+  }
+  return types;
 }
 
 bool isGeneric(const std::string& className, const Recognitions& recognitions) {

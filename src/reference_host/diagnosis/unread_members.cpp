@@ -21,8 +21,6 @@ namespace {
 
 /// So many members are tried one by one.
 constexpr std::size_t kMostTrials = 100;
-/// So many names a hint lists.
-constexpr std::size_t kMostNames = 12;
 
 /// Finds the members of an object that make no difference.
 class UnreadSearch {
@@ -71,7 +69,7 @@ class UnreadSearch {
       const std::string wanted = control_.knowledge.wantedInstead(builder_, corrected_, place);
       if (wanted.empty()) return;
       ignored(place, "is " + heldWords(typeNameOf(value)) + " and passed over",
-              correction(value, wanted));
+              correctionOr(value, wanted));
     }
   }
 
@@ -142,21 +140,39 @@ class UnreadSearch {
         free.push_back(member);
     }
     std::string meant = nearestWord(name, free);
+    if (meant.empty()) meant = missingFor(place, free);
     if (!meant.empty()) return "did you mean " + quoted(meant) + '?';
     const std::vector<std::string> holders = kind_.holdersOf(name);
     if (!holders.empty()) return quoted(name) + " belongs in " + nameOfHolder(holders.front());
+    meant = relatedWord(name, free);
+    if (!meant.empty()) return "did you mean " + quoted(meant) + '?';
+    // It may be a misspelling of what belongs elsewhere.
+    std::vector<std::string> names;
     for (const auto& [pattern, known] : kind_.places) {
-      // It may be a misspelling of what belongs elsewhere.
       const std::size_t slash = pattern.rfind('/');
-      const std::string other = json::nameOf(std::string_view(pattern).substr(slash + 1));
-      if (pattern.substr(0, slash) == holder || nearestWord(name, {other}).empty()) continue;
-      return "did you mean " + quoted(other) + " in " + nameOfHolder(pattern.substr(0, slash)) +
-             '?';
+      if (pattern.substr(0, slash) == holder) continue;
+      names.push_back(json::nameOf(std::string_view(pattern).substr(slash + 1)));
     }
-    if (free.empty() || free.size() > kMostNames) return std::nullopt;
-    std::string names;
-    for (const std::string& member : free) names += (names.empty() ? "" : ", ") + quoted(member);
-    return "what can be added here: " + names;
+    meant = nearestWord(name, names);
+    if (meant.empty()) meant = relatedWord(name, names);
+    for (const std::string& other : kind_.holdersOf(meant)) {
+      if (other != holder)
+        return "did you mean " + quoted(meant) + " in " + nameOfHolder(other) + '?';
+    }
+    if (free.empty()) return std::nullopt;
+    return "what can be added here: " + listed(free, kMostNames);
+  }
+
+  /// A required member that is missing beside an unknown one of its type; empty if there is none.
+  std::string missingFor(const Path& place, const std::vector<std::string>& free) const {
+    for (const std::string& member : free) {
+      const Value* required = valueAt(corrected_, childOf(parentOf(place), member));
+      if (required != nullptr &&
+          typeNameOf(required) == std::string(typeNameOf(valueAt(control_.value, place)))) {
+        return member;
+      }
+    }
+    return {};
   }
 
   void ignored(const Path& place, const std::string& what, std::optional<std::string> hint) {

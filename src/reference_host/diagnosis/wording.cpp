@@ -144,18 +144,33 @@ std::optional<std::string> correction(const Value& held, const std::string& want
     if (isNumber(*text)) return "write it without quotes: " + *text;
     return "write a number, without quotes";
   }
-  if (wanted == "bool") {
-    if (text != nullptr && (lowered(*text) == "true" || lowered(*text) == "false")) {
+  if (wanted == "bool" && text != nullptr) {
+    if (lowered(*text) == "true" || lowered(*text) == "false") {
       return "write it without quotes: " + lowered(*text);
-    }
-    if (number != nullptr && (*number == 0 || *number == 1)) {
-      return std::string("write ") + (*number == 0 ? "false" : "true");
     }
     return "write true or false, without quotes";
   }
+  if (wanted == "bool" && number != nullptr && (*number == 0 || *number == 1)) {
+    return std::string("write ") + (*number == 0 ? "false" : "true");
+  }
+  return std::nullopt;
+}
+
+std::string correctionOr(const Value& held, const std::string& wanted) {
+  if (auto hint = correction(held, wanted)) return *std::move(hint);
   if (wanted == "array") return "put it in brackets: [...]";
   if (wanted == "object") return "put an object here: {...}";
-  return "write " + exampleOf(wanted);
+  return "write " + (wanted == "string" ? "a text" : wantedWords(wanted));
+}
+
+std::string listed(const std::vector<std::string>& names, std::size_t most) {
+  std::string list;
+  for (std::size_t index = 0; index != names.size(); ++index) {
+    if (index != 0) list += ", ";
+    if (index == most) return list + "...";
+    list += quoted(names[index]);
+  }
+  return list;
 }
 
 std::string quoted(std::string_view name) {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@ namespace reference_host::diagnosis {
 
 namespace {
 
+using foundation::json::Value;
 using importer::NamedBuilder;
 using test_support::json;
 using ::testing::Contains;
@@ -42,21 +44,17 @@ std::vector<std::string> said(const std::string& document, Warnings warnings = W
   return lines;
 }
 
-struct Row {
-  const char* document;
-  std::vector<std::string> said;
-};
-
 TEST(DocumentCheckTest, Hints) {
-  const Row rows[] = {
+  const std::string types = R"("button", "checkBox", "comboBox", "editField", "slider")";
+  const std::string ownClasses =
+      R"("button", "ColorPickerControlNode", "DatePickerControlNode", "FileBrowserControlNode", )"
+      R"("RangeSliderControlNode", "SpinnerControlNode", "StateButtonControlNode", )"
+      R"("LumoAppIntegratedInlineNode", "LumoAppLineNode")";
+  const struct {
+    const char* document;
+    std::vector<std::string> said;
+  } rows[] = {
       {R"({"className": "TextNode", "anything": [1]})", {}},
-      {R"({"className": "SpinnerControlNode", "context": {"data": {"minimum": "0"}}})",
-       {"wrong-type /context/data/minimum: write it without quotes: 0"}},
-      {R"({"className": "SpinnerControlNode", "context": {"data": {"text": 5}}})",
-       {R"(wrong-type /context/data/text: put it in quotes: "5")"}},
-      {R"({"className": "FileBrowserControlNode", "context": {"data": {"browsertype": "file"}}})",
-       {R"(missing-member /context/data/browserType: write "browserType" instead of "browsertype")",
-        R"(unknown-member /context/data/browsertype: did you mean "browserType"?)"}},
       {R"({"className": "FileBrowserControlNode", "context": {"browserType": "file"}})",
        {R"(missing-member /context/data/browserType: move "browserType" into "context"."data")",
         R"(unknown-member /context/browserType: "browserType" belongs in "context"."data")"}},
@@ -65,8 +63,6 @@ TEST(DocumentCheckTest, Hints) {
         R"(add "browserType": "..." in "context"."data")"}},
       {R"({"className": "FileBrowserControlNode", "context": "file"})",
        {"wrong-type /context: write an object: {\"data\": ...}"}},
-      {R"({"className": "SpinnerControlNode", "minimum": 1, "context": {"data": {}}})",
-       {R"(unknown-member /minimum: "minimum" belongs in "context"."data")"}},
       {R"({"className": "SpinnerControlNode", "text": "a"})",
        {R"(ignored-member /text: it is read only where there is "context"."data")"}},
       {R"({"className": "SpinnerControlNode", "context": {"data": 1}})",
@@ -78,34 +74,65 @@ TEST(DocumentCheckTest, Hints) {
       {R"({"className": "LumoControlNode", "context": {"type": "editField", "data":
            {"valueType": "Double", "defaultValue": "2", "defaultValueLinkedVariable": "a"}}})",
        {"ignored-member /context/data/defaultValue: write it without quotes: 2"}},
-      {R"({"className": "LumoControlNode", "context": {"type": "Slider"}})",
-       {R"(unknown-type /context/type: did you mean "slider"?)"}},
       {R"({"className": "LumoControlNode", "context": {"type": "spinner"}})",
        {R"(unknown-type /context/type: write "className": "SpinnerControlNode")"}},
-      {R"({"className": "lumoControlNode"})",
-       {R"(unknown-class /className: did you mean "LumoControlNode"?)"}},
       {R"({"className": "SliderControlNode"})",
        {R"(unknown-class /className: write "className": "LumoControlNode" with "type": )"
         R"("slider" in "context")"}},
       {R"({"className": "Spinner"})",
        {R"(unknown-class /className: write "className": "SpinnerControlNode")"}},
-      {R"({"className": "Thing", "controlId": "a"})", {"unknown-class /className"}},
-      {R"({"controlId": "a"})", {R"(unknown-class : add "className": "...")"}},
+      {R"({"className": "Thing", "controlId": "a"})",
+       {"unknown-class /className: known class names: \"LumoControlNode\", " + ownClasses}},
+      {R"({"className": "LumoControlNode", "context": {"type": "dial"}})",
+       {"unknown-type /context/type: known types: " + types +
+        "; other kinds have a class name of their own: " + ownClasses}},
+      {R"({"className": "LumoControlNode", "context": {"type": 7}})",
+       {"cannot-tell /context/type: write one of " + types}},
+      {R"([{"classname": "Dial", "controlId": "a"}, {"class": "Spinner", "controlId": "a"}])",
+       {R"(unknown-class /0: write "className" instead of "classname")",
+        R"(unknown-class /1: write "className" instead of "class")"}},
+      {R"({"controlId": "a"})",
+       {R"(unknown-class : add "className": T, where T is one of "LumoControlNode", )" +
+        ownClasses}},
+      {R"([{"className": "LumoControlNode", "Context": {}},
+           {"className": "LumoControlNode", "type": "slider", "data": {}},
+           {"className": "LumoControlNode", "context": {"data": {"type": "slider"}}}])",
+       {R"(cannot-tell /0/context: write "context" instead of "Context")",
+        R"(cannot-tell /1/context: "type" and "data" belong in "context")",
+        R"(cannot-tell /2/context/type: move "type" into "context")"}},
       {R"({"className": "LumoControlNode"})",
-       {R"(cannot-tell /context: add "context": {"type": T, ...}, where T is one of )"
-        R"("button", "checkBox", "comboBox", "editField", "slider")"}},
+       {R"(cannot-tell /context: add "context": {"type": T, ...}, where T is one of )" + types}},
+      {R"([{"className": "FileBrowserControlNode", "context": {"data": {"browserType": null}}},
+           {"className": "SpinnerControlNode", "context": {"data": {"step": true}}}])",
+       {"wrong-type /0/context/data/browserType: write a text",
+        "wrong-type /1/context/data/step: write a number, or leave it out"}},
+      {R"({"className": "LumoControlNode", "context": {"type": "editField", "data":
+           {"valueType": "double", "defaultValue": 2.5, "defaultValueLinkedVariable": "a"}}})",
+       {R"(wrong-type /context/data/defaultValue: )"
+        R"(put it in quotes: "2.5", or write "valueType": "Double")"}},
       {R"({"className": "LumoControlNode", "context": {"type": "comboBox",
-           "data": {"items": ["a"]}}})",
-       {R"(wrong-type /context/data/items/0: write an object: {"label": ..., "value": ...})"}},
+           "data": {"items": "a;b", "itemLabels": null}}})",
+       {R"(wrong-type /context/data/items: write an array: [{"label": ..., "value": ...}, ...])",
+        R"(wrong-type /context/data/itemLabels: write an array: ["...", ...], or leave it out)"}},
+      {R"({"className": "LumoControlNode", "context": {"type": "comboBox",
+           "data": {"items": [{"label": "a", "item": "b"}]}}})",
+       {R"(missing-member /context/data/items/0/value: add "value": "...")",
+        R"(unknown-member /context/data/items/0/item: did you mean "value"?)"}},
+      {R"({"className": "SpinnerControlNode", "min": 1, "context": {"data": {"max": 2, "hue": 3}}})",
+       {R"(unknown-member /context/data/hue: what can be added here: "defaultValue", )"
+        R"("defaultValueLinkedVariable", "executionModel", "executionOn", "maxLinkedVariable", )"
+        R"("maximum", ...)",
+        R"(unknown-member /context/data/max: did you mean "maximum"?)",
+        R"(unknown-member /min: did you mean "minimum" in "context"."data"?)"}},
       {R"({"className": "LumoControlNode", "context": {"type": "comboBox", "data": {"items":
            [{"label": "a", "value": 1}, {"label": 2, "value": "b"}, {"label": "c", "value": 3}]}}})",
        {R"(wrong-type /context/data/items/0/value: put it in quotes: "1")",
         R"(wrong-type /context/data/items/2/value: put it in quotes: "3")",
         R"(wrong-type /context/data/items/1/label: put it in quotes: "2")"}},
-      {R"([{"className": "button", "controlId": "a"}, {"className": "button", "controlId": "a"}])",
-       {"duplicate-id /1/controlId: write another one; the first is at /0"}},
       {R"({"className": "LumoAppLineNode", "children": [{"className": "TextNode"}]})",
        {"ignored-member /children/0"}},
+      {R"({"className": "LumoAppLineNode", "children": [{"className": 5}]})",
+       {R"(wrong-type /children/0/className: write "LumoAppIntegratedInlineNode")"}},
       // Of a builder that nobody has told of.
       {R"({"className": "DialNode", "range": {"from": 1, "to": "2"}})",
        {"wrong-type /range/to: write it without quotes: 2"}},
@@ -116,7 +143,7 @@ TEST(DocumentCheckTest, Hints) {
       {R"({"className": "DialNode", "range": {"from": 1, "to": 2}, "options": {"a": 1}})",
        {"build-failed none"}},
   };
-  for (const Row& row : rows) EXPECT_EQ(said(row.document), row.said) << row.document;
+  for (const auto& row : rows) EXPECT_EQ(said(row.document), row.said) << row.document;
 }
 
 TEST(DocumentCheckTest, WithoutWarningsOnlyErrorsAreTold) {
@@ -124,6 +151,27 @@ TEST(DocumentCheckTest, WithoutWarningsOnlyErrorsAreTold) {
                        {"className": "SpinnerControlNode", "startColumn": "1", "other": 1}])",
                    Warnings::kNo),
               ElementsAre("wrong-type /1/startColumn: write it without quotes: 1"));
+}
+
+/// Tells its objects apart by their type, and need not have one.
+class GaugeBuilder final : public tessel::build::json::NodeBuilder {
+ public:
+  bool canBuild(const Value& json) const override {
+    if (json["className"] != Value("Gauge")) return false;
+    if (!json.hasOwnProperty("context")) throw std::runtime_error("no context");
+    return json["context"]["type"] == Value("round");
+  }
+  document::gxzero::Node build(const gx::zero::Model&, const Value&) const override { return {}; }
+};
+
+TEST(DocumentCheckTest, AGenericControlMayHaveNoType) {
+  const std::vector<NamedBuilder> gauge{{"Gauge", std::make_shared<const GaugeBuilder>()}};
+  const Knowledge knowledge(gauge, {"Gauge", "round"});
+  const Value document = json(R"({"className": "Gauge", "context": {}})");
+  const auto problems = checkDocument(knowledge, document, Warnings::kYes).problems;
+  ASSERT_EQ(problems.size(), 1U);
+  EXPECT_EQ(problems[0].member, "/context/type");
+  EXPECT_EQ(problems[0].message, R"(object of class "Gauge": has no type)");
 }
 
 TEST(KnowledgeTest, EveryBuilderReactsToSomeWordOfTheTool) {

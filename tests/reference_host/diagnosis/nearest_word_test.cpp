@@ -33,12 +33,20 @@ TEST(NearestWordTest, IsWhatMayBeMisspelt) {
       {"the nearest of several", "step", {"stop", "setup", "stepp", "steps"}, "stop"},
       {"fewer edits go before the order", "abcdef", {"abcdxx", "abcdex"}, "abcdex"},
       {"the word itself is passed over", "step", {"step", "stop"}, "stop"},
-      {"the word alone", "step", {"step"}, ""},
       {"no candidates", "step", {}, ""},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(nearestWord(row.word, row.candidates), row.nearest) << row.description;
   }
+}
+
+TEST(NearestWordTest, ARelatedOneSaysMoreOrLess) {
+  const std::vector<std::string> names{"maxLinkedVariable", "maximum", "defaultValue", "step"};
+  const char* const rows[][2] = {
+      {"max", "maximum"},        {"MAX", "maximum"},   {"max_value", "maximum"},
+      {"value", "defaultValue"}, {"stepSize", "step"}, {"variable", "maxLinkedVariable"},
+      {"valueDefault", ""},      {"ma", ""},           {"", ""}};
+  for (const auto& [word, related] : rows) EXPECT_EQ(relatedWord(word, names), related) << word;
 }
 
 }  // namespace

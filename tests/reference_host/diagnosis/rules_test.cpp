@@ -43,38 +43,28 @@ std::vector<std::string> rulesFor(const char* className, const char* type, const
 
 TEST(RulesTest, AreLearntFromTheBuilders) {
   const struct {
-    const char* description;
     const char* className;
     const char* type;
     const char* place;
     std::vector<std::string> rules;
   } rows[] = {
-      {"a field of one type",
-       "LumoControlNode",
-       "slider",
-       "/context/data/step",
-       {": double|undefined"}},
-      {"a required field", "FileBrowserControlNode", "", "/context/data/browserType", {": string"}},
-      {"a field that is required beside another one",
-       "LumoControlNode",
+      {"LumoControlNode", "slider", "/context/data/step", {": double|undefined"}},
+      {"FileBrowserControlNode", "", "/context/data/browserType", {": string"}},
+      // What is required beside another field, and what a word decides about.
+      {"LumoControlNode",
        "editField",
        "/context/data/defaultValueLinkedVariable",
        {"/context/data/defaultValue array|bool|double|null|object|string: string"}},
-      {"a field that a word decides about",
-       "LumoControlNode",
+      {"LumoControlNode",
        "editField",
        "/context/data/defaultValue",
        {R"(/context/data/valueType array|bool|double|null|object|string|"LumoControlNode"|"editField")"
         "|undefined: string|undefined"}},
-      {"any value will do", "LumoControlNode", "slider", "/controlId", {}},
-      {"a member of an element",
-       "LumoControlNode",
-       "comboBox",
-       "/context/data/items/*/label",
-       {": string"}},
+      {"LumoControlNode", "slider", "/controlId", {}},
+      {"LumoControlNode", "comboBox", "/context/data/items/*/label", {": string"}},
   };
   for (const auto& row : rows) {
-    EXPECT_EQ(rulesFor(row.className, row.type, row.place), row.rules) << row.description;
+    EXPECT_EQ(rulesFor(row.className, row.type, row.place), row.rules) << row.place;
   }
 }
 
@@ -103,10 +93,10 @@ TEST(LintsTest, UnlikelyValuesAreTold) {
       {button + R"("startColumn": 2, "endColumn": 1})",
        {R"(/endColumn is before "startColumn", 2)"}},
       {button + R"("startColumn": 1, "endColumn": 3, "text": "ab"})",
-       {R"(/endColumn is beyond the end of "text": 3)"}},
+       {R"(/endColumn is 3, but "text" ends at 2; columns count from 0)"}},
       {button + R"("endColumn": 2, "text": "😀"})", {}},
       {button + R"("endColumn": 2, "text": "ä"})",
-       {R"(/endColumn is beyond the end of "text": 2)"}},
+       {R"(/endColumn is 2, but "text" ends at 1; columns count from 0)"}},
       {comboBox + R"("items": [{"label": "a", "value": "b"}], "defaultValue": "a"}}})", {}},
       {comboBox + R"("items": [{"label": "a", "value": "b"}], "defaultValue": "b"}}})", {}},
       {comboBox + R"("itemLabels": ["c"], "defaultValue": "c"}}})", {}},

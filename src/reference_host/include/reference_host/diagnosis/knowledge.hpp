@@ -12,6 +12,7 @@
 #include <string_view>
 #include <tuple>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "foundation/export.hpp"
@@ -55,6 +56,13 @@ struct TESSEL_HOST_API Kind {
   std::vector<std::string> holdersOf(const std::string& name) const;
 };
 
+/// What can be done about a value of a wrong type but writing another one.
+struct Remedy {
+  bool canBeLeftOut = false;
+  std::string wordKey;  ///< a member beside it, with which the value is right; empty if none
+  std::string word;     ///< what that member has to hold
+};
+
 /// Learns when it is asked for the first time, and remembers. Works for any builder; any number of
 /// threads may ask.
 class TESSEL_HOST_API Knowledge {
@@ -84,6 +92,12 @@ class TESSEL_HOST_API Knowledge {
   std::string wantedInstead(const importer::NamedBuilder& builder, const Value& object,
                             const Path& place) const;
 
+  /// What else helps where the value at a place is of a wrong type. It is tried on a good object of
+  /// the kind.
+  /// @param object one that the builder claims, with a value at the place.
+  Remedy remedyFor(const importer::NamedBuilder& builder, const Value& object,
+                   const Path& place) const;
+
   /// Whether objects of this shape have been found to be without a problem.
   bool isGood(const std::string& shape) const;
   void rememberGood(std::string shape) const;
@@ -98,6 +112,7 @@ class TESSEL_HOST_API Knowledge {
   mutable std::mutex mutex_;
   mutable std::map<Words, Kind> kinds_;
   mutable std::map<Words, std::string> wantedInstead_;
+  mutable std::map<std::pair<const Kind*, std::string>, Remedy> remedies_;
   mutable std::shared_mutex shapesMutex_;
   mutable std::unordered_set<std::string> goodShapes_;
 };

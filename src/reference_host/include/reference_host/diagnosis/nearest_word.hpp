@@ -19,6 +19,13 @@ namespace reference_host::diagnosis {
 TESSEL_HOST_API std::string nearestWord(std::string_view word,
                                         const std::vector<std::string>& candidates);
 
+/// The candidate that says more or less of the same: its words ("default", "Value") are in their
+/// order among those of the word or the other way round, and three letters do for the first one:
+/// "minimum" for "min", "step" for "stepSize". Of several the shortest that says more, or else the
+/// longest that says less. Empty when there is none.
+TESSEL_HOST_API std::string relatedWord(std::string_view word,
+                                        const std::vector<std::string>& candidates);
+
 /// The word in small letters (ASCII).
 std::string lowered(std::string_view word);
 

@@ -49,6 +49,8 @@ TESSEL_HOST_API std::string pointerOf(const Path& path);
 
 /// The JSON pointer with a star for every index: equal for places that are alike.
 TESSEL_HOST_API std::string patternOf(const Path& path);
+/// The path that a pattern stands for, in a value whose arrays have one element.
+Path pathOf(const std::string& pattern);
 /// Appends a step to a pattern.
 void appendToPattern(std::string& pattern, const PathStep& step);
 

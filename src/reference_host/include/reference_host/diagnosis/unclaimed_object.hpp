@@ -26,6 +26,12 @@ struct Guess {
 std::optional<Guess> guessFor(const foundation::json::Value& object,
                               const std::vector<Recognition>& recognitions);
 
+/// The class names that are recognised, each once.
+std::vector<std::string> classNames(const std::vector<Recognition>& recognitions);
+/// The types by which objects of a class are told apart.
+std::vector<std::string> typesOf(const std::string& className,
+                                 const std::vector<Recognition>& recognitions);
+
 /// Whether objects of the class are told apart by their type.
 TESSEL_HOST_API bool isGeneric(const std::string& className,
                                const std::vector<Recognition>& recognitions);

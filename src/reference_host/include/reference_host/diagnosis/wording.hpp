@@ -3,6 +3,7 @@
 /// @file
 /// The words in which people are told of problems.
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -31,14 +32,22 @@ std::string heldWords(const std::string& type);
 /// A type as what is wanted.
 TESSEL_HOST_API std::string wantedWords(const std::string& type);
 
-/// What to write for a value that holds one type where another is wanted.
+/// What to write for a value that holds one type where another is wanted; nothing where the value
+/// does not suggest it.
 std::optional<std::string> correction(const foundation::json::Value& held,
                                       const std::string& wanted);
+/// The same, or else that some value of the wanted type is to be written.
+std::string correctionOr(const foundation::json::Value& held, const std::string& wanted);
 /// An example of a type's values as JSON.
 std::string exampleOf(const std::string& type);
 
 /// A name in double quotes, as JSON has it.
 std::string quoted(std::string_view name);
+/// Such names with commas between them; for those beyond the most, dots.
+std::string listed(const std::vector<std::string>& names,
+                   std::size_t most = static_cast<std::size_t>(-1));
+/// So many names a hint lists where any may be meant.
+inline constexpr std::size_t kMostNames = 6;
 
 /// With what the class names of controls end.
 inline constexpr std::string_view kClassEnding = "ControlNode";
