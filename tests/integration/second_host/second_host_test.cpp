@@ -3,7 +3,6 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <boost/log/attributes/value_visitation.hpp>
 #include <boost/log/core/core.hpp>
 #include <boost/log/sinks/basic_sink_backend.hpp>
@@ -13,18 +12,22 @@
 #include <functional>
 #include <memory>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <variant>
 #include <vector>
 
-#include "controls/control_builders.hpp"
+#include "contract/kinds.hpp"
 #include "framework/element_sequence.hpp"
+#include "support/manifest_builders.hpp"
 #include "tessel/shared/logging.hpp"
-#include "widgets/task_builders.hpp"
 
 namespace {
 
+using contract::FieldSpec;
+using contract::Kind;
+using contract::Type;
 using document::gxzero::Node;
 using foundation::json::List;
 using foundation::json::Members;
@@ -34,32 +37,27 @@ using gx::zero::ModelElement;
 using gx::zero::ModelElementImpl;
 namespace controls = tessel::build::json::controls;
 namespace framework = tessel::build::json::controls::framework;
-namespace widgets = tessel::build::json::widgets;
 
-std::string told(const ModelElementImpl& element);
+using Lines = std::vector<std::string>;
 
-struct Teller {
-  std::string operator()(const std::u16string& text) const { return {text.begin(), text.end()}; }
-  std::string operator()(bool flag) const { return flag ? "yes" : "no"; }
-  std::string operator()(const ModelElement& element) const { return told(*element.get()); }
-  template <typename Number>
-  std::string operator()(Number number) const {
-    std::ostringstream text;
-    text << number;
-    return text.str();
-  }
-};
-
-/// An element and what it holds, by name.
-std::string told(const ModelElementImpl& element) {
-  std::string text;
+/// What an element and those in it hold, as "path=value".
+void tell(const ModelElementImpl& element, const std::string& path, Lines& lines) {
   for (const auto& [name, value] : element.kept) {
-    text += (text.empty() ? "" : " ") + name + "=" + std::visit(Teller(), value);
+    std::ostringstream text;
+    if (const auto* held = std::get_if<ModelElement>(&value)) {
+      tell(*held->get(), path + name + '.', lines);
+      continue;
+    }
+    if (const auto* held = std::get_if<std::u16string>(&value))
+      text << std::string(held->begin(), held->end());
+    if (const auto* held = std::get_if<double>(&value)) text << *held;
+    if (const auto* held = std::get_if<bool>(&value)) text << (*held ? "yes" : "no");
+    if (const auto* held = std::get_if<unsigned long long>(&value)) text << *held;
+    lines.push_back(path + name + '=' + text.str());
   }
   for (const auto& [name, list] : element.lists) {
-    for (const ModelElementImpl* entry : list) text += " " + name + told(*entry);
+    for (const ModelElementImpl* entry : list) tell(*entry, path + name + '.', lines);
   }
-  return "{" + text + "}";
 }
 
 /// What a call that throws has thrown, or what the call says.
@@ -90,157 +88,164 @@ Value without(const Value& value, const std::string& path) {
   return rest;
 }
 
-Value control(const char* className, Members context) {
-  return Members{{"className", className},
-                 {"controlId", "c1"},
-                 {"startColumn", 2.0},
-                 {"context", std::move(context)}};
-}
 Value generic(const char* type, Members data) {
-  return control("LumoControlNode", {{"type", type}, {"data", std::move(data)}});
-}
-Value ofClass(const char* className, Members data) {
-  return control(className, {{"data", std::move(data)}});
-}
-/// A control's node around its data object.
-std::string node(const std::string& record) {
-  return "{data={" + record + "} id=c1 position={startColumn=2}}";
+  return Members{{"className", contract::kGenericControl},
+                 {"context", Members{{"type", type}, {"data", std::move(data)}}}};
 }
 
-struct Kind {
-  std::string name;
-  std::shared_ptr<tessel::build::json::NodeBuilder> builder;
-  Value json;
-  std::string built;
+/// An object of a kind, and what its node has to hold.
+struct Whole {
+  Members object;
+  Lines lines;
 };
 
-template <typename Builder, typename... Services>
-Kind kindOf(std::string name, Value json, std::string built, const Services&... services) {
-  return {std::move(name), std::make_shared<Builder>(services...), std::move(json),
-          std::move(built)};
+Whole wholeOf(const Kind& kind, const char* valueType);
+
+/// A value for a field. The lines tell it at the path of the field's property.
+Value valueFor(const FieldSpec& field, const std::string& path, const char* valueType,
+               Lines& lines) {
+  const bool isNumber = valueType == std::string("Double");
+  const auto told = [&](const std::string& text, Value value) {
+    lines.push_back(path + '=' + text);
+    return value;
+  };
+  switch (field.type) {
+    case Type::kText:
+    case Type::kTextOrNothing:
+      return told("a", "a");
+    case Type::kAnchor:
+      return told("M_7", "7");
+    case Type::kNumber:
+      return told("2.5", 2.5);
+    case Type::kColumn:
+    case Type::kLineCount:
+      return told("3", 3.7);
+    case Type::kFlag:
+      return told("yes", true);
+    case Type::kValueType:
+      return told(valueType, valueType);
+    case Type::kDefault:
+      lines.insert(lines.end(), {path + ".defaultLinkedVariable=v",
+                                 path + ".defaultValue=" + (isNumber ? "2.5" : "a")});
+      return isNumber ? Value(2.5) : "a";
+    case Type::kDefaultLinked:
+      return "v";
+    case Type::kItems: {
+      lines.insert(lines.end(),
+                   {path + ".label=A", path + ".item=a", path + ".label=A", path + ".item=a"});
+      const Value item = Members{{"label", "A"}, {"value", "a"}};
+      return List{item, item};
+    }
+    case Type::kItemLabels:
+      lines.insert(lines.end(), {path + ".label=x", path + ".label=y"});
+      return List{"x", "y"};
+    case Type::kChildren: {
+      const Whole task = wholeOf(contract::taskKind(), valueType);
+      for (int count = 0; count != 2; ++count) {
+        for (const std::string& line : task.lines) lines.push_back(path + '.' + line);
+      }
+      return List{task.object, "text", task.object};
+    }
+  }
+  throw std::logic_error("a type of no field");
 }
 
-std::vector<Kind> kinds() {
-  const Value item = Members{{"label", "A"}, {"value", "a"}};
-  const Value task = Members{{"className", "LumoAppIntegratedInlineNode"},
-                             {"instanceId", "i1"},
-                             {"taskID", "t1"},
-                             {"numOfCodeLines", 3.7}};
-  const std::string toldTask = "{id=i1 task=taskId:t1 numCodeLines:3 }";
-  return {
-      kindOf<controls::ButtonBuilderImpl>("button", generic("button", {{"text", "Run"}}),
-                                          node("label=Run")),
-      kindOf<controls::CheckBoxBuilderImpl>(
-          "check box", generic("checkBox", {{"defaultValue", true}}), node("defaultValue=yes")),
-      kindOf<controls::ColorPickerBuilderImpl>(
-          "colour picker",
-          ofClass("ColorPickerControlNode", {{"colorFormat", "hex"}, {"defaultValue", "#fff"}}),
-          node("colorFormat=hex defaultValue=#fff")),
-      kindOf<controls::ComboboxBuilderImpl>(
-          "combo box",
-          generic("comboBox", {{"items", List{item, item}},
-                               {"itemLabels", List{"x", "y"}},
-                               {"linkedVariable", "v"}}),
-          node("linkedVariable=v itemLabels{label=x} itemLabels{label=y} items{item=a label=A} "
-               "items{item=a label=A}")),
-      kindOf<controls::DatePickerBuilderImpl>(
-          "date picker", ofClass("DatePickerControlNode", {{"displayFormat", "yyyy"}}),
-          node("displayFormat=yyyy")),
-      kindOf<controls::EditFieldBuilderImpl>(
-          "edit field of text",
-          generic("editField", {{"defaultValue", "a"}, {"defaultValueLinkedVariable", "v"}}),
-          node("defaultValueData={defaultLinkedVariable=v defaultValue=a}")),
-      kindOf<controls::EditFieldBuilderImpl>(
-          "edit field of a number",
-          generic("editField", {{"valueType", "Double"},
-                                {"defaultValue", 2.5},
-                                {"defaultValueLinkedVariable", "v"}}),
-          node("defaultValueData={defaultLinkedVariable=v defaultValue=2.5} valueType=Double")),
-      kindOf<controls::FileBrowserBuilderImpl>(
-          "file browser", ofClass("FileBrowserControlNode", {{"browserType", "file"}}),
-          node("browserType=file")),
-      kindOf<controls::RangeSliderNodeBuilderImpl>(
-          "range slider",
-          ofClass("RangeSliderControlNode", {{"minimum", 1.0}, {"defaultValue", "[1 2]"}}),
-          node("defaultValue=[1 2] min=1")),
-      kindOf<controls::SliderNodeBuilderImpl>(
-          "slider", generic("slider", {{"maximum", 9.5}, {"defaultValue", 4.0}}),
-          node("defaultValue=4 max=9.5")),
-      kindOf<controls::SpinnerNodeBuilderImpl>(
-          "spinner", ofClass("SpinnerControlNode", {{"step", 2.0}, {"executionOn", "change"}}),
-          node("executeOn=change step=2")),
-      kindOf<controls::StateButtonBuilderImpl>(
-          "state button", ofClass("StateButtonControlNode", {{"defaultValueLinkedVariable", "v"}}),
-          node("defaultLinkedVariable=v")),
-      kindOf<widgets::LumoTaskIntegratedInlineNodeBuilderImpl>("task", task, toldTask),
-      kindOf<widgets::LumoTaskHeaderBuilderImpl>(
-          "task header",
-          Members{{"className", "LumoAppLineNode"},
-                  {"anchor", "7"},
-                  {"children", List{task, "text", task}}},
-          "{anchorId=M_7 children" + toldTask + " children" + toldTask + "}",
-          std::make_shared<widgets::LumoTaskIntegratedInlineNodeBuilderImpl>()),
-  };
+/// @param valueType of an edit field: "Double" or another one.
+Whole wholeOf(const Kind& kind, const char* valueType) {
+  Whole whole;
+  Members data;
+  for (const FieldSpec& field : kind.fields) {
+    std::string path = field.property;
+    if (field.holder == FieldSpec::Holder::kData) path = kind.slot + '.' + path;
+    if (field.holder == FieldSpec::Holder::kPosition) path = "position." + path;
+    // This host has its anchors under another key.
+    const std::string key = field.type == Type::kAnchor ? "anchor" : field.key;
+    const bool inData = isControl(kind) && field.place == FieldSpec::Place::kData;
+    (inData ? data : whole.object)[key] = valueFor(field, path, valueType, whole.lines);
+  }
+  whole.object["className"] = isGeneric(kind) ? std::string(contract::kGenericControl) : kind.word;
+  if (isControl(kind)) {
+    whole.object["context"] = Members{{"type", kind.word}, {"data", std::move(data)}};
+  }
+  return whole;
+}
+
+std::shared_ptr<tessel::build::json::NodeBuilder> builderOf(const Kind& kind) {
+  std::shared_ptr<tessel::build::json::NodeBuilder> found;
+  test_support::makeBuilders([&](const std::string& name, const auto& builder) {
+    if (name == kind.builder) found = builder;
+  });
+  return found;
 }
 
 std::string builtBy(const Kind& kind, const Value& json) {
-  return outcomeOf([&] { return told(*kind.builder->build(Model(), json).get()); });
+  return outcomeOf([&] {
+    builderOf(kind)->build(Model(), json);
+    return "built";
+  });
 }
 std::string answerOf(const Kind& kind, const Value& json) {
-  return outcomeOf([&] { return kind.builder->canBuild(json) ? "yes" : "no"; });
+  return outcomeOf([&] { return builderOf(kind)->canBuild(json) ? "yes" : "no"; });
 }
 
 TEST(SecondHost, EachKindIsBuilt) {
-  for (const Kind& kind : kinds()) {
-    SCOPED_TRACE(kind.name);
-    EXPECT_EQ(answerOf(kind, kind.json), "yes");
-    EXPECT_EQ(builtBy(kind, kind.json), kind.built);
+  for (const Kind& kind : contract::kinds()) {
+    for (const char* valueType : {"Double", "String"}) {
+      SCOPED_TRACE(kind.name + ' ' + valueType);
+      const Whole whole = wholeOf(kind, valueType);
+      const Value json = whole.object;
+      EXPECT_EQ(answerOf(kind, json), "yes");
+      Lines lines;
+      const Model model;
+      const Node node = builderOf(kind)->build(model, json);
+      tell(*node.get(), "", lines);
+      EXPECT_THAT(lines, testing::UnorderedElementsAreArray(whole.lines));
+    }
   }
 }
 
 struct MissingRow {
-  std::string kind;
+  std::string builder;
   std::string path;
   std::string outcome;
 };
 
 void expectOutcomes(const std::vector<MissingRow>& rows,
                     std::string (*answer)(const Kind&, const Value&)) {
-  const std::vector<Kind> all = kinds();
   for (const MissingRow& row : rows) {
-    const auto kind = std::find_if(all.begin(), all.end(),
-                                   [&row](const Kind& each) { return each.name == row.kind; });
-    ASSERT_NE(kind, all.end()) << row.kind;
-    EXPECT_EQ(answer(*kind, without(kind->json, row.path)), row.outcome)
-        << row.kind << " without " << row.path;
+    const Kind& kind = contract::kindOf(row.builder);
+    for (const char* valueType : {"Double", "String"}) {
+      EXPECT_EQ(answer(kind, without(wholeOf(kind, valueType).object, row.path)), row.outcome)
+          << row.builder << " without " << row.path;
+    }
   }
 }
 
 TEST(SecondHost, AMissingMemberEndsInWhatTheHostMakesOfIt) {
-  expectOutcomes({{"button", "className", "no"},
-                  {"button", "context", "no context to read"},
-                  {"button", "context.type", "invalid conversion: Nothing to Text"},
-                  {"slider", "className", "no"},
-                  {"slider", "context", "no context to read"},
-                  {"slider", "context.type", "invalid conversion: Nothing to Text"},
-                  {"spinner", "className", "no"},
-                  {"date picker", "className", "no className to read"}},
+  expectOutcomes({{"ButtonBuilderImpl", "className", "no"},
+                  {"ButtonBuilderImpl", "context", "no context to read"},
+                  {"ButtonBuilderImpl", "context.type", "invalid conversion: Nothing to Text"},
+                  {"SliderNodeBuilderImpl", "className", "no"},
+                  {"SliderNodeBuilderImpl", "context", "no context to read"},
+                  {"SliderNodeBuilderImpl", "context.type", "invalid conversion: Nothing to Text"},
+                  {"SpinnerNodeBuilderImpl", "className", "no"},
+                  {"DatePickerBuilderImpl", "className", "no className to read"}},
                  answerOf);
   const std::string linked = "context.data.defaultValueLinkedVariable";
-  expectOutcomes({{"button", "context", "no context to read"},
-                  {"button", "context.data", "no data to read"},
-                  {"colour picker", "context.data.colorFormat", "no colorFormat to change"},
-                  {"combo box", "context.data.items.label", "no label to read"},
-                  {"combo box", "context.data.items.value", "no value to read"},
-                  {"date picker", "context.data.displayFormat", "no displayFormat to change"},
-                  {"edit field of text", linked, "no defaultValueLinkedVariable to change"},
-                  {"edit field of a number", linked, "no defaultValueLinkedVariable to change"},
-                  {"file browser", "context", "no context to read"},
-                  {"file browser", "context.data", "no data to read"},
-                  {"file browser", "context.data.browserType", "no browserType to change"},
-                  {"task header", "anchor", "no anchor to read"},
-                  {"task header", "children", "no children to read"}},
-                 builtBy);
+  expectOutcomes(
+      {{"ButtonBuilderImpl", "context", "no context to read"},
+       {"ButtonBuilderImpl", "context.data", "no data to read"},
+       {"ColorPickerBuilderImpl", "context.data.colorFormat", "no colorFormat to change"},
+       {"ComboboxBuilderImpl", "context.data.items.label", "no label to read"},
+       {"ComboboxBuilderImpl", "context.data.items.value", "no value to read"},
+       {"DatePickerBuilderImpl", "context.data.displayFormat", "no displayFormat to change"},
+       {"EditFieldBuilderImpl", linked, "no defaultValueLinkedVariable to change"},
+       {"FileBrowserBuilderImpl", "context", "no context to read"},
+       {"FileBrowserBuilderImpl", "context.data", "no data to read"},
+       {"FileBrowserBuilderImpl", "context.data.browserType", "no browserType to change"},
+       {"LumoTaskHeaderBuilderImpl", "anchor", "no anchor to read"},
+       {"LumoTaskHeaderBuilderImpl", "children", "no children to read"}},
+      builtBy);
 }
 
 TEST(SecondHost, AHeldAlternativeIsNamedInTheHostsWords) {
@@ -248,7 +253,8 @@ TEST(SecondHost, AHeldAlternativeIsNamedInTheHostsWords) {
   for (const auto& [held, name] : std::vector<std::pair<Value, std::string>>{
            {"1", "Text"}, {1.0F, "Single"}, {std::uint64_t{1}, "Unsigned"}}) {
     EXPECT_EQ(outcomeOf([&slider, value = held] {
-                return told(*slider.build(Model(), generic("slider", {{"minimum", value}})).get());
+                slider.build(Model(), generic("slider", {{"minimum", value}}));
+                return "built";
               }),
               "invalid conversion: " + name + " to Real");
   }

@@ -120,7 +120,28 @@ struct ValueMeta {
   unsigned code;
 };
 
-struct ModelElementImpl : std::enable_shared_from_this<ModelElementImpl> {
+/// Values by the names of their properties.
+struct Bag {
+  using Held = std::variant<std::u16string, double, bool, unsigned long long, ModelElement>;
+
+  template <typename T>
+  bool keep(const std::string& name, T value) {
+    kept[name] = std::move(value);
+    return true;
+  }
+  bool keep(const std::string& name, unsigned short value) {
+    return keep<unsigned long long>(name, value);
+  }
+  /// What another bag holds, each below the name.
+  bool keepAll(const std::string& name, const Bag& bag) {
+    for (const auto& [each, value] : bag.kept) kept[name + '.' + each] = value;
+    return true;
+  }
+
+  std::map<std::string, Held> kept;
+};
+
+struct ModelElementImpl : Bag, std::enable_shared_from_this<ModelElementImpl> {
   enum class ReflectionPrivateTag { PUBLIC_ACCESS };
   template <typename>
   struct BuilderBase {};  // for an element that its owner creates
@@ -138,19 +159,11 @@ struct ModelElementImpl : std::enable_shared_from_this<ModelElementImpl> {
     element->container = this;
   }
 
-  template <typename T>
-  bool keep(const char* name, T value) {
-    kept[name] = std::move(value);
-    return true;
-  }
   template <typename Impl>
   Handle<Impl> keepNew(const char* name, const boost::uuids::uuid& uuid);
 
   std::vector<ModelElement>* model = nullptr;
   ModelElementImpl* container = nullptr;
-  std::map<std::string,
-           std::variant<std::u16string, double, bool, unsigned long long, ModelElement>>
-      kept;
   std::map<std::string, std::vector<ModelElementImpl*>> lists;
 };
 

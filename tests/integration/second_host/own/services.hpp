@@ -5,8 +5,8 @@
 
 #include <string>
 
-#include "classes.hpp"
 #include "framework.hpp"
+#include "own/classes.hpp"
 #include "text.hpp"
 #include "values.hpp"
 
