@@ -1,8 +1,9 @@
 #pragma once
 
 /// @file
-/// Words that builders may compare with: the texts under "className", "type" and "valueType". They
-/// cannot be seen from outside, so each is tried; one that no builder reacts to does no harm.
+/// Words that builders may compare with, and that their own names do not suggest: the texts under
+/// "className", "type" and "valueType". They cannot be seen from outside, so each is tried; one
+/// that no builder reacts to does no harm.
 
 #include <optional>
 #include <string>
@@ -11,23 +12,8 @@
 namespace tessel_tool {
 
 inline std::vector<std::string> knownWords() {
-  return {
-      "LumoControlNode",
-      "button",
-      "checkBox",
-      "comboBox",
-      "editField",
-      "slider",
-      "ColorPickerControlNode",
-      "DatePickerControlNode",
-      "FileBrowserControlNode",
-      "RangeSliderControlNode",
-      "SpinnerControlNode",
-      "StateButtonControlNode",
-      "LumoAppIntegratedInlineNode",
-      "LumoAppLineNode",
-      "Double",
-  };
+  return {"LumoControlNode", "comboBox", "LumoAppIntegratedInlineNode", "LumoAppLineNode",
+          "Double"};
 }
 
 /// The words of the tool and those of the files, one a line; nothing if a file cannot be read,

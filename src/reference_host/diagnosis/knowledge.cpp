@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <set>
+#include <string_view>
 #include <utility>
 
 #include "reference_host/diagnosis/culprit.hpp"
+#include "reference_host/diagnosis/nearest_word.hpp"
+#include "reference_host/diagnosis/wording.hpp"
 #include "reference_host/json/pointer.hpp"
 
 namespace reference_host::diagnosis {
@@ -247,6 +250,39 @@ Remedy remedyIn(const NamedBuilder& builder, const Kind& kind,
   return remedy;
 }
 
+void addOnce(std::vector<std::string>& words, std::string word) {
+  if (std::find(words.begin(), words.end(), word) == words.end()) words.push_back(std::move(word));
+}
+
+/// Words by which a builder of this name may go: "x::RatingBuilderImpl" suggests "rating",
+/// "Rating", "RatingNode" and "RatingControlNode".
+std::vector<std::string> wordsOfName(std::string name) {
+  name.erase(0, name.rfind(':') + 1);
+  for (const std::string_view ending : {"Impl", "Builder", "Node"}) {
+    const std::size_t length = name.size() - std::min(name.size(), ending.size());
+    if (name.compare(length, ending.size(), ending) == 0) name.erase(length);
+  }
+  if (name.empty()) return {};
+  std::string small = name;
+  small.front() = lowered(small.substr(0, 1)).front();
+  return {small, name, name + "Node", name + std::string(kClassEnding)};
+}
+
+void appendRecognitions(std::vector<Recognition>& found, const NamedBuilder& builder,
+                        const std::vector<std::string>& words) {
+  for (const std::string& className : words) {
+    Recognition recognition{&builder, className, std::nullopt};
+    const Attempt asked = attempt(builder, importer::Step::kCanBuild, recognition.sample());
+    if (asked.claimed) found.push_back(recognition);
+    if (asked.succeeded) continue;
+    // The class name is not enough.
+    for (const std::string& type : words) {
+      recognition.type = type;
+      if (isClaimed(builder, recognition.sample())) found.push_back(recognition);
+    }
+  }
+}
+
 class Trial {
  public:
   Trial(const NamedBuilder& builder, const Value& object, Path place)
@@ -344,26 +380,31 @@ std::vector<std::string> Kind::holdersOf(const std::string& name) const {
 Knowledge::Knowledge(const Builders& builders, std::vector<std::string> words)
     : builders_(builders), words_(std::move(words)) {}
 
+const std::vector<std::string>& Knowledge::words() const {
+  recognitions();
+  return words_;
+}
+
 const std::vector<Recognition>& Knowledge::recognitions() const {
-  std::call_once(recognitionsOnce_, [this] { recognitions_ = recognitionsAmong(words_); });
+  std::call_once(recognitionsOnce_, [this] { learnRecognitions(); });
   return recognitions_;
+}
+
+void Knowledge::learnRecognitions() const {
+  for (const NamedBuilder& builder : builders_) {
+    std::vector<std::string> candidates = words_;
+    for (std::string& word : wordsOfName(builder.name())) addOnce(candidates, std::move(word));
+    appendRecognitions(recognitions_, builder, candidates);
+  }
+  for (const Recognition& recognition : recognitions_) {
+    addOnce(words_, recognition.className);
+    if (recognition.type) addOnce(words_, *recognition.type);
+  }
 }
 
 std::vector<Recognition> Knowledge::recognitionsAmong(const std::vector<std::string>& words) const {
   std::vector<Recognition> found;
-  for (const std::string& className : words) {
-    for (const NamedBuilder& builder : builders_) {
-      Recognition recognition{&builder, className, std::nullopt};
-      const Attempt asked = attempt(builder, importer::Step::kCanBuild, recognition.sample());
-      if (asked.claimed) found.push_back(recognition);
-      if (asked.succeeded) continue;
-      // The class name is not enough.
-      for (const std::string& type : words) {
-        recognition.type = type;
-        if (isClaimed(builder, recognition.sample())) found.push_back(recognition);
-      }
-    }
-  }
+  for (const NamedBuilder& builder : builders_) appendRecognitions(found, builder, words);
   return found;
 }
 
@@ -402,7 +443,7 @@ Remedy Knowledge::remedyFor(const NamedBuilder& builder, const Value& object,
   const std::string held = typeNameOf(valueAt(object, place));
   const std::lock_guard<std::mutex> guard(mutex_);
   const auto [remedy, isNew] = remedies_.try_emplace({&kind, pattern + ' ' + held});
-  if (isNew) remedy->second = remedyIn(builder, kind, words_, pattern, held);
+  if (isNew) remedy->second = remedyIn(builder, kind, words(), pattern, held);
   return remedy->second;
 }
 

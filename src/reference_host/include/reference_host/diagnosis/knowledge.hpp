@@ -71,14 +71,16 @@ class TESSEL_HOST_API Knowledge {
   using Builders = std::vector<importer::NamedBuilder>;
 
   /// @param builders outlive this.
-  /// @param words candidates for the words that builders compare with. One counts only where a
-  ///   builder reacts to it.
+  /// @param words candidates for the words that builders compare with, beside those that a
+  /// builder's
+  ///   own name suggests. One counts only where a builder reacts to it.
   Knowledge(const Builders& builders, std::vector<std::string> words);
 
   const Builders& builders() const noexcept { return builders_; }
-  const std::vector<std::string>& words() const noexcept { return words_; }
+  /// The candidates that were given, and those of the builders' names that they react to.
+  const std::vector<std::string>& words() const;
 
-  /// By which of the words objects are recognised.
+  /// By which of the words objects are recognised, in the builders' order.
   const std::vector<Recognition>& recognitions() const;
   /// The same for words that are no candidates, such as those of one document.
   std::vector<Recognition> recognitionsAmong(const std::vector<std::string>& words) const;
@@ -105,8 +107,10 @@ class TESSEL_HOST_API Knowledge {
  private:
   using Words = std::tuple<const importer::NamedBuilder*, std::string, std::string>;
 
+  void learnRecognitions() const;
+
   const Builders& builders_;
-  std::vector<std::string> words_;
+  mutable std::vector<std::string> words_;
   mutable std::once_flag recognitionsOnce_;
   mutable std::vector<Recognition> recognitions_;
   mutable std::mutex mutex_;
