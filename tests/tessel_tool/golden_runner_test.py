@@ -57,6 +57,11 @@ class GoldenRunner(unittest.TestCase):
                 self.assert_runs(0, "", "--update")
                 self.assertEqual((folder / name).read_text(encoding="utf-8"), GOOD[name])
 
+    def test_masks_what_may_differ(self):
+        self.case({**GOOD, "stdin": "some of 7, 8", "stdout": "some of {LIST}"})
+        self.assert_runs(0, "", "--mask", r"LIST=(?<=of )\d(, \d)*")
+        self.assert_runs(1, "+some of 7, 8", "--mask", r"LIST=(?<=or )\d(, \d)*")
+
     def test_reads_the_table(self):
         table = self.cases / "cases.toml"
         for good in (GOOD_ROW, GOOD_ROW.replace('stdin = "in"\nstdout = "in"', 'depth = 2\nstdout = "[[]]"')):

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Runs the tool on a folder of cases and compares what comes out, byte by byte.
 
-usage: golden_test.py [--update] [--root FOLDER] [--define NAME=VALUE ...] TOOL CASES
+usage: golden_test.py [--update] [--root FOLDER] [--define NAME=VALUE ...] [--mask NAME=PATTERN ...]
+                      TOOL CASES
 
 A case is a folder below CASES with
   args     the command line, quoted as in a shell; lines that begin with # say what the case is for
@@ -15,12 +16,14 @@ or, where the answer is short, a table in CASES/cases.toml with
   stdin, stdout, stderr, status as above; instead of stdin, depth for so many nested arrays, or
   latin1 for text that is no UTF-8
 The tool runs in the --root folder. In command lines, {NAME} stands for VALUE; where VALUE comes out,
-{NAME} is expected. --update writes the three last files of each folder as they come out now.
+{NAME} is expected, and so it is where what a mask's regular expression matches comes out. --update
+writes the three last files of each folder as they come out now.
 """
 
 import argparse
 import difflib
 import pathlib
+import re
 import shlex
 import subprocess
 import sys
@@ -94,7 +97,7 @@ def cases_in(folder):
     yield from (FolderCase(path.parent) for path in sorted(folder.rglob("args")))
 
 
-def outcome(tool, case, root, definitions):
+def outcome(tool, case, root, definitions, masks):
     """The three expected parts of the case, as they come out now."""
     words = shlex.split(case.command_line())
     for name, value in definitions.items():
@@ -105,6 +108,9 @@ def outcome(tool, case, root, definitions):
     for name, value in definitions.items():
         for stream in written:
             written[stream] = written[stream].replace(value.encode(), b"{" + name.encode() + b"}")
+    for name, pattern in masks.items():
+        for stream in written:
+            written[stream] = re.sub(pattern.encode(), b"{" + name.encode() + b"}", written[stream])
     written["status"] = f"{done.returncode}\n".encode() if done.returncode else b""
     return written
 
@@ -123,9 +129,11 @@ def main():
     parser.add_argument("cases", type=pathlib.Path)
     parser.add_argument("--root", type=pathlib.Path, default=pathlib.Path.cwd())
     parser.add_argument("--define", action="append", default=[], metavar="NAME=VALUE")
+    parser.add_argument("--mask", action="append", default=[], metavar="NAME=PATTERN")
     parser.add_argument("--update", action="store_true")
     options = parser.parse_args()
     definitions = dict(definition.split("=", 1) for definition in options.define)
+    masks = dict(mask.split("=", 1) for mask in options.mask)
 
     cases = list(cases_in(options.cases))
     stray = sorted(path for path in options.cases.rglob("*")
@@ -135,7 +143,7 @@ def main():
         failures.append(f"{options.cases}: no cases")
     for case in cases:
         try:
-            actual = outcome(options.tool.resolve(), case, options.root, definitions)
+            actual = outcome(options.tool.resolve(), case, options.root, definitions, masks)
         except (BadCase, ValueError, subprocess.TimeoutExpired) as error:
             failures.append(f"{case.name}: {error}")
             continue
@@ -148,6 +156,8 @@ def main():
     for failure in failures:
         print(f"FAILED {failure}", file=sys.stderr)
     print(f"{len(cases)} cases, {len(failures)} failures")
+    if failures and not options.update:
+        print("If what comes out now is right: ./dev update writes it into the folders.")
     sys.exit(1 if failures else 0)
 
 

@@ -122,7 +122,7 @@ class Test:
             file = self.options.folder / name
             text = schema_text(self.tool, *arguments)
             self.expect(file.is_file() and file.read_text(encoding="utf-8") == text,
-                        f"{file} is not what the tool writes; --update writes it")
+                        f"{file} is not what the tool writes; ./dev update writes it")
 
     def random_values_are_accepted_where_they_are_built(self, made, built):
         plain, strict = self.validator(), self.validator("--strict")

@@ -54,6 +54,8 @@ def main():
     for failure in failures:
         print(f"FAILED {failure}", file=sys.stderr)
     print(f"{len(sections)} sections, {len(failures)} failures")
+    if failures and not update:
+        print("If what is said now is right: ./dev update writes it into the page.")
     sys.exit(1 if failures else 0)
 
 
