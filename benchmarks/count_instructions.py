@@ -3,8 +3,8 @@
 usage: count_instructions.py [--update] [--silent PROGRAM] PROGRAM COUNTS COMPILER
 
 PROGRAM is tessel_instructions, built with COMPILER. COUNTS is a JSON file with a table for each
-compiler: the instructions of one build, of one round of questions, one to each, whether a builder can
-build an object, and of a whole import and what other libraries (peers) take for the same text.
+compiler: the instructions of one build, of one question whether a builder can build an object, and of a
+whole import and what other libraries (peers) take for the same text.
 --update writes what was counted into the file. --silent names the program without log calls; all
 builds together may take no more than 4 % above its.
 
@@ -70,17 +70,21 @@ def require_same_actions(some, whose, others, of_others):
 def compare(counts, allowed):
     """Prints a table; true when nothing grew too much and both have the same actions."""
     good = True
+    news = False
     print(f"{'instructions of one':<52}{'now':>9}{'recorded':>10}{'ratio':>8}")
     for name in sorted(counts.keys() | allowed.keys()):
         now, before = counts.get(name), allowed.get(name)
         if now is None or before is None:
             print(f"{name:<52}{now or '-':>9}{before or '-':>10}  only in one of the two")
             good = False
+            news = news or before is None
             continue
         # A peer's count is not ours to hold; what holds us to it is the ratio below.
         grew = now > before * ALLOWED_GROWTH and not name.startswith(PEER)
         good = good and not grew
         print(f"{name:<52}{now:>9}{before:>10}{now / before:>8.3f}{'  GREW' if grew else ''}")
+    if news:
+        print("a new kind: record it with ./dev counts --update")
     return good
 
 

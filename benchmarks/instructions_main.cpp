@@ -9,15 +9,16 @@
 #include <cstddef>
 #include <cstdio>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "corpus.hpp"
 #include "document/gxzero.hpp"
 #include "document_generator.hpp"
 #include "gx/zero.hpp"
-#include "literal_recognition.hpp"
 #include "peers.hpp"
 #include "reference_host/json/parse.hpp"
+#include "support/all_builders.hpp"
 
 namespace {
 
@@ -54,10 +55,17 @@ void countImport(const std::string& document) {
         [&](std::size_t) { benchmarks::rapidjsonToValue(document); });
 }
 
-void countRecognition(const std::string& what, const std::vector<const Value*>& objects) {
-  count("round of questions: " + what, objects.size(), [&objects](std::size_t) {
-    for (const Value* object : objects) benchmarks::recognize(*object);
-  });
+/// Each builder by itself, so that one more leaves the counts of the others alone.
+void countQuestions(const std::string& builder, const std::string& what,
+                    const std::vector<const Value*>& objects) {
+  for (const test_support::BuilderService& each : test_support::allBuilderServices()) {
+    if (each.name != builder) continue;
+    const auto ask = [&objects](const auto& service) {
+      for (const Value* object : objects) service->canBuild(*object);
+    };
+    count("question to the " + contract::kindOf(builder).name + ": " + what, objects.size(),
+          [&](std::size_t) { std::visit(ask, each.service); });
+  }
 }
 
 /// Models and the place for the nodes are made beforehand: the count is of builds alone.
@@ -80,14 +88,21 @@ void countKind(const Kind& kind) {
     claimed.push_back(control->claimed().front());
     objects.push_back(claimed.back().json);
   }
-  countRecognition(kind.name, objects);
+  countQuestions(kind.builder, "its own", objects);
   countBuild(kind.name, claimed);
 }
 
-/// The line is an element here, so that it is offered like what it holds.
-void countStrangers() {
+/// What a builder is asked of most often: objects of nobody, and controls of other types. The line
+/// is an element here, so that it is offered like what it holds.
+void countOthers() {
   const benchmarks::Corpus corpus('[' + benchmarks::DocumentGenerator().strangerLine() + ']');
-  countRecognition("nothing of ours", corpus.strangers());
+  const Value generic = reference_host::json::parse(
+      R"({"className": "LumoControlNode", "context": {"type": "none"}})");
+  for (const Kind* kind : benchmarks::measuredKinds()) {
+    countQuestions(kind->builder, "nothing of ours", corpus.strangers());
+    countQuestions(kind->builder, "another type",
+                   std::vector<const Value*>(kControlsOfKind, &generic));
+  }
 }
 
 }  // namespace
@@ -98,5 +113,5 @@ int main() {
   for (const Kind* kind : benchmarks::measuredKinds()) {
     countKind(*kind);
   }
-  countStrangers();
+  countOthers();
 }

@@ -1,10 +1,12 @@
 #include "literal_recognition.hpp"
 
 #include <map>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <variant>
 
+#include "contract/kinds.hpp"
 #include "framework/diagnostics.hpp"
 #include "framework/json_access.hpp"
 #include "support/all_builders.hpp"
@@ -19,8 +21,6 @@ using tessel::build::json::controls::framework::logDiagnostic;
 using tessel::build::json::controls::framework::readObjectMembers;
 using tessel::build::json::controls::framework::readString;
 using MemberMap = std::map<std::string, Value>;
-
-constexpr std::string_view kGenericControl = "LumoControlNode";
 
 /// Copies the object's members.
 bool convert(const Value& json, MemberMap& members) {
@@ -47,7 +47,7 @@ bool byClassName(const Value& json, std::string_view record, std::string_view cl
 }
 
 bool byTypeWord(const Value& json, std::string_view record, std::string_view word) {
-  return byClassName(json, record, kGenericControl) && hasTypeWord(json, word);
+  return byClassName(json, record, contract::kGenericControl) && hasTypeWord(json, word);
 }
 
 bool byTypeWordOrClassName(const Value& json, std::string_view record, std::string_view word) {
@@ -56,7 +56,7 @@ bool byTypeWordOrClassName(const Value& json, std::string_view record, std::stri
   if (!convert(json, members)) return false;
   if (members.find("className") == members.end()) return false;
   const std::string& className = readString(json["className"]);
-  return className == kGenericControl ? hasTypeWord(json, word) : className == word;
+  return className == contract::kGenericControl ? hasTypeWord(json, word) : className == word;
 }
 
 bool byHost(const Value& json, std::string_view record, std::string_view className) {
@@ -64,35 +64,28 @@ bool byHost(const Value& json, std::string_view record, std::string_view classNa
   return tessel::build::json::core::has_className(json, std::string(className));
 }
 
-struct Question {
-  bool (*ask)(const Value& json, std::string_view record, std::string_view word);
-  std::string_view record;
-  std::string_view word;
-};
-
-constexpr Question kQuestions[] = {
-    {byTypeWordOrClassName, "Checking if can build Button", "button"},
-    {byTypeWord, "Checking if can build CheckBox", "checkBox"},
-    {byClassName, "Checking if can build ColorPicker", "ColorPickerControlNode"},
-    {byTypeWord, "Checking if can build ComboBox", "comboBox"},
-    {byHost, "Checking if can build DatePicker", "DatePickerControlNode"},
-    {byTypeWord, "Checking if can build ComboBox", "editField"},
-    {byClassName, "Checking if can build FileBrowser", "FileBrowserControlNode"},
-    {byHost, "Checking if can build LumoAppLineNode", "LumoAppLineNode"},
-    {byClassName, "Checking if can build LumoAppIntegratedInline", "LumoAppIntegratedInlineNode"},
-    {byClassName, "Checking if can build RangeSliderNode", "RangeSliderControlNode"},
-    {byTypeWord, "Checking if can build SliderNode", "slider"},
-    {byClassName, "Checking if can build SpinnerNode", "SpinnerControlNode"},
-    {byClassName, "Checking if can build StateButton", "StateButtonControlNode"}};
+bool claims(const contract::Kind& kind, const Value& json) {
+  switch (kind.rule) {
+    case contract::Rule::kClassName:
+      return byClassName(json, kind.asked, kind.word);
+    case contract::Rule::kHostClassName:
+      return byHost(json, kind.asked, kind.word);
+    case contract::Rule::kTypeWord:
+      return byTypeWord(json, kind.asked, kind.word);
+    case contract::Rule::kTypeWordOrClassName:
+      return byTypeWordOrClassName(json, kind.asked, kind.word);
+  }
+  throw std::logic_error("a rule of no kind");
+}
 
 }  // namespace
 
 std::size_t recognizeLiterally(const Value& json) {
-  std::size_t claims = 0;
-  for (const Question& question : kQuestions) {
-    if (question.ask(json, question.record, question.word)) ++claims;
+  std::size_t count = 0;
+  for (const contract::Kind& kind : contract::kinds()) {
+    if (claims(kind, json)) ++count;
   }
-  return claims;
+  return count;
 }
 
 std::size_t recognize(const Value& json) {
