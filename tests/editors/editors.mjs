@@ -75,8 +75,9 @@ test("the language service completes words and members", async () => {
   const classes = await completions('{"children": [{"className": |}]}');
   assert.ok(classes.includes('"SpinnerControlNode"') && classes.includes('"LumoControlNode"'), String(classes));
   const types = await completions('[{"className": "LumoControlNode", "context": {"type": |}}]');
-  assert.deepEqual(types.filter((label) => label.startsWith('"')).sort(),
-    ['"button"', '"checkBox"', '"comboBox"', '"editField"', '"slider"']);
+  const known = schema.$defs["any.LumoControlNode"].properties.context.properties.type.anyOf[0].enum;
+  assert.ok(known.includes("slider"), String(known));
+  assert.deepEqual(types.filter((label) => label.startsWith('"')).sort(), known.map((type) => `"${type}"`).sort());
   const members = await completions(inSlider("|"));
   assert.ok(members.includes("minimum") && members.includes("stepLinkedVariable"), String(members));
   assert.ok(!members.includes("browserType"), String(members));

@@ -1,4 +1,4 @@
-"""Random controls of every kind with everything in them that is read, all of it right."""
+"""Random controls with everything in them that is read, all of it right."""
 
 TEXTS = ["x", "a b", "Größe", "日本語", "a\"b", "\\", "𝄞 clef", "é́", "line\nbreak", "tab\t", ""]
 

@@ -2,10 +2,6 @@
 
 /// @file
 /// The builders of the controls in a line of code. They hold no state.
-///
-/// To add a kind, describe its node and its data object in the reference host's model description,
-/// add its component to the manifest, declare its class here, and add its source file. The build
-/// fails for a class that the manifest does not name.
 
 #include "document/gxzero.hpp"
 #include "foundation/json.hpp"
