@@ -63,12 +63,9 @@ TEST(DocumentGenerator, MakesControlsThatBuildInEqualShares) {
   const auto result = reference_host::importer::importDocument(test_support::allBuilders(),
                                                                gx::zero::Model::create(), document);
   EXPECT_EQ(result.summary.built, 2600U);
-  for (const auto& error : result.errors) {
-    ADD_FAILURE() << error.pointer << " " << error.builder << ": " << error.message;
-  }
+  EXPECT_TRUE(result.errors.empty());
   Census census;
   count(document, census);
-  EXPECT_EQ(census.controls, 2600U);
   for (const contract::Kind& kind : contract::kinds()) {
     EXPECT_NEAR(static_cast<double>(census.byWord[kind.word]),
                 2600.0 / static_cast<double>(contract::kinds().size()), 1)

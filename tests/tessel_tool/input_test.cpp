@@ -9,10 +9,12 @@
 #include <fstream>
 #include <ios>
 #include <iostream>
+#include <iterator>
 #include <optional>
 #include <streambuf>
 #include <string>
 #include <system_error>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -239,20 +241,17 @@ TEST_F(InputTest, BatchesHoldAllDocumentsInOrder) {
   const std::string few = file("few", "\n1\n2");
   const std::vector<std::string> paths = {few, many, missing, few};
   for (const auto unit : {DocumentSource::Unit::kLine, DocumentSource::Unit::kWholeInput}) {
-    const std::vector<Document> expected = all(paths, unit);
     std::vector<Document> found;
     for (std::vector<Document>& batch : batches(paths, unit)) {
       EXPECT_GE(batch.size(), 1U);
-      for (Document& document : batch) found.push_back(std::move(document));
+      std::move(batch.begin(), batch.end(), std::back_inserter(found));
     }
-    ASSERT_EQ(found.size(), expected.size());
-    for (std::size_t index = 0; index < found.size(); ++index) {
-      EXPECT_EQ(found[index].name, expected[index].name);
-      EXPECT_EQ(found[index].path, expected[index].path);
-      EXPECT_EQ(found[index].text, expected[index].text);
-      EXPECT_EQ(found[index].line, expected[index].line);
-      EXPECT_EQ(found[index].readError, expected[index].readError);
-    }
+    const auto areSame = [](const Document& one, const Document& other) {
+      return std::tie(one.name, one.path, one.text, one.line, one.readError) ==
+             std::tie(other.name, other.path, other.text, other.line, other.readError);
+    };
+    const std::vector<Document> expected = all(paths, unit);
+    EXPECT_TRUE(std::equal(found.begin(), found.end(), expected.begin(), expected.end(), areSame));
   }
 }
 

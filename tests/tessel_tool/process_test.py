@@ -277,28 +277,6 @@ class Process(ProcessTest):
                     self.assertEqual([len(json.loads(line)["nodes"]) for line in left], [1, 0])
                     self.assertEqual(process.wait(SECONDS), 1)
 
-    def test_one_bad_line_stops_nothing_and_is_told_in_its_place(self):
-        lines = [BUTTON] * 3000
-        bad = (0, 1, 700, 2999)
-        for index in bad:
-            lines[index] = "}"
-        given = "\n".join(lines).encode()
-        for jobs in ("1", "4"):
-            with self.subTest(jobs=jobs):
-                done = subprocess.run([TOOL, "import", "--ndjson", "--format", "json", "--jobs",
-                                       jobs], input=given, stdout=subprocess.PIPE,
-                                      stderr=subprocess.STDOUT, timeout=SECONDS, check=False)
-                self.assertEqual(done.returncode, 1)
-                expected = []
-                for index in range(len(lines)):
-                    expected.append(f'{{"document":"-:{index + 1}"')
-                    if index in bad:
-                        expected.append(f"tessel: -: line {index + 1}, column 1: "
-                                    "expected a value, found '}'")
-                found = [line[:line.index(",")] if line.startswith("{") else line
-                         for line in done.stdout.decode().splitlines()]
-                self.assertEqual(found, expected)
-
     def test_fail_fast_answers_nothing_after_the_first_failed_line(self):
         for first_failed in (0, 1, 150, 2500):
             lines = [BUTTON] * 3000
