@@ -92,11 +92,11 @@ class Walk {
       visitor_.property(shown.name);
       enter(*contained->get());
     } else if (const auto* collection = value.get_if<const ReferenceCollection*>()) {
-      const Sequence& elements = elements_of(**collection);
-      if (elements.empty()) return;
+      const Sequence* elements = &elements_of(**collection);
+      if (elements->empty()) return;
       visitor_.property(shown.name);
       visitor_.beginSequence();
-      open_.push_back({nullptr, nullptr, &elements, elements.size()});
+      open_.push_back({nullptr, nullptr, elements, elements->size()});
     } else {
       visitor_.property(shown.name);
       if (const auto* held = value.get_if<const ValueStruct*>()) {
