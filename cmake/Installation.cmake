@@ -19,9 +19,10 @@ function(tessel_find_libraries_from target folder)
   file(RELATIVE_PATH way "${folder}" "${CMAKE_INSTALL_FULL_LIBDIR}")
   string(REGEX REPLACE "/$" "" origin "$ORIGIN/${way}")
   set_target_properties(${target} PROPERTIES INSTALL_RPATH "${origin}")
-  if(CMAKE_INSTALL_LIBDIR STREQUAL "lib")
+  if(CMAKE_INSTALL_LIBDIR STREQUAL "lib" AND TESSEL_SERVICE_RUNTIME_CHOSEN STREQUAL "embedded")
     # The build's folders lie like those of the installation. A path that CMake has to replace in the
     # installation ends with an empty entry, which makes the loader search the current folder.
+    # CppMicroServices lies elsewhere, and only the build's own paths lead there.
     set_target_properties(${target} PROPERTIES BUILD_WITH_INSTALL_RPATH ON)
   endif()
 endfunction()
