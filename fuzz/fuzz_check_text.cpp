@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "check.hpp"
@@ -74,11 +75,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   }
   const auto problems = checkDocument(experienced(), document, Warnings::kYes).problems;
   std::set<std::string> wrong;
-  std::vector<std::string> pointers;
+  std::vector<std::string_view> pointers;
   for (const Problem& problem : problems) {
     if (isError(problem.code)) wrong.insert(problem.pointer);
     pointers.push_back(problem.pointer);
-    pointers.push_back(problem.member.value_or(problem.pointer));
+    pointers.push_back(problem.member ? *problem.member : problem.pointer);
   }
   std::set<std::string> failed;
   const auto imported = reference_host::importer::importDocument(

@@ -46,12 +46,12 @@ void writeSummary(JsonWriter& writer, const Summary& summary) {
   writer.endObject();
 }
 
-/// The errors in the order of their places, as people are told of them.
-std::string toldErrors(const std::vector<LocatedError>& errors, const Document& document) {
+/// The errors in the order of their places, as people are told of them; they are used up.
+std::string toldErrors(std::vector<LocatedError>& errors, const Document& document) {
   std::vector<PlacedProblem> problems;
   problems.reserve(errors.size());
-  for (const LocatedError& error : errors) {
-    if (error.told) problems.push_back(*error.told);
+  for (LocatedError& error : errors) {
+    if (error.told) problems.push_back(*std::exchange(error.told, nullptr));
   }
   sortByPlace(problems);
   std::string text;
@@ -80,7 +80,6 @@ void importInto(ImportAnswer& answer, Document& document, const Knowledge& knowl
     endLog();
     answer.located = locate(knowledge, answer.result.errors, nullptr, document, tell);
     answer.told = toldErrors(answer.located, document);
-    for (ImportError& error : answer.result.errors) error.object = foundation::json::Value();
   } catch (const reference_host::json::ParseError& error) {
     answer.failure = error.what();
     answer.failedAt.place = {error.line(), error.column()};

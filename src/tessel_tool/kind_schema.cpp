@@ -48,7 +48,8 @@ class KindSchema {
         kind_(knowledge.kindOf(*recognition.builder, recognition.sample())),
         rules_(learnRules(knowledge, recognition)),
         strictness_(strictness),
-        name_(reference_host::diagnosis::nameOfObject(recognition.builder, recognition.sample())) {}
+        name_(reference_host::diagnosis::nameOfObject(knowledge, recognition.builder,
+                                                      recognition.sample())) {}
 
   Value write() {
     at(schema_, "title") = capitalised(name_);

@@ -1,6 +1,8 @@
 #include "located_error.hpp"
 
 #include <algorithm>
+#include <cstddef>
+#include <string_view>
 #include <utility>
 
 #include "reference_host/diagnosis/culprit.hpp"
@@ -24,17 +26,15 @@ const NamedBuilder& builderOf(const Knowledge& knowledge, const ImportError& err
 
 }  // namespace
 
-std::vector<LocatedError> locate(const Knowledge& knowledge, const std::vector<ImportError>& errors,
+std::vector<LocatedError> locate(const Knowledge& knowledge, std::vector<ImportError>& errors,
                                  const Value* object, const Document& document, Tell tell) {
   namespace diagnosis = reference_host::diagnosis;
   std::vector<LocatedError> located;
   located.reserve(errors.size());
-  // For each error that of the value and, where people are told, that of what they are told of.
-  std::vector<std::string> pointers;
-  pointers.reserve(errors.size() * (tell == Tell::kPeople ? 2 : 1));
-  for (const ImportError& error : errors) {
+  for (ImportError& error : errors) {
     const NamedBuilder& builder = builderOf(knowledge, error);
-    const Value& failed = object != nullptr ? *object : error.object;
+    const Value own = std::move(error.object);
+    const Value& failed = object != nullptr ? *object : own;
     const std::optional<Culprit> culprit = diagnosis::findCulprit(builder, error.step, failed);
     LocatedError next;
     if (culprit) {
@@ -42,17 +42,26 @@ std::vector<LocatedError> locate(const Knowledge& knowledge, const std::vector<I
       next.location.held = culprit->held;
       next.location.wanted = culprit->wanted;
     }
-    pointers.push_back(next.location.member.value_or(error.pointer));
     if (tell == Tell::kPeople) {
       next.told = std::make_unique<PlacedProblem>(
           PlacedProblem{diagnosis::problemOf({knowledge, builder, error.pointer, failed},
                                              error.step, culprit, error.message),
                         {}});
-      pointers.push_back(next.told->problem.member.value_or(error.pointer));
     }
     located.push_back(std::move(next));
   }
   if (located.empty()) return located;
+  // For each error that of the value and, where people are told, that of what they are told of.
+  std::vector<std::string_view> pointers;
+  pointers.reserve(errors.size() * (tell == Tell::kPeople ? 2 : 1));
+  const auto addPointer = [&](const std::optional<std::string>& member, const std::string& own) {
+    pointers.push_back(member ? *member : own);
+  };
+  for (std::size_t index = 0; index != located.size(); ++index) {
+    const LocatedError& error = located[index];
+    addPointer(error.location.member, errors[index].pointer);
+    if (error.told) addPointer(error.told->problem.member, errors[index].pointer);
+  }
   const auto places = reference_host::json::findValues(document.content(), pointers);
   auto place = places.begin();
   for (LocatedError& error : located) {

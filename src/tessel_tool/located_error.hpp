@@ -34,11 +34,11 @@ struct LocatedError {
 enum class Tell { kPrograms, kPeople };
 
 /// The errors of the objects of a document, located in its text, in their order.
-/// @param object the object of all errors; null where each has its own.
+/// @param object the object of all errors; null where each has its own, which is given up.
 /// @param document the one that was parsed.
 /// @param tell whether there is anything for people.
 std::vector<LocatedError> locate(const reference_host::diagnosis::Knowledge& knowledge,
-                                 const std::vector<reference_host::importer::ImportError>& errors,
+                                 std::vector<reference_host::importer::ImportError>& errors,
                                  const foundation::json::Value* object, const Document& document,
                                  Tell tell);
 

@@ -144,10 +144,10 @@ class Offsets {
 
 std::vector<PlacedProblem> place(std::vector<Problem> problems, std::string_view text) {
   if (problems.empty()) return {};
-  std::vector<std::string> pointers;
+  std::vector<std::string_view> pointers;
   pointers.reserve(problems.size());
   for (const Problem& problem : problems) {
-    pointers.push_back(problem.member.value_or(problem.pointer));
+    pointers.push_back(problem.member ? *problem.member : problem.pointer);
   }
   const auto places = reference_host::json::findValues(text, pointers);
   std::vector<PlacedProblem> placed;

@@ -29,6 +29,10 @@ Attempt attempt(const NamedBuilder& builder, importer::Step step, const Value& o
   return result;
 }
 
+bool isClaimed(const NamedBuilder& builder, const Value& object) {
+  return attempt(builder, importer::Step::kCanBuild, object).claimed;
+}
+
 std::optional<std::string> nodeBuilt(const NamedBuilder& builder, const Value& object) {
   try {
     const auto model = gx::zero::Model::create();

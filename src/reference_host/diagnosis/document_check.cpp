@@ -123,14 +123,15 @@ class DocumentCheck {
     if (isNew || !knowledge_.kindOf(builder, object).reads(patternOf(idPlace()))) return;
     const std::string pointer = walk.pointer();
     firsts_.emplace_back(result_.problems.size(), first->second);
-    result_.problems.push_back({Code::kDuplicateId,
-                                pointer,
-                                pointer + pointerOf(idPlace()),
-                                nameOfObject(&builder, object) + ": another control has this id",
-                                {},
-                                builder.name(),
-                                {},
-                                {}});
+    result_.problems.push_back(
+        {Code::kDuplicateId,
+         pointer,
+         pointer + pointerOf(idPlace()),
+         nameOfObject(knowledge_, &builder, object) + ": another control has this id",
+         {},
+         builder.name(),
+         {},
+         {}});
   }
 
   /// Says of each id that is there twice where it is first: in one walk for all of them.
@@ -152,7 +153,7 @@ class DocumentCheck {
     const std::vector<UnlikelyValue> unlikely = unlikelyValuesOf(object);
     if (unlikely.empty()) return;
     const Kind& kind = knowledge_.kindOf(builder, object);
-    const std::string name = nameOfObject(&builder, object);
+    const std::string name = nameOfObject(knowledge_, &builder, object);
     const std::string pointer = walk.pointer();
     for (const UnlikelyValue& value : unlikely) {
       if (!kind.reads(patternOf(value.place))) continue;
@@ -173,7 +174,7 @@ class DocumentCheck {
     if (!guess) return;
     const std::string pointer = walk.pointer();
     Problem problem{guess->code, pointer, {}, {}, guess->hint, {}, {}, {}};
-    const std::string name = nameOfObject(nullptr, object);
+    const std::string name = nameOfObject(knowledge_, nullptr, object);
     if (guess->code == Code::kUnknownType) {
       const std::string* type = textAt(object, typePlace());
       problem.member = pointer + pointerOf(typePlace());

@@ -186,7 +186,8 @@ std::string hintForUnrecognised(const Knowledge& knowledge, const Value& object,
 Problem problemOf(const OfferedObject& object, importer::Step step,
                   const std::optional<Culprit>& culprit, const std::string& message) {
   const bool claimed = step == importer::Step::kBuild;
-  const std::string name = nameOfObject(claimed ? &object.builder : nullptr, object.value);
+  const std::string name =
+      nameOfObject(object.knowledge, claimed ? &object.builder : nullptr, object.value);
   Problem problem{claimed ? Code::kBuildFailed : Code::kCannotTell,
                   object.pointer,
                   {},

@@ -9,20 +9,20 @@ namespace reference_host::diagnosis {
 using foundation::json::Undefined;
 
 ReadTrace::ReadTrace(const Value& object) : object_(&object) {
-  places_.push_back({kRoot, {}, {}});
+  places_.push_back({kRoot, nullptr, 0});
   remember(object, kRoot);
 }
 
 void ReadTrace::asked(const Value& holder, const std::string& key, const Value* answer) {
   const PlaceId holderPlace = placeOf(holder);
   if (holderPlace == kUnknown) return;
-  const PlaceId member = child(holderPlace, key);
+  const PlaceId place = member(holderPlace, key);
   places_[holderPlace].holder = true;
-  places_[member].asked = true;
-  reads_.push_back(member);
+  places_[place].asked = true;
+  reads_.push_back(place);
   const bool missing = answer == nullptr || answer->get_if<Undefined>() != nullptr;
-  if (missing) lastMissing_ = member;
-  if (answer != nullptr) remember(*answer, member);
+  if (missing) lastMissing_ = place;
+  if (answer != nullptr) remember(*answer, place);
 }
 
 void ReadTrace::copied(const Value& original, const Value& copy) {
@@ -50,27 +50,39 @@ std::vector<Path> ReadTrace::askedPlaces() const {
   return paths;
 }
 
-ReadTrace::PlaceId ReadTrace::child(PlaceId parent, const PathStep& step) {
-  const auto [position, isNew] = places_[parent].children.emplace(step, places_.size());
-  const PlaceId place = position->second;
-  if (isNew) places_.push_back({parent, step, {}});
-  return place;
+ReadTrace::PlaceId ReadTrace::member(PlaceId holder, const std::string& name) {
+  const auto [position, isNew] = places_[holder].members.try_emplace(name, places_.size());
+  if (isNew) places_.push_back({holder, &position->first, 0});
+  return position->second;
+}
+
+ReadTrace::PlaceId ReadTrace::element(PlaceId array, std::size_t index) {
+  const auto [position, isNew] = places_[array].elements.try_emplace(index, places_.size());
+  if (isNew) places_.push_back({array, nullptr, index});
+  return position->second;
 }
 
 ReadTrace::PlaceId ReadTrace::find(const Path& path) const {
   PlaceId place = kRoot;
+  const auto childAt = [](const auto& children, const auto& step) {
+    const auto child = children.find(step);
+    return child == children.end() ? kUnknown : child->second;
+  };
   for (const PathStep& step : path) {
-    const auto& children = places_[place].children;
-    const auto next = children.find(step);
-    if (next == children.end()) return kUnknown;
-    place = next->second;
+    const auto* name = std::get_if<std::string>(&step);
+    place = name != nullptr ? childAt(places_[place].members, *name)
+                            : childAt(places_[place].elements, *std::get_if<std::size_t>(&step));
+    if (place == kUnknown) break;
   }
   return place;
 }
 
 Path ReadTrace::pathOf(PlaceId place) const {
   Path path;
-  for (; place != kRoot; place = places_[place].parent) path.push_back(places_[place].step);
+  for (; place != kRoot; place = places_[place].parent) {
+    const Place& step = places_[place];
+    path.push_back(step.name != nullptr ? PathStep(*step.name) : PathStep(step.index));
+  }
   std::reverse(path.begin(), path.end());
   return path;
 }
@@ -83,7 +95,7 @@ ReadTrace::PlaceId ReadTrace::placeOf(const Value& value) {
   for (std::size_t index = elements_.size(); index-- > older;) {
     const Elements& array = elements_[index];
     if (before(&value, array.begin) || !before(&value, array.end)) continue;
-    return child(array.array, static_cast<std::size_t>(&value - array.begin));
+    return element(array.array, static_cast<std::size_t>(&value - array.begin));
   }
   if (known != addresses_.end()) return known->second.place;
   if (value.get_if<Undefined>() != nullptr) return lastMissing_;
@@ -98,10 +110,10 @@ ReadTrace::PlaceId ReadTrace::lookInObject(const Value& value) {
       const auto [container, place] = open.back();
       open.pop_back();
       if (const auto* members = container->get_if<Value::Object>()) {
-        for (const auto& [name, member] : *members) open.emplace_back(&member, child(place, name));
+        for (const auto& [name, child] : *members) open.emplace_back(&child, member(place, name));
       } else if (const auto* elements = container->get_if<Value::Array>()) {
         for (std::size_t index = 0; index != elements->size(); ++index) {
-          open.emplace_back(&(*elements)[index], child(place, index));
+          open.emplace_back(&(*elements)[index], element(place, index));
         }
       }
       addresses_.emplace(container, Known{place, elements_.size()});

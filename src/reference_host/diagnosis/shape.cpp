@@ -1,7 +1,7 @@
 #include "diagnosis/shape.hpp"
 
-#include "reference_host/diagnosis/knowledge.hpp"
 #include "reference_host/diagnosis/path.hpp"
+#include "reference_host/diagnosis/recognition.hpp"
 
 namespace reference_host::diagnosis {
 

@@ -182,7 +182,7 @@ class UnreadSearch {
   }
 
   Problem problemAt(const Path& place, Code code, const std::string& what) {
-    if (name_.empty()) name_ = nameOfObject(&builder_, control_.value);
+    if (name_.empty()) name_ = nameOfObject(control_.knowledge, &builder_, control_.value);
     Problem problem{code,
                     control_.pointer,
                     control_.pointer + pointerOf(place),

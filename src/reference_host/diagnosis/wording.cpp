@@ -41,16 +41,6 @@ std::string asCommonWords(std::string_view word) {
   return words;
 }
 
-/// Whether the builder claims an object because of its type word.
-bool isKnownByType(const importer::NamedBuilder* builder, const Value& object) {
-  const std::string* className = textAt(object, classNamePlace());
-  if (builder == nullptr || className == nullptr || textAt(object, typePlace()) == nullptr) {
-    return false;
-  }
-  const Value::Object classAlone{{"className", *className}};
-  return !attempt(*builder, importer::Step::kCanBuild, classAlone).claimed;
-}
-
 bool isNumber(std::string_view text) {
   if (text.empty() ||
       (text.front() != '-' && std::isdigit(static_cast<unsigned char>(text.front())) == 0)) {
@@ -62,15 +52,16 @@ bool isNumber(std::string_view text) {
 
 }  // namespace
 
-std::string nameOfObject(const importer::NamedBuilder* builder, const Value& object) {
+std::string nameOfObject(const Knowledge& knowledge, const importer::NamedBuilder* builder,
+                         const Value& object) {
   const std::string* className = textAt(object, classNamePlace());
+  const std::string* type = textAt(object, typePlace());
   std::string name = "object";
-  if (builder == nullptr) {
-    if (className != nullptr) name += " of class " + quoted(*className);
-  } else if (isKnownByType(builder, object)) {
-    name = asCommonWords(*textAt(object, typePlace()));
+  if (className != nullptr && builder == nullptr) {
+    name += " of class " + quoted(*className);
   } else if (className != nullptr) {
-    name = asCommonWords(*className);
+    const bool byType = type != nullptr && !knowledge.isKnownByClass(*builder, *className);
+    name = asCommonWords(byType ? *type : *className);
   }
   for (const char* key : kIdKeys) {
     if (const std::string* id = textAt(object, {key})) return name + ' ' + quoted(*id);

@@ -19,14 +19,15 @@ class PlaceCounter {
   explicit PlaceCounter(std::string_view utf8) noexcept : utf8_(utf8) {}
 
   TextPlace moveTo(std::size_t offset) noexcept {
-    for (; offset_ < offset; ++offset_) {
-      const auto byte = static_cast<unsigned char>(utf8_[offset_]);
-      if (byte == '\n') {
-        ++place_.line;
-        place_.column = 1;
-      } else if ((byte & 0xC0U) != 0x80U) {
-        ++place_.column;
-      }
+    std::string_view passed = utf8_.substr(offset_, offset - offset_);
+    offset_ = offset;
+    for (std::size_t end; (end = passed.find('\n')) != std::string_view::npos;) {
+      passed.remove_prefix(end + 1);
+      ++place_.line;
+      place_.column = 1;
+    }
+    for (const char character : passed) {
+      if ((static_cast<unsigned char>(character) & 0xC0U) != 0x80U) ++place_.column;
     }
     return place_;
   }
@@ -37,11 +38,20 @@ class PlaceCounter {
   TextPlace place_;
 };
 
+/// A member's name. @param quoted as it stands in a text.
+std::string nameIn(std::string_view quoted) {
+  if (quoted.find('\\') == std::string_view::npos) {
+    return std::string(quoted.substr(1, quoted.size() - 2));
+  }
+  return std::move(*parse(quoted).get_if<std::string>());
+}
+
 /// Reads a text that `parse` accepts, and calls a visitor:
 ///   beginValue(place), endValue(place)   around every value
 ///   beginContainer(), endContainer()     around what is in an array or object
-///   key(name, range)                     before a member's value
+///   key(quoted, range)                   before a member's value, with its name as it stands there
 ///   element()                            before an element's value
+/// Places and ranges are functions: they are counted only for who calls them, within the visit.
 template <typename Visitor>
 class TextWalk {
  public:
@@ -51,7 +61,7 @@ class TextWalk {
   void run() {
     do {
       skipSpace();
-      visitor_.beginValue(places_.moveTo(offset_));
+      visitor_.beginValue([this] { return places_.moveTo(offset_); });
     } while (!passScalarOrOpening() || passValueEnd());
   }
 
@@ -89,7 +99,7 @@ class TextWalk {
   /// @return whether another value follows.
   bool passValueEnd() {
     for (;;) {
-      visitor_.endValue(places_.moveTo(offset_));
+      visitor_.endValue([this] { return places_.moveTo(offset_); });
       if (isArray_.empty()) return false;
       skipSpace();
       if (nextIs(',')) {
@@ -108,11 +118,11 @@ class TextWalk {
       return;
     }
     const std::size_t begin = offset_;
-    TextRange range;
-    range.begin = places_.moveTo(begin);
     passString();
-    range.end = places_.moveTo(offset_);
-    visitor_.key(nameIn(utf8_.substr(begin, offset_ - begin)), range);
+    visitor_.key(utf8_.substr(begin, offset_ - begin), [&] {
+      const TextPlace first = places_.moveTo(begin);
+      return TextRange{first, places_.moveTo(offset_)};
+    });
     skipSpace();
     ++offset_;
   }
@@ -129,13 +139,6 @@ class TextWalk {
       offset_ += utf8_[offset_] == '\\' ? 2 : 1;
     }
     offset_ = std::min(offset_ + 1, utf8_.size());
-  }
-
-  static std::string nameIn(std::string_view quoted) {
-    if (quoted.find('\\') == std::string_view::npos) {
-      return std::string(quoted.substr(1, quoted.size() - 2));
-    }
-    return std::move(*parse(quoted).get_if<std::string>());
   }
 
   std::string_view utf8_;
@@ -158,9 +161,8 @@ bool isBefore(std::string_view left, std::string_view right) {
 /// Notes the places of the requested values.
 class ValueFinder {
  public:
-  /// @param pointers outlive this.
-  explicit ValueFinder(const std::vector<std::string>& pointers) {
-    std::vector<std::string_view> sorted(pointers.begin(), pointers.end());
+  /// @param sorted pointers whose texts outlive this, in any order.
+  explicit ValueFinder(std::vector<std::string_view> sorted) {
     std::sort(sorted.begin(), sorted.end(), isBefore);
     nodes_.emplace_back();
     std::deque<Pointers> open{
@@ -188,30 +190,33 @@ class ValueFinder {
   void beginContainer() { elements_.push_back(0); }
   void endContainer() { elements_.pop_back(); }
 
-  void key(const std::string& name, const TextRange& range) {
+  template <typename Range>
+  void key(std::string_view quoted, const Range& range) {
     next_ = kNone;
     if (open_.back() == kNone) return;
     std::string token;
-    appendToken(token, name);
+    appendToken(token, nameIn(quoted));
     next_ = childOf(open_.back(), std::string_view(token).substr(1));
-    if (next_ != kNone) nodes_[next_].key = range;
+    if (next_ != kNone) nodes_[next_].key = range();
   }
   void element() {
     const std::size_t index = elements_.back()++;
     next_ = open_.back() == kNone ? kNone : childOf(open_.back(), std::to_string(index));
   }
 
-  void beginValue(TextPlace place) {
+  template <typename Place>
+  void beginValue(const Place& place) {
     if (next_ != kNone) {
       Node& node = nodes_[next_];
       if (node.isThere) forgetBelow(node);
       node.isThere = true;
-      node.value.begin = place;
+      node.value.begin = place();
     }
     open_.push_back(next_);
   }
-  void endValue(TextPlace place) {
-    if (open_.back() != kNone) nodes_[open_.back()].value.end = place;
+  template <typename Place>
+  void endValue(const Place& place) {
+    if (open_.back() != kNone) nodes_[open_.back()].value.end = place();
     open_.pop_back();
   }
 
@@ -293,17 +298,21 @@ class DuplicateFinder {
   void beginContainer() { open_.emplace_back(); }
   void endContainer() { open_.pop_back(); }
 
-  void key(std::string name, const TextRange& range) {
+  template <typename Range>
+  void key(std::string_view quoted, const Range& rangeOf) {
     Container& object = open_.back();
-    const auto [member, isNew] = object.keys.try_emplace(name, range);
-    object.token = std::move(name);
+    object.token = nameIn(quoted);
+    const TextRange range = rangeOf();
+    const auto [member, isNew] = object.keys.try_emplace(object.token, range);
     if (isNew) return;
     found_.push_back({object.token, pointer(), std::exchange(member->second, range)});
   }
   void element() { open_.back().token = std::to_string(open_.back().elements++); }
 
-  void beginValue(TextPlace) {}
-  void endValue(TextPlace) {}
+  template <typename Place>
+  void beginValue(const Place&) {}
+  template <typename Place>
+  void endValue(const Place&) {}
 
  private:
   struct Container {
@@ -329,12 +338,12 @@ TextPlace placeAt(std::string_view utf8, std::size_t offset) {
 }
 
 std::vector<ValuePlace> findValues(std::string_view utf8,
-                                   const std::vector<std::string>& pointers) {
+                                   const std::vector<std::string_view>& pointers) {
   ValueFinder finder(pointers);
   TextWalk(utf8, finder).run();
   std::vector<ValuePlace> places;
   places.reserve(pointers.size());
-  for (const std::string& pointer : pointers) places.push_back(finder.placeOf(pointer));
+  for (const std::string_view pointer : pointers) places.push_back(finder.placeOf(pointer));
   return places;
 }
 

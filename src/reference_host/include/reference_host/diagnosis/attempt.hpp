@@ -25,6 +25,9 @@ struct Attempt {
 Attempt attempt(const importer::NamedBuilder& builder, importer::Step step,
                 const foundation::json::Value& object);
 
+/// Whether a builder claims the object; not where it cannot tell.
+bool isClaimed(const importer::NamedBuilder& builder, const foundation::json::Value& object);
+
 /// The node that a builder makes of the object, as JSON; nothing when it fails.
 std::optional<std::string> nodeBuilt(const importer::NamedBuilder& builder,
                                      const foundation::json::Value& object);

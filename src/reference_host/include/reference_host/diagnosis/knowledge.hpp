@@ -6,10 +6,8 @@
 
 #include <map>
 #include <mutex>
-#include <optional>
 #include <shared_mutex>
 #include <string>
-#include <string_view>
 #include <tuple>
 #include <unordered_set>
 #include <utility>
@@ -17,44 +15,12 @@
 
 #include "foundation/export.hpp"
 #include "foundation/json.hpp"
+#include "reference_host/diagnosis/kind.hpp"
 #include "reference_host/diagnosis/path.hpp"
+#include "reference_host/diagnosis/recognition.hpp"
 #include "reference_host/importer/importer.hpp"
 
 namespace reference_host::diagnosis {
-
-/// Members whose texts say what an object is, wherever they stand: the words that builders compare
-/// with are looked for under them.
-inline constexpr const char* kWordKeys[] = {"className", "type", "valueType"};
-bool isWordKey(std::string_view name) noexcept;
-
-/// Words by which a builder recognises an object.
-struct TESSEL_HOST_API Recognition {
-  const importer::NamedBuilder* builder;
-  std::string className;
-  std::optional<std::string> type;  ///< in "context", where the class name alone is not enough
-
-  /// The least object that is recognised so.
-  foundation::json::Value sample() const;
-};
-
-/// What is known of one place of a kind.
-struct PlaceKnowledge {
-  std::string wanted;           ///< the name of the type that is wanted there; empty if unknown
-  bool forRecognition = false;  ///< the builder recognises its objects by it
-};
-
-/// What a builder reads of the objects that it recognises by the same words.
-struct TESSEL_HOST_API Kind {
-  std::map<std::string, PlaceKnowledge> places;  ///< by their patterns (`patternOf`)
-  foundation::json::Value sample;  ///< one that is built, with everything in it that is read
-
-  bool reads(const std::string& pattern) const { return places.count(pattern) != 0; }
-  bool readsBelow(const std::string& pattern) const;
-  /// The members that are read of what stands at a place, in the order of their names.
-  std::vector<std::string> membersOf(const std::string& pattern) const;
-  /// The objects of a kind in which it reads a member of this name.
-  std::vector<std::string> holdersOf(const std::string& name) const;
-};
 
 /// What can be done about a value of a wrong type but writing another one.
 struct Remedy {
@@ -85,6 +51,9 @@ class TESSEL_HOST_API Knowledge {
   /// The same for words that are no candidates, such as those of one document.
   std::vector<Recognition> recognitionsAmong(const std::vector<std::string>& words) const;
 
+  /// Whether the builder claims objects of a class by its name alone.
+  bool isKnownByClass(const importer::NamedBuilder& builder, const std::string& className) const;
+
   /// The kind of an object that the builder claims.
   const Kind& kindOf(const importer::NamedBuilder& builder, const Value& object) const;
 
@@ -114,15 +83,12 @@ class TESSEL_HOST_API Knowledge {
   mutable std::once_flag recognitionsOnce_;
   mutable std::vector<Recognition> recognitions_;
   mutable std::mutex mutex_;
+  mutable std::map<std::pair<const importer::NamedBuilder*, std::string>, bool> knownByClass_;
   mutable std::map<Words, Kind> kinds_;
   mutable std::map<Words, std::string> wantedInstead_;
   mutable std::map<std::pair<const Kind*, std::string>, Remedy> remedies_;
   mutable std::shared_mutex shapesMutex_;
   mutable std::unordered_set<std::string> goodShapes_;
 };
-
-/// The object with at most one element in each array, the one on the way to the place if there is
-/// one; the place is changed with it.
-foundation::json::Value withShortArrays(const foundation::json::Value& object, Path& place);
 
 }  // namespace reference_host::diagnosis

@@ -4,6 +4,7 @@
 /// What was read of a JSON object, as places in it.
 
 #include <cstddef>
+#include <deque>
 #include <map>
 #include <string>
 #include <unordered_map>
@@ -25,6 +26,8 @@ class ReadTrace : public json::ReadObserver {
  public:
   /// @param object outlives the watch, not the trace.
   explicit ReadTrace(const foundation::json::Value& object);
+  ReadTrace(ReadTrace&&) = default;
+  ReadTrace(const ReadTrace&) = delete;
 
   void asked(const foundation::json::Value& holder, const std::string& key,
              const foundation::json::Value* answer) override;
@@ -51,8 +54,10 @@ class ReadTrace : public json::ReadObserver {
 
   struct Place {
     PlaceId parent;
-    PathStep step;
-    std::map<PathStep, PlaceId> children;
+    const std::string* name;  ///< in the parent's `members`; null for an element
+    std::size_t index;        ///< of an element
+    std::map<std::string, PlaceId> members{};
+    std::map<std::size_t, PlaceId> elements{};
     bool asked = false;
     bool holder = false;
   };
@@ -68,7 +73,8 @@ class ReadTrace : public json::ReadObserver {
     PlaceId array;
   };
 
-  PlaceId child(PlaceId parent, const PathStep& step);
+  PlaceId member(PlaceId holder, const std::string& name);
+  PlaceId element(PlaceId array, std::size_t index);
   PlaceId find(const Path& path) const;
   Path pathOf(PlaceId place) const;
   PlaceId placeOf(const Value& value);
@@ -76,7 +82,7 @@ class ReadTrace : public json::ReadObserver {
   void remember(const Value& value, PlaceId place);
 
   const Value* object_;
-  std::vector<Place> places_;
+  std::deque<Place> places_;
   std::vector<PlaceId> reads_;
   std::unordered_map<const Value*, Known> addresses_;
   std::vector<Elements> elements_;  // the latest last

@@ -11,6 +11,7 @@
 
 #include "foundation/export.hpp"
 #include "foundation/json.hpp"
+#include "reference_host/diagnosis/knowledge.hpp"
 #include "reference_host/diagnosis/path.hpp"
 #include "reference_host/importer/importer.hpp"
 
@@ -19,7 +20,8 @@ namespace reference_host::diagnosis {
 /// What an object is for people: the words that say what it is as common ones, and its id, such as
 /// `slider "threshold"`.
 /// @param builder the one that claims it; null if nobody does.
-TESSEL_HOST_API std::string nameOfObject(const importer::NamedBuilder* builder,
+TESSEL_HOST_API std::string nameOfObject(const Knowledge& knowledge,
+                                         const importer::NamedBuilder* builder,
                                          const foundation::json::Value& object);
 
 /// A place in an object: the member's name, or where it is in its array.

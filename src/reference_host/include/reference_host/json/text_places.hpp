@@ -47,7 +47,7 @@ struct ValuePlace {
 /// counts, as in a parsed value.
 /// @pre `parse` accepts the text, which has no byte order mark; each pointer is well-formed.
 TESSEL_HOST_API std::vector<ValuePlace> findValues(std::string_view utf8,
-                                                   const std::vector<std::string>& pointers);
+                                                   const std::vector<std::string_view>& pointers);
 
 /// A member overridden by a later one of the same name in the same object.
 struct DuplicateMember {
