@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "console.hpp"
-#include "reference_host/diagnosis/syntax_hint.hpp"
+#include "located_error.hpp"
 #include "reference_host/json/parse.hpp"
 #include "reference_host/json/pointer.hpp"
 #include "reference_host/json/text_writer.hpp"
@@ -21,7 +21,6 @@ using reference_host::diagnosis::Knowledge;
 using reference_host::diagnosis::Problem;
 using reference_host::diagnosis::Warnings;
 using reference_host::json::JsonWriter;
-using reference_host::json::TextPlace;
 
 /// The members that a later one of their object replaces.
 std::vector<PlacedProblem> duplicatesIn(const Knowledge& knowledge, const Value& value,
@@ -42,21 +41,6 @@ std::vector<PlacedProblem> duplicatesIn(const Knowledge& knowledge, const Value&
     found.push_back({std::move(problem), duplicate.key});
   }
   return found;
-}
-
-/// The place where parsing stopped, with the character that is there.
-PlacedProblem syntaxProblem(const reference_host::json::ParseError& error,
-                            const Document& document) {
-  const TextPlace begin{error.line() - document.line + 1, error.column()};
-  return {{Code::kSyntax,
-           {},
-           {},
-           error.reason(),
-           reference_host::diagnosis::hintForSyntax(document.content(), error, document.line),
-           {},
-           {},
-           {}},
-          {begin, {begin.line, begin.column + 1}}};
 }
 
 void writeProblem(JsonWriter& writer, const PlacedProblem& placed, std::size_t firstLine) {
@@ -109,8 +93,7 @@ void check(CheckAnswer& answer, const Knowledge& knowledge, Warnings warnings) {
 void CheckAnswer::runOutOfMemory() {
   std::string().swap(document.text);
   problems.clear();
-  objects = claimed = warnings = 0;
-  errors = 1;
+  objects = claimed = errors = warnings = 0;
   failure = kOutOfMemory;
 }
 
@@ -118,10 +101,7 @@ CheckAnswer checkOne(const Knowledge& knowledge, Document document, Warnings war
   CheckAnswer answer;
   answer.document = std::move(document);
   answer.failure = answer.document.readError;
-  if (!answer.failure.empty()) {
-    answer.errors = 1;
-    return answer;
-  }
+  if (!answer.failure.empty()) return answer;
   try {
     check(answer, knowledge, warnings);
   } catch (const std::bad_alloc&) {

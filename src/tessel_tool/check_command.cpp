@@ -39,9 +39,10 @@ struct CheckedBatch {
       append(answer, options);
     }
     if (documents++ == 0) first = answer.document.name;
-    if (answer.errors != 0 || (options.strict && answer.warnings != 0)) ++failed;
+    const bool unchecked = !answer.failure.empty();
+    if (unchecked || answer.errors != 0 || (options.strict && answer.warnings != 0)) ++failed;
     last = answer.document.name;
-    if (answer.failure.empty()) return;
+    if (!unchecked) return;
     const auto& document = answer.document;
     unreadable.emplace_back(answer.failure == kOutOfMemory ? document.name : document.path,
                             answer.failure);

@@ -1,11 +1,13 @@
 #include "explanation.hpp"
 
+#include <algorithm>
 #include <cstddef>
 #include <exception>
 #include <new>
 #include <utility>
 
 #include "reference_host/export/export.hpp"
+#include "reference_host/json/pointer.hpp"
 #include "reference_host/json/text_writer.hpp"
 #include "reference_host/logging/log_capture.hpp"
 #include "text_form.hpp"
@@ -166,6 +168,51 @@ void appendBuild(std::string& out, const BuildOutcome& build, const std::string&
   for (const auto& root : roots) exporter.appendTree(out, root, 2);
 }
 
+/// Whether an import stops at an object: a builder claims it or cannot tell.
+bool concerns(const std::vector<NamedBuilder>& builders, const Value& object) {
+  return std::any_of(builders.begin(), builders.end(), [&](const NamedBuilder& builder) {
+    try {
+      return builder.canBuild(object);
+    } catch (const std::bad_alloc&) {
+      throw;
+    } catch (...) {
+      return true;
+    }
+  });
+}
+
+/// The pointer of the first object inside a value that concerns a builder, or else of the first
+/// object; nothing where there is none.
+std::optional<std::string> objectInside(const std::vector<NamedBuilder>& builders,
+                                        const Value& value) {
+  using reference_host::json::appendToken;
+  std::optional<std::string> first;
+  std::vector<std::pair<const Value*, std::string>> open{{&value, {}}};
+  while (!open.empty()) {
+    const auto [next, pointer] = std::move(open.back());
+    open.pop_back();
+    const auto firstChild = static_cast<std::ptrdiff_t>(open.size());
+    const auto add = [&, &around = pointer](const Value& child, const std::string& token) {
+      std::string inner = around;
+      appendToken(inner, token);
+      open.emplace_back(&child, std::move(inner));
+    };
+    if (const auto* members = next->get_if<Value::Object>()) {
+      if (next != &value) {
+        if (concerns(builders, *next)) return pointer;
+        if (!first) first = pointer;
+      }
+      for (const auto& [name, member] : *members) add(member, name);
+    } else if (const auto* elements = next->get_if<Value::Array>()) {
+      for (std::size_t index = 0; index != elements->size(); ++index) {
+        add((*elements)[index], std::to_string(index));
+      }
+    }
+    std::reverse(open.begin() + firstChild, open.end());
+  }
+  return first;
+}
+
 }  // namespace
 
 Explanation explain(const std::vector<NamedBuilder>& builders, const Value& value) {
@@ -199,6 +246,12 @@ void locateErrors(Explanation& explanation, const reference_host::diagnosis::Kno
   std::vector<LocatedError> located = locate(knowledge, errors, &value, document, Tell::kPeople);
   for (std::size_t index = 0; index != located.size(); ++index) {
     *locations[index] = std::move(located[index].location);
+  }
+  if (located.empty() && !explanation.build) {
+    const auto inner = objectInside(knowledge.builders(), value);
+    if (inner)
+      explanation.told =
+          "hint: explain one object of it: --pointer " + visible(pointer + *inner) + '\n';
   }
   if (located.empty() || (explanation.build && !explanation.build->error)) return;
   LocatedError& told = explanation.build ? located.back() : located.front();

@@ -39,14 +39,14 @@ struct Explanation {
   std::vector<BuilderAnswer> answers;    ///< one for each builder, in their order
   std::optional<std::string> claimedBy;  ///< the first builder that said yes
   std::optional<BuildOutcome> build;     ///< there only when a builder claims the value
-  std::string told;                      ///< the error of an import, for people, once it is located
+  std::string told;  ///< for people, once errors are located: an import's, or where to look else
 };
 
 /// Asks every builder about the value, and has the first that claims it build in a fresh model.
 Explanation explain(const std::vector<reference_host::importer::NamedBuilder>& builders,
                     const foundation::json::Value& value);
 
-/// Locates the errors of an explanation.
+/// Locates the errors of an explanation, and where nobody can tell anything an object inside.
 /// @param value the value that was explained, at the pointer in the document.
 void locateErrors(Explanation& explanation, const reference_host::diagnosis::Knowledge& knowledge,
                   const foundation::json::Value& value, const std::string& pointer,

@@ -83,6 +83,9 @@ void importInto(ImportAnswer& answer, Document& document, const Knowledge& knowl
   } catch (const reference_host::json::ParseError& error) {
     answer.failure = error.what();
     answer.failedAt.place = {error.line(), error.column()};
+    if (tell == Tell::kPeople) {
+      appendAsText(answer.told, {syntaxProblem(error, document)}, originOf(document));
+    }
   }
   endLog();
 }
@@ -92,6 +95,7 @@ void importInto(ImportAnswer& answer, Document& document, const Knowledge& knowl
 void ImportAnswer::runOutOfMemory() noexcept {
   result = {};
   located.clear();
+  told.clear();
   failedAt = {};
   duplicates = {};
   failure = kOutOfMemory;
@@ -145,7 +149,10 @@ void appendAsJson(std::string& out, const ImportAnswer& answer, bool oneLine, Ex
 
 void appendAsTree(std::string& out, const ImportAnswer& answer, Exporter& exporter,
                   const PartEnds& partEnds) {
-  if (!answer.failure.empty()) return;
+  if (!answer.failure.empty()) {
+    out += answer.told;
+    return;
+  }
   out += visible(answer.document) + '\n';
   for (const auto& node : answer.result.nodes) exporter.appendTree(out, node, 1, partEnds);
   out += answer.told;

@@ -25,9 +25,11 @@ struct ImportAnswer {
   DuplicateMembers duplicates;
   reference_host::importer::ImportResult result;
   std::vector<LocatedError> located;            ///< its errors
-  std::string told;                             ///< its errors for people
+  std::string told;                             ///< its errors for people, if they are told
   std::optional<std::vector<std::string>> log;  ///< the records, if they were asked for
 
+  /// Whether the answer tells all: of what does not parse too, where people are told.
+  bool isWhole() const { return failure.empty() || !told.empty(); }
   bool failed() const { return !failure.empty() || !result.errors.empty(); }
 
   /// Drops what there is: memory did not suffice for the document. Takes none itself.
@@ -45,8 +47,8 @@ void appendAsJson(std::string& out, const ImportAnswer& answer, bool oneLine,
                   reference_host::exporting::Exporter& exporter,
                   const reference_host::exporting::PartEnds& partEnds);
 
-/// Appends the answer as indented text: nodes, errors, records and counts. A document that has
-/// failed as a whole has none of them and is left out.
+/// Appends the answer as indented text: nodes, errors, records and counts. Of a document that does
+/// not parse there is that error alone, and nothing of one that could not be read.
 void appendAsTree(std::string& out, const ImportAnswer& answer,
                   reference_host::exporting::Exporter& exporter,
                   const reference_host::exporting::PartEnds& partEnds);

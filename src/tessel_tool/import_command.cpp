@@ -70,7 +70,7 @@ struct WrittenAnswers {
       if (!*pieces) pieces->emplace(answer.document, answer.document);
       write();
     };
-    if (answer.failure.empty()) {
+    if (answer.isWhole()) {
       try {
         append(results, answer, options, exporter, std::ref(takePiece));
       } catch (const std::bad_alloc&) {
@@ -88,7 +88,7 @@ struct WrittenAnswers {
     if (documents++ == 0) first = answer.document;
     if (answer.failed()) ++failed;
     last = answer.document;
-    if (answer.failure.empty()) return;
+    if (answer.isWhole()) return;
     // Put by itself, because there may be no memory for longer results.
     std::string text;
     append(text, answer, options, exporter, [] {});

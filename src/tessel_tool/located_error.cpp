@@ -7,6 +7,7 @@
 
 #include "reference_host/diagnosis/culprit.hpp"
 #include "reference_host/diagnosis/offered_object.hpp"
+#include "reference_host/diagnosis/syntax_hint.hpp"
 
 namespace tessel_tool {
 
@@ -70,6 +71,22 @@ std::vector<LocatedError> locate(const Knowledge& knowledge, std::vector<ImportE
     if (error.told) error.told->place = (place++)->value;
   }
   return located;
+}
+
+PlacedProblem syntaxProblem(const reference_host::json::ParseError& error,
+                            const Document& document) {
+  using reference_host::diagnosis::Code;
+  using reference_host::diagnosis::hintForSyntax;
+  const reference_host::json::TextPlace begin{error.line() - document.line + 1, error.column()};
+  return {{Code::kSyntax,
+           {},
+           {},
+           error.reason(),
+           hintForSyntax(document.content(), error, document.line),
+           {},
+           {},
+           {}},
+          {begin, {begin.line, begin.column + 1}}};
 }
 
 TextOrigin originOf(const Document& document) {

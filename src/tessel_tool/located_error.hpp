@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Which value a builder's error is about, and where it stands.
+/// What an error is about, and where it stands.
 
 #include <memory>
 #include <optional>
@@ -13,6 +13,7 @@
 #include "problem_report.hpp"
 #include "reference_host/diagnosis/knowledge.hpp"
 #include "reference_host/importer/importer.hpp"
+#include "reference_host/json/parse.hpp"
 #include "reference_host/json/text_places.hpp"
 #include "reference_host/json/text_writer.hpp"
 
@@ -41,6 +42,10 @@ std::vector<LocatedError> locate(const reference_host::diagnosis::Knowledge& kno
                                  std::vector<reference_host::importer::ImportError>& errors,
                                  const foundation::json::Value* object, const Document& document,
                                  Tell tell);
+
+/// The problem of a document that does not parse: the character where parsing stopped.
+PlacedProblem syntaxProblem(const reference_host::json::ParseError& error,
+                            const Document& document);
 
 /// Where the text of a document comes from.
 TextOrigin originOf(const Document& document);
