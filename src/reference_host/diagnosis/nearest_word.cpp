@@ -21,8 +21,29 @@ std::string withoutSeparators(std::string_view word) {
   return letters;
 }
 
+bool continues(char character) {
+  return (static_cast<unsigned char>(character) & 0xC0U) == 0x80U;
+}
+
+std::size_t countCharacters(std::string_view utf8) {
+  return utf8.size() - static_cast<std::size_t>(std::count_if(utf8.begin(), utf8.end(), continues));
+}
+
+std::vector<std::string_view> charactersOf(std::string_view utf8) {
+  std::vector<std::string_view> characters;
+  while (!utf8.empty()) {
+    const auto* const next = std::find_if_not(utf8.begin() + 1, utf8.end(), continues);
+    const auto length = static_cast<std::size_t>(next - utf8.begin());
+    characters.push_back(utf8.substr(0, length));
+    utf8.remove_prefix(length);
+  }
+  return characters;
+}
+
 /// How many edits make one word the other.
-std::size_t editDistance(std::string_view left, std::string_view right) {
+std::size_t editDistance(std::string_view leftWord, std::string_view rightWord) {
+  const std::vector<std::string_view> left = charactersOf(leftWord);
+  const std::vector<std::string_view> right = charactersOf(rightWord);
   std::vector<std::size_t> before;
   std::vector<std::size_t> above(right.size() + 1);
   std::iota(above.begin(), above.end(), std::size_t{0});
@@ -106,12 +127,13 @@ std::string relatedWord(std::string_view word, const std::vector<std::string>& c
 std::string nearestWord(std::string_view word, const std::vector<std::string>& candidates) {
   const std::string letters = withoutSeparators(word);
   const std::string* best = nullptr;
-  std::size_t fewest = std::min(kMostEdits, word.size() / 2);
+  const std::size_t length = countCharacters(word);
+  std::size_t fewest = std::min(kMostEdits, length / 2);
   for (const std::string& candidate : candidates) {
     if (candidate == word) continue;
     if (withoutSeparators(candidate) == letters) return candidate;
-    const std::size_t longer = std::max(word.size(), candidate.size());
-    if (longer - std::min(word.size(), candidate.size()) > kMostEdits) continue;
+    const std::size_t other = countCharacters(candidate);
+    if (std::max(length, other) - std::min(length, other) > kMostEdits) continue;
     const std::size_t edits = editDistance(word, candidate);
     if (edits > fewest || (best != nullptr && edits == fewest)) continue;
     fewest = edits;

@@ -20,6 +20,7 @@ TEST(NearestWordTest, IsWhatMayBeMisspelt) {
       {"another one", "inport", {"explain", "import"}, "import"},
       {"two neighbours swapped", "miport", {"explain", "import"}, "import"},
       {"two edits", "expotr", {"export"}, "export"},
+      {"two edits of letters that are not ASCII", "b€tt€n", {"button"}, "button"},
       {"two swaps", "imnimmu", {"minimum"}, "minimum"},
       {"three edits", "build", {"builders"}, ""},
       {"two edits of four characters", "slid", {"slider"}, "slider"},
