@@ -45,9 +45,6 @@ std::optional<Refusal> appendExplanation(std::string& out, Document& document,
                                          const Knowledge& knowledge,
                                          const ExplainOptions& options) {
   const Value root = document.parse();
-  if (!options.pointer.empty() && options.pointer.front() != '/') {
-    return Refusal{"a pointer begins with /: " + options.pointer, {}};
-  }
   const Value* value = valueAt(root, pathTo(root, options.pointer));
   if (value == nullptr) return Refusal{"there is no value at " + options.pointer, {}};
   Explanation explanation = explain(knowledge.builders(), *value);

@@ -11,7 +11,7 @@ namespace tessel_tool {
 
 struct ExplainOptions {
   std::optional<std::string> file;  ///< none for standard input
-  std::string pointer;              ///< of the value in the document
+  std::string pointer;              ///< of the value in the document; well-formed
   bool json = false;
   bool ndjson = false;
   bool all = false;           ///< list the builders that say no, too

@@ -22,6 +22,7 @@
 #include "input.hpp"
 #include "platform.hpp"
 #include "reference_host/diagnosis/nearest_word.hpp"
+#include "reference_host/json/pointer.hpp"
 #include "schema_command.hpp"
 
 namespace tessel_tool {
@@ -71,7 +72,12 @@ struct CommandLine {
     explainCommand
         ->add_option("--pointer", explainOptions.pointer,
                      "Explain the value at this JSON pointer of a document")
-        ->type_name("P");
+        ->type_name("P")
+        ->check(CLI::Validator(
+            [](const std::string& text) {
+              return reference_host::json::isPointer(text) ? "" : text + " is no JSON pointer";
+            },
+            ""));
     explainCommand
         ->add_option("FILE", explainOptions.file, "A JSON value; none, or -, is standard input")
         ->type_name("");
@@ -115,7 +121,6 @@ struct CommandLine {
         .add_option("--words", files,
                     "A file of class names and types that the builders may know, one a line")
         ->type_name("FILE")
-        ->expected(1)
         ->allow_extra_args(false);
   }
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
+#include <optional>
+#include <system_error>
 #include <type_traits>
 #include <utility>
 
@@ -26,6 +28,16 @@ const Value* childAt(const Value& value, const PathStep& step) {
   const auto* elements = value.get_if<Value::Array>();
   const std::size_t index = *std::get_if<std::size_t>(&step);
   return elements == nullptr || index >= elements->size() ? nullptr : &(*elements)[index];
+}
+
+/// The index that a reference token stands for: digits without a leading zero.
+std::optional<std::size_t> indexOf(std::string_view token) {
+  if (token.empty() || (token.front() == '0' && token.size() != 1)) return std::nullopt;
+  if (token.find_first_not_of("0123456789") != std::string_view::npos) return std::nullopt;
+  std::size_t index = 0;
+  const auto read = std::from_chars(token.data(), token.data() + token.size(), index);
+  if (read.ec != std::errc()) return std::nullopt;  // beyond any array
+  return index;
 }
 
 template <typename... Alternatives>
@@ -62,11 +74,8 @@ Path pathTo(const Value& root, std::string_view pointer) {
   const Value* value = &root;
   for (const std::string_view token : json::tokensOf(pointer)) {
     PathStep step = json::nameOf(token);
-    const bool inArray = value != nullptr && value->get_if<Value::Array>() != nullptr;
-    if (inArray && token.find_first_not_of("0123456789") == std::string_view::npos) {
-      std::size_t index = 0;
-      std::from_chars(token.data(), token.data() + token.size(), index);
-      step = index;
+    if (value != nullptr && value->get_if<Value::Array>() != nullptr) {
+      if (const auto index = indexOf(token)) step = *index;
     }
     if (value != nullptr) value = childAt(*value, step);
     path.push_back(std::move(step));

@@ -27,7 +27,7 @@ foundation::json::Value* valueAt(foundation::json::Value& root, const Path& path
 const std::string* textAt(const foundation::json::Value& root, const Path& path);
 
 /// The path that a JSON pointer (RFC 6901) stands for in a value; where there is nothing in it, a
-/// token is a name.
+/// token is a name. @pre the pointer is well-formed.
 TESSEL_HOST_API Path pathTo(const foundation::json::Value& root, std::string_view pointer);
 
 /// Puts a value at the end of the path. Objects that are missing on the way are made, and so are

@@ -24,6 +24,16 @@ inline void appendToken(std::string& pointer, std::string_view name) {
   }
 }
 
+/// Whether a text is a JSON pointer.
+inline bool isPointer(std::string_view text) {
+  if (!text.empty() && text.front() != '/') return false;
+  for (std::size_t tilde = 0; (tilde = text.find('~', tilde)) != std::string_view::npos;) {
+    ++tilde;
+    if (tilde == text.size() || (text[tilde] != '0' && text[tilde] != '1')) return false;
+  }
+  return true;
+}
+
 /// The reference tokens of a pointer, as they are written in it.
 /// @pre the pointer is empty or begins with a slash.
 inline std::vector<std::string_view> tokensOf(std::string_view pointer) {
