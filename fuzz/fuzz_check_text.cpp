@@ -33,9 +33,10 @@ const Knowledge& experienced() {
   return knowledge;
 }
 
-std::vector<std::string> told(const Knowledge& knowledge, const Value& document) {
+std::vector<std::string> told(const Knowledge& knowledge, const Value& document,
+                              std::string_view text) {
   std::vector<std::string> lines;
-  for (const Problem& problem : checkDocument(knowledge, document, Warnings::kYes).problems) {
+  for (const Problem& problem : checkDocument(knowledge, document, text, Warnings::kYes).problems) {
     lines.push_back(codeName(problem.code) + problem.member.value_or("-") + problem.message +
                     problem.hint.value_or("-"));
   }
@@ -73,7 +74,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     reference_host::diagnosis::hintForSyntax(report.text, error);
     return 0;
   }
-  const auto problems = checkDocument(experienced(), document, Warnings::kYes).problems;
+  const auto problems =
+      checkDocument(experienced(), document, report.text, Warnings::kYes).problems;
   std::set<std::string> wrong;
   std::vector<std::string_view> pointers;
   for (const Problem& problem : problems) {
@@ -96,7 +98,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     offeredAround(experienced(), document, duplicate.pointer);
   }
   const Knowledge fresh(test_support::allBuilders(), tessel_tool::knownWords());
-  require(told(experienced(), document) == told(fresh, document),
+  require(told(experienced(), document, report.text) == told(fresh, document, report.text),
           "what is told does not depend on what was checked before");
   return 0;
 }

@@ -68,10 +68,10 @@ void writeProblem(JsonWriter& writer, const PlacedProblem& placed, std::size_t f
 void check(CheckAnswer& answer, const Knowledge& knowledge, Warnings warnings) {
   try {
     const Value value = answer.document.parse();
-    auto result = checkDocument(knowledge, value, warnings);
+    const std::string_view text = answer.document.content();
+    auto result = checkDocument(knowledge, value, text, warnings);
     answer.objects = result.objects;
     answer.claimed = result.claimed;
-    const std::string_view text = answer.document.content();
     answer.problems = place(std::move(result.problems), text);
     if (warnings == Warnings::kYes && answer.document.duplicates.count != 0) {
       for (PlacedProblem& duplicate : duplicatesIn(knowledge, value, text)) {

@@ -189,6 +189,8 @@ class Planter(Maker):
     def minimum_above(self, data, place):
         data["minimum"] = 2000
         self.expect("unlikely-value", f"{place}/maximum")
+        if isinstance(data.get("defaultValue"), (int, float)):
+            self.expect("unlikely-value", f"{place}/defaultValue")
 
     def missing_context(self, control, place):
         del control["context"]

@@ -1,11 +1,13 @@
 #include "reference_host/diagnosis/document_check.hpp"
 
 #include <algorithm>
+#include <cstddef>
 #include <exception>
 #include <new>
 #include <optional>
 #include <set>
 #include <string_view>
+#include <tuple>
 #include <unordered_map>
 #include <utility>
 
@@ -16,6 +18,7 @@
 #include "reference_host/diagnosis/offered_object.hpp"
 #include "reference_host/diagnosis/unclaimed_object.hpp"
 #include "reference_host/diagnosis/wording.hpp"
+#include "reference_host/json/text_places.hpp"
 
 namespace reference_host::diagnosis {
 
@@ -24,6 +27,11 @@ using importer::DocumentWalk;
 using importer::NamedBuilder;
 
 namespace {
+
+/// More new words in one document are no words that builders compare with.
+constexpr std::size_t kMostNewWords = 100;
+/// Each is tried for each wrong value beside which it may stand.
+constexpr std::size_t kMostValueTypes = 10;
 
 /// Who answers for an object.
 struct Answer {
@@ -62,9 +70,11 @@ bool builds(const NamedBuilder& builder, const gx::zero::Model& model, const Val
 
 class DocumentCheck {
  public:
-  DocumentCheck(const Knowledge& knowledge, const Value& document, Warnings warnings)
+  DocumentCheck(const Knowledge& knowledge, const Value& document, std::string_view text,
+                Warnings warnings)
       : knowledge_(knowledge),
         document_(document),
+        text_(text),
         warns_(warnings == Warnings::kYes),
         model_(gx::zero::Model::create()) {}
 
@@ -82,90 +92,138 @@ class DocumentCheck {
                                              importer::Step::kCanBuild, culprit, answer.message));
       } else {
         if (warns_) checkUnclaimed(knowledge_.recognitions(), walk, *object);
+        anyUnclaimed_ = true;
         walk.goInto();
       }
     }
-    if (!firsts_.empty()) nameFirsts();
-    if (!newClasses_.empty()) checkAgainWithNewClasses();
+    if (!withSameId_.empty()) tellSameIds();
+    if (!newWords_.empty() && anyUnclaimed_) checkAgainWithNewWords();
     return std::move(result_);
   }
 
  private:
   void checkClaimed(const NamedBuilder& builder, const DocumentWalk& walk, const Value& object) {
     const bool good = builds(builder, model_, object);
-    std::string shape;
-    if (good) {
-      if (!warns_) return;
-      shape = shapeOf(object);
-      if (!knowledge_.isGood(shape)) {
-        std::vector<Problem> found = checkControl({knowledge_, builder, walk.pointer(), object});
-        if (found.empty()) knowledge_.rememberGood(std::move(shape));
-        take(std::move(found));
-      }
-      rememberClass(object);
-      checkId(builder, walk, object);
-    } else {
-      std::vector<Problem> found = checkControl({knowledge_, builder, walk.pointer(), object});
-      if (!warns_) {
-        found.erase(std::remove_if(found.begin(), found.end(),
-                                   [](const Problem& problem) { return !isError(problem.code); }),
-                    found.end());
-      }
-      take(std::move(found));
+    if (good && !warns_) return;
+    if (warns_) rememberWords(object);
+    std::vector<Problem> found;
+    std::string shape = good ? shapeOf(object) : std::string();
+    if (!good) {
+      found = checkControl({knowledge_, builder, walk.pointer(), object, &valueTypes()});
+    } else if (!knowledge_.isGood(shape)) {
+      found = checkControl({knowledge_, builder, walk.pointer(), object});
+      if (found.empty()) knowledge_.rememberGood(std::move(shape));
     }
-    if (warns_) checkValues(builder, walk, object);
+    if (warns_) {
+      if (good) checkId(builder, object);
+      checkValues(builder, walk, object, found);
+    } else {
+      found.erase(std::remove_if(found.begin(), found.end(),
+                                 [](const Problem& problem) { return !isError(problem.code); }),
+                  found.end());
+    }
+    for (Problem& problem : found) result_.problems.push_back(std::move(problem));
   }
 
-  void checkId(const NamedBuilder& builder, const DocumentWalk& walk, const Value& object) {
+  void checkId(const NamedBuilder& builder, const Value& object) {
     const std::string* id = textAt(object, idPlace());
     if (id == nullptr) return;
-    const auto [first, isNew] = ids_.emplace(*id, &object);
-    if (isNew || !knowledge_.kindOf(builder, object).reads(patternOf(idPlace()))) return;
-    const std::string pointer = walk.pointer();
-    firsts_.emplace_back(result_.problems.size(), first->second);
-    result_.problems.push_back(
-        {Code::kDuplicateId,
-         pointer,
-         pointer + pointerOf(idPlace()),
-         nameOfObject(knowledge_, &builder, object) + ": another control has this id",
-         {},
-         builder.name(),
-         {},
-         {}});
+    const auto [held, isNew] = ids_.try_emplace(*id, Holder{&object, &builder});
+    if (isNew || !readsId(builder, object)) return;
+    Holder& first = held->second;
+    if (!first.isTold) {
+      const bool counts = readsId(*first.builder, *first.object);
+      if (counts) withSameId_.emplace(first.object, first.builder);
+      first = {&object, &builder, counts};
+      if (!counts) return;
+    }
+    withSameId_.emplace(&object, &builder);
   }
 
-  /// Says of each id that is there twice where it is first: in one walk for all of them.
-  void nameFirsts() {
-    std::unordered_map<const Value*, std::string> pointers;
-    for (const auto& [problem, first] : firsts_) pointers[first];
+  bool readsId(const NamedBuilder& builder, const Value& object) const {
+    return knowledge_.kindOf(builder, object).reads(patternOf(idPlace()));
+  }
+
+  /// Tells each control whose id is that of one before it in the text.
+  void tellSameIds() {
+    std::vector<std::pair<const Value*, std::string>> controls;
+    std::vector<std::string> members;
     DocumentWalk walk(document_);
     while (const Value* object = walk.nextObject()) {
-      const auto first = pointers.find(object);
-      if (first != pointers.end()) first->second = walk.pointer();
+      if (withSameId_.count(object) != 0) {
+        controls.emplace_back(object, walk.pointer());
+        members.push_back(controls.back().second + pointerOf(idPlace()));
+      }
       walk.goInto();
     }
-    for (const auto& [problem, first] : firsts_) {
-      result_.problems[problem].hint = "write another one; the first is at " + pointers[first];
+    const auto places = json::findValues(text_, {members.begin(), members.end()});
+    const auto place = [&](std::size_t index) {
+      const json::TextPlace& begin = places[index].value.begin;
+      return std::tie(begin.line, begin.column);
+    };
+    std::unordered_map<std::string_view, std::size_t> firsts;
+    for (std::size_t index = 0; index != controls.size(); ++index) {
+      std::size_t& first = firsts.try_emplace(idOf(*controls[index].first), index).first->second;
+      if (place(index) < place(first)) first = index;
+    }
+    for (std::size_t index = 0; index != controls.size(); ++index) {
+      const auto& [object, pointer] = controls[index];
+      const std::size_t first = firsts.at(idOf(*object));
+      if (index == first) continue;
+      const NamedBuilder* builder = withSameId_.at(object);
+      result_.problems.push_back(
+          {Code::kDuplicateId,
+           pointer,
+           members[index],
+           nameOfObject(knowledge_, builder, *object) + ": another control has this id",
+           "write another one; the first is at " + controls[first].second,
+           builder->name(),
+           {},
+           {}});
     }
   }
 
-  void checkValues(const NamedBuilder& builder, const DocumentWalk& walk, const Value& object) {
+  static const std::string& idOf(const Value& object) { return *textAt(object, idPlace()); }
+
+  /// @param found the problems that the object has besides.
+  void checkValues(const NamedBuilder& builder, const DocumentWalk& walk, const Value& object,
+                   std::vector<Problem>& found) {
     const std::vector<UnlikelyValue> unlikely = unlikelyValuesOf(object);
     if (unlikely.empty()) return;
     const Kind& kind = knowledge_.kindOf(builder, object);
     const std::string name = nameOfObject(knowledge_, &builder, object);
     const std::string pointer = walk.pointer();
+    const auto isRead = [&, count = found.size()](const Path& place) {
+      const std::string member = pointer + pointerOf(place);
+      return kind.reads(patternOf(place)) &&
+             std::none_of(found.begin(), found.begin() + static_cast<std::ptrdiff_t>(count),
+                          [&](const Problem& problem) {
+                            return isUnread(problem) && isInside(member, *problem.member);
+                          });
+    };
     for (const UnlikelyValue& value : unlikely) {
-      if (!kind.reads(patternOf(value.place))) continue;
-      result_.problems.push_back({Code::kUnlikelyValue,
-                                  pointer,
-                                  pointer + pointerOf(value.place),
-                                  name + ": " + nameOfPlace(value.place) + ' ' + value.what,
-                                  {},
-                                  builder.name(),
-                                  {},
-                                  {}});
+      if (!isRead(value.place) ||
+          !std::all_of(value.judgedBy.begin(), value.judgedBy.end(), isRead)) {
+        continue;
+      }
+      found.push_back({Code::kUnlikelyValue,
+                       pointer,
+                       pointer + pointerOf(value.place),
+                       name + ": " + nameOfPlace(value.place) + ' ' + value.what,
+                       {},
+                       builder.name(),
+                       {},
+                       {}});
     }
+  }
+
+  static bool isUnread(const Problem& problem) {
+    return problem.code == Code::kUnknownMember || problem.code == Code::kIgnoredMember;
+  }
+
+  static bool isInside(const std::string& pointer, const std::string& outer) {
+    return pointer.compare(0, outer.size(), outer) == 0 &&
+           (pointer.size() == outer.size() || pointer[outer.size()] == '/');
   }
 
   void checkUnclaimed(const std::vector<Recognition>& recognitions, const DocumentWalk& walk,
@@ -190,25 +248,28 @@ class DocumentCheck {
     result_.problems.push_back(std::move(problem));
   }
 
-  /// Takes down a class name that is no candidate, but that a builder claims all the same.
-  void rememberClass(const Value& object) {
+  /// Takes down words that are no candidates, and by which a builder claims an object all the same.
+  void rememberWords(const Value& object) {
     const std::string* className = textAt(object, classNamePlace());
     if (className == nullptr) return;
+    const std::string* type = textAt(object, typePlace());
     const auto& known = knowledge_.recognitions();
     const bool isKnown = std::any_of(known.begin(), known.end(), [&](const auto& recognition) {
-      return recognition.className == *className;
+      return recognition.className == *className &&
+             (!recognition.type || (type != nullptr && *recognition.type == *type));
     });
     if (isKnown) return;
-    newClasses_.insert(*className);
-    if (const std::string* type = textAt(object, typePlace())) newClasses_.insert(*type);
+    for (const std::string* word : {className, type}) {
+      if (word != nullptr && newWords_.size() != kMostNewWords) newWords_.insert(*word);
+    }
   }
 
   /// For builders whose words nobody has told: those that the document itself shows.
-  void checkAgainWithNewClasses() {
-    std::vector<Recognition> recognitions =
-        knowledge_.recognitionsAmong({newClasses_.begin(), newClasses_.end()});
-    const auto& known = knowledge_.recognitions();
-    recognitions.insert(recognitions.end(), known.begin(), known.end());
+  void checkAgainWithNewWords() {
+    std::vector<std::string> words = knowledge_.words();
+    for (const std::string& word : words) newWords_.erase(word);
+    words.insert(words.end(), newWords_.begin(), newWords_.end());
+    const std::vector<Recognition> recognitions = knowledge_.recognitionsAmong(words);
     const auto first = std::remove_if(
         result_.problems.begin(), result_.problems.end(), [](const Problem& problem) {
           return problem.code == Code::kUnknownClass || problem.code == Code::kUnknownType;
@@ -223,26 +284,49 @@ class DocumentCheck {
     }
   }
 
-  void take(std::vector<Problem> found) {
-    for (Problem& problem : found) result_.problems.push_back(std::move(problem));
+  /// The texts of the document under "valueType" that are no candidates.
+  const std::vector<std::string>& valueTypes() {
+    if (valueTypes_) return *valueTypes_;
+    const std::vector<std::string>& known = knowledge_.words();
+    std::vector<std::string>& found = valueTypes_.emplace();
+    const auto isIn = [](const std::vector<std::string>& words, const std::string& word) {
+      return std::find(words.begin(), words.end(), word) != words.end();
+    };
+    const Path place{"valueType"};
+    DocumentWalk walk(document_);
+    for (const Value* object = nullptr;
+         found.size() != kMostValueTypes && (object = walk.nextObject()) != nullptr;) {
+      const std::string* word = textAt(*object, place);
+      if (word != nullptr && !isIn(known, *word) && !isIn(found, *word)) found.push_back(*word);
+      walk.goInto();
+    }
+    return found;
   }
 
   const Knowledge& knowledge_;
   const Value& document_;
+  std::string_view text_;
   bool warns_;
   gx::zero::Model model_;
-  std::unordered_map<std::string_view, const Value*> ids_;  // of what was built
-  // The problems of ids that are there twice, and who has them first.
-  std::vector<std::pair<std::size_t, const Value*>> firsts_;
-  std::set<std::string> newClasses_;
+  struct Holder {
+    const Value* object;
+    const NamedBuilder* builder;
+    bool isTold = false;  ///< it counts, and is not the only one
+  };
+  std::unordered_map<std::string_view, Holder> ids_;  // of what was built
+  // The controls that do not have their id alone.
+  std::unordered_map<const Value*, const NamedBuilder*> withSameId_;
+  std::set<std::string> newWords_;
+  bool anyUnclaimed_ = false;
+  std::optional<std::vector<std::string>> valueTypes_;
   DocumentProblems result_;
 };
 
 }  // namespace
 
 DocumentProblems checkDocument(const Knowledge& knowledge, const Value& document,
-                               Warnings warnings) {
-  return DocumentCheck(knowledge, document, warnings).run();
+                               std::string_view text, Warnings warnings) {
+  return DocumentCheck(knowledge, document, text, warnings).run();
 }
 
 std::string offeredAround(const Knowledge& knowledge, const Value& document,

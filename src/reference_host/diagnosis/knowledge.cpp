@@ -228,15 +228,16 @@ std::string Knowledge::wantedInstead(const NamedBuilder& builder, const Value& o
   return wantedInstead_.emplace(key, Trial(builder, object, place).wantedInstead()).first->second;
 }
 
-Remedy Knowledge::remedyFor(const NamedBuilder& builder, const Value& object,
-                            const Path& place) const {
+Remedy Knowledge::remedyFor(const NamedBuilder& builder, const Value& object, const Path& place,
+                            const std::vector<std::string>* moreWords) const {
   const Kind& kind = kindOf(builder, object);
   const std::string pattern = patternOf(place);
   const std::string held = typeNameOf(valueAt(object, place));
   const std::lock_guard<std::mutex> guard(mutex_);
   const auto [remedy, isNew] = remedies_.try_emplace({&kind, pattern + ' ' + held});
   if (isNew) remedy->second = remedyIn(builder, kind, words(), pattern, held);
-  return remedy->second;
+  const bool tryMore = remedy->second.word.empty() && moreWords != nullptr && !moreWords->empty();
+  return tryMore ? remedyIn(builder, kind, *moreWords, pattern, held) : remedy->second;
 }
 
 bool Knowledge::isGood(const std::string& shape) const {

@@ -76,32 +76,29 @@ class Lints {
 
  private:
   void checkColumns(const Value& control) {
-    const bool startIsGood = checkColumn(control, kStartColumn);
-    const bool endIsGood = checkColumn(control, kEndColumn);
+    checkColumn(control, kStartColumn);
+    checkColumn(control, kEndColumn);
     const double* start = numberAt(control, kStartColumn);
     const double* end = numberAt(control, kEndColumn);
-    if (start != nullptr && end != nullptr && startIsGood && endIsGood && *start > *end) {
-      add({kEndColumn}, "is before \"startColumn\", " + written(*start));
+    if (start != nullptr && end != nullptr && *start > *end) {
+      add({kEndColumn}, "is before \"startColumn\", " + written(*start), {{kStartColumn}});
     }
   }
 
-  bool checkColumn(const Value& control, const std::string& name) {
+  void checkColumn(const Value& control, const std::string& name) {
     const double* column = numberAt(control, name);
-    if (column == nullptr) return true;
-    const std::string* text = textAt(control, kText);
+    if (column == nullptr) return;
     const std::string number = written(*column);
-    const double length = text == nullptr ? 0 : static_cast<double>(lengthOf(*text));
-    if (*column < 0) {
-      add({name}, "is negative: " + number);
-    } else if (std::trunc(*column) != *column) {
-      add({name}, "is no whole number: " + number);
-    } else if (text != nullptr && *column > length) {
+    if (*column < 0) add({name}, "is negative: " + number);
+    if (std::trunc(*column) != *column) add({name}, "is no whole number: " + number);
+    const std::string* text = textAt(control, kText);
+    if (text == nullptr) return;
+    const auto length = static_cast<double>(lengthOf(*text));
+    if (*column > length) {
       add({name},
-          "is " + number + ", but \"text\" ends at " + written(length) + "; columns count from 0");
-    } else {
-      return true;
+          "is " + number + ", but \"text\" ends at " + written(length) + "; columns count from 0",
+          {{kText}});
     }
-    return false;
   }
 
   void checkBounds(const Value& data) {
@@ -110,17 +107,19 @@ class Lints {
     const double* step = numberAt(data, kStep);
     const double* value = numberAt(data, kDefaultValue);
     if (step != nullptr && !(*step > 0)) {
-      add({kContext, kData, kStep}, "is not positive: " + written(*step));
+      add(inData(kStep), "is not positive: " + written(*step));
     }
     if (minimum != nullptr && maximum != nullptr && *minimum > *maximum) {
-      add({kContext, kData, kMaximum}, "is below \"minimum\", " + written(*minimum));
-      return;
+      add(inData(kMaximum), "is below \"minimum\", " + written(*minimum), {inData(kMinimum)});
     }
     if (value == nullptr) return;
-    if (minimum != nullptr && *value < *minimum) {
-      add({kContext, kData, kDefaultValue}, "is below \"minimum\", " + written(*minimum));
-    } else if (maximum != nullptr && *value > *maximum) {
-      add({kContext, kData, kDefaultValue}, "is above \"maximum\", " + written(*maximum));
+    const bool isBelow = minimum != nullptr && *value < *minimum;
+    const bool isAbove = maximum != nullptr && *value > *maximum;
+    if (isBelow && isAbove) return;  // between bounds in the wrong order
+    if (isBelow) {
+      add(inData(kDefaultValue), "is below \"minimum\", " + written(*minimum), {inData(kMinimum)});
+    } else if (isAbove) {
+      add(inData(kDefaultValue), "is above \"maximum\", " + written(*maximum), {inData(kMaximum)});
     }
   }
 
@@ -129,7 +128,9 @@ class Lints {
     const Value::Array* items = arrayAt(data, kItems);
     const Value::Array* labels = arrayAt(data, kItemLabels);
     if (value == nullptr || (items == nullptr && labels == nullptr)) return;
+    std::vector<Path> judgedBy;
     if (items != nullptr) {
+      judgedBy.push_back(inData(kItems));
       for (const Value& item : *items) {
         for (const std::string* text : {textAt(item, kValue), textAt(item, kLabel)}) {
           if (text != nullptr && *text == *value) return;
@@ -137,15 +138,20 @@ class Lints {
       }
     }
     if (labels != nullptr) {
+      judgedBy.push_back(inData(kItemLabels));
       for (const Value& label : *labels) {
         const auto* text = label.get_if<std::string>();
         if (text != nullptr && *text == *value) return;
       }
     }
-    add({kContext, kData, kDefaultValue}, "is not among the items");
+    add(inData(kDefaultValue), "is not among the items", std::move(judgedBy));
   }
 
-  void add(Path place, std::string what) { found_.push_back({std::move(place), std::move(what)}); }
+  static Path inData(const std::string& name) { return {kContext, kData, name}; }
+
+  void add(Path place, std::string what, std::vector<Path> judgedBy = {}) {
+    found_.push_back({std::move(place), std::move(what), std::move(judgedBy)});
+  }
 
   std::vector<UnlikelyValue> found_;
 };

@@ -17,6 +17,7 @@ namespace reference_host::diagnosis {
 struct UnlikelyValue {
   Path place;
   std::string what;
+  std::vector<Path> judgedBy;  ///< the other members that make it so
 };
 
 /// The unlikely values of a control.

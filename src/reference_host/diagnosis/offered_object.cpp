@@ -50,7 +50,10 @@ std::optional<std::string> hintForMisplaced(const Kinds& kinds, const Value& obj
                                             const Culprit& culprit) {
   const std::string& name = *std::get_if<std::string>(&culprit.place.back());
   const Path holder = parentOf(culprit.place);
-  const std::string move = "move " + quoted(name) + " into " + nameOfHolder(patternOf(holder));
+  const auto moveInto = [](const Path& place) {
+    return "move " + quoted(*std::get_if<std::string>(&place.back())) + " into " +
+           nameOfHolder(patternOf(parentOf(place)));
+  };
   const auto isStranger = [&](const Path& place) {
     return valueAt(object, place) != nullptr && !reads(kinds, patternOf(place));
   };
@@ -63,13 +66,20 @@ std::optional<std::string> hintForMisplaced(const Kinds& kinds, const Value& obj
     if (!meant.empty()) return "write " + quoted(name) + " instead of " + quoted(meant);
     // It may stand one level too low,
     for (const auto& [other, member] : *members) {
-      if (isStranger(childOf(childOf(holder, other), name))) return move;
+      if (isStranger(childOf(childOf(holder, other), name))) return moveInto(culprit.place);
     }
   }
-  // or one or more levels too high,
-  for (Path higher = holder; !higher.empty();) {
-    higher.pop_back();
-    if (isStranger(childOf(higher, name))) return move;
+  // or one or more levels too high, it or a container with it,
+  for (auto end = culprit.place.end(); end != culprit.place.begin(); --end) {
+    const Path missing(culprit.place.begin(), end);
+    if (valueAt(object, missing) != nullptr) break;
+    for (Path higher = parentOf(missing); !higher.empty();) {
+      higher.pop_back();
+      Path place = childOf(higher, missing.back());
+      if (!isStranger(place)) continue;
+      place.insert(place.end(), end, culprit.place.end());
+      if (valueAt(object, place) != nullptr) return moveInto(missing);
+    }
   }
   // or what belongs in it stands beside.
   std::vector<std::string> beside;
@@ -119,7 +129,8 @@ std::string hintForWrong(const OfferedObject& object, const Culprit& culprit) {
     const std::string* word = textAt(kind.sample, pathOf(pattern));
     if (word != nullptr) return "write " + quoted(*word);
   }
-  const Remedy remedy = object.knowledge.remedyFor(object.builder, object.value, culprit.place);
+  const Remedy remedy =
+      object.knowledge.remedyFor(object.builder, object.value, culprit.place, object.words);
   std::string hint = correctionOr(held, culprit.wanted);
   if (culprit.wanted == traits<Value::Object>::name) {
     const std::string shape = shapeOfObject(kind, pattern);

@@ -82,9 +82,26 @@ class UnreadSearch {
         if (elements[index].get_if<Value::Object>() != nullptr)
           visitMembers(place, elements[index]);
       } else if (haveMembers) {
-        ignored(place, "is none of those that are read, and passed over", std::nullopt);
+        ignored(place, "is none of those that are read, and passed over",
+                hintForElement(pattern, elements[index]));
       }
     }
+  }
+
+  /// By what the elements that are read are recognised.
+  std::optional<std::string> hintForElement(const std::string& pattern,
+                                            const Value& element) const {
+    const Path className = pathOf(pattern + patternOf(classNamePlace()));
+    const auto known = kind_.places.find(patternOf(className));
+    const std::string* word = textAt(kind_.sample, className);
+    if (known == kind_.places.end() || !known->second.forRecognition || word == nullptr) {
+      return std::nullopt;
+    }
+    const std::string* held = textAt(element, classNamePlace());
+    if (held != nullptr && !nearestWord(*held, {*word}).empty()) {
+      return "did you mean " + quoted(*word) + '?';
+    }
+    return "those that are read have \"className\": " + quoted(*word);
   }
 
   /// Leaves only the members without which the same is built: a builder may go over an object's
@@ -120,7 +137,7 @@ class UnreadSearch {
   std::optional<std::string> conditionOf(const Path& place) const {
     for (const auto& [pattern, known] : kind_.places) {
       if (known.wanted.empty() || pattern.find('*') != std::string::npos) continue;
-      const Path other = pathTo({}, pattern);
+      const Path other = pathOf(pattern);
       if (valueAt(corrected_, other) != nullptr) continue;
       Value with = corrected_;
       put(with, other, someValueOf(known.wanted));
@@ -140,11 +157,11 @@ class UnreadSearch {
         free.push_back(member);
     }
     std::string meant = nearestWord(name, free);
-    if (meant.empty()) meant = missingFor(place, free);
     if (!meant.empty()) return "did you mean " + quoted(meant) + '?';
     const std::vector<std::string> holders = kind_.holdersOf(name);
     if (!holders.empty()) return quoted(name) + " belongs in " + nameOfHolder(holders.front());
     meant = relatedWord(name, free);
+    if (meant.empty() && free.size() == 1) meant = missingFor(place, free.front());
     if (!meant.empty()) return "did you mean " + quoted(meant) + '?';
     // It may be a misspelling of what belongs elsewhere.
     std::vector<std::string> names;
@@ -163,16 +180,18 @@ class UnreadSearch {
     return "what can be added here: " + listed(free, kMostNames);
   }
 
-  /// A required member that is missing beside an unknown one of its type; empty if there is none.
-  std::string missingFor(const Path& place, const std::vector<std::string>& free) const {
-    for (const std::string& member : free) {
-      const Value* required = valueAt(corrected_, childOf(parentOf(place), member));
-      if (required != nullptr &&
-          typeNameOf(required) == std::string(typeNameOf(valueAt(control_.value, place)))) {
-        return member;
-      }
-    }
-    return {};
+  /// The only member that is missing, if it is required and there is one unknown member beside it,
+  /// of its type; else empty.
+  std::string missingFor(const Path& place, const std::string& member) const {
+    const Path holder = parentOf(place);
+    const bool isAlone = std::all_of(unread_.begin(), unread_.end(), [&](const Path& other) {
+      return other == place || parentOf(other) != holder || kind_.reads(patternOf(other));
+    });
+    const Value* required = valueAt(corrected_, childOf(holder, member));
+    const bool isAlike =
+        required != nullptr &&
+        typeNameOf(required) == std::string(typeNameOf(valueAt(control_.value, place)));
+    return isAlone && isAlike ? member : std::string();
   }
 
   void ignored(const Path& place, const std::string& what, std::optional<std::string> hint) {

@@ -41,13 +41,14 @@ std::string asCommonWords(std::string_view word) {
   return words;
 }
 
+/// Whether a text is a number that a document can hold.
 bool isNumber(std::string_view text) {
   if (text.empty() ||
       (text.front() != '-' && std::isdigit(static_cast<unsigned char>(text.front())) == 0)) {
     return false;
   }
   const json::NumberScan scan = json::scanNumber(text);
-  return scan.fault == nullptr && scan.length == text.size();
+  return scan.fault == nullptr && scan.length == text.size() && json::nearestDouble(text);
 }
 
 }  // namespace

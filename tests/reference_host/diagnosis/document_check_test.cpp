@@ -5,6 +5,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "contract/kinds.hpp"
@@ -35,10 +36,12 @@ const std::vector<NamedBuilder>& builders() {
 }
 
 /// Every problem as "code member: hint".
-std::vector<std::string> said(const std::string& document, Warnings warnings = Warnings::kYes) {
-  const Knowledge knowledge(builders(), tessel_tool::knownWords());
+std::vector<std::string> said(const std::string& document, Warnings warnings = Warnings::kYes,
+                              std::vector<std::string> words = tessel_tool::knownWords()) {
+  const Knowledge knowledge(builders(), std::move(words));
   std::vector<std::string> lines;
-  for (const Problem& problem : checkDocument(knowledge, json(document), warnings).problems) {
+  for (const Problem& problem :
+       checkDocument(knowledge, json(document), document, warnings).problems) {
     std::string line = codeName(problem.code) + (' ' + problem.member.value_or("none"));
     if (problem.hint) line += ": " + *problem.hint;
     lines.push_back(line);
@@ -70,6 +73,13 @@ TEST(DocumentCheckTest, Hints) {
       {R"({"className": "FileBrowserControlNode"})",
        {R"(missing-member /context/data/browserType: )"
         R"(add "browserType": "..." in "context"."data")"}},
+      {R"({"className": "FileBrowserControlNode", "data": {"browserType": "file"}})",
+       {R"(missing-member /context/data/browserType: move "data" into "context")",
+        R"(unknown-member /data: "data" belongs in "context")"}},
+      {R"({"className": "ColorPickerControlNode", "context": {"data": {"linkedVariable": "a"}}})",
+       {R"(missing-member /context/data/colorFormat: add "colorFormat": "...")",
+        R"(unknown-member /context/data/linkedVariable: what can be added here: "colorFormat", )"
+        R"("defaultValue", "executionModel", "text")"}},
       {R"({"className": "FileBrowserControlNode", "context": "file"})",
        {"wrong-type /context: write an object: {\"data\": ...}"}},
       {R"({"className": "SpinnerControlNode", "text": "a"})",
@@ -138,8 +148,21 @@ TEST(DocumentCheckTest, Hints) {
        {R"(wrong-type /context/data/items/0/value: put it in quotes: "1")",
         R"(wrong-type /context/data/items/2/value: put it in quotes: "3")",
         R"(wrong-type /context/data/items/1/label: put it in quotes: "2")"}},
-      {R"({"className": "LumoAppLineNode", "children": [{"className": "TextNode"}]})",
-       {"ignored-member /children/0"}},
+      {R"({"className": "LumoAppLineNode", "children": [{"className": "TextNode"},
+           {"className": "LumoAppIntegratedInLineNode"}, 1]})",
+       {R"(ignored-member /children/0: those that are read have )"
+        R"("className": "LumoAppIntegratedInlineNode")",
+        R"(ignored-member /children/1: did you mean "LumoAppIntegratedInlineNode"?)",
+        R"(ignored-member /children/2: those that are read have )"
+        R"("className": "LumoAppIntegratedInlineNode")"}},
+      // Of the controls with one id, those that read it, in the order of the text.
+      {R"({"z": {"className": "button", "controlId": "a"}, "y": {"className": "button",
+           "controlId": "a"}, "x": {"className": "LumoAppIntegratedInlineNode", "controlId": "a"}})",
+       {R"(unknown-member /x/controlId: what can be added here: "appIdentifier", "appState", )"
+        R"("appVariables", "appVariablesUserMap", "autorun", "collapsed", ...)",
+        "duplicate-id /y/controlId: write another one; the first is at /z"}},
+      {R"({"className": "SpinnerControlNode", "context": {"data": {"step": "1e400"}}})",
+       {"wrong-type /context/data/step: write a number, without quotes"}},
       {R"({"className": "LumoAppLineNode", "children": [{"className": 5}]})",
        {R"(wrong-type /children/0/className: write "LumoAppIntegratedInlineNode")"}},
       // Of a builder that nobody has told of.
@@ -162,6 +185,23 @@ TEST(DocumentCheckTest, WithoutWarningsOnlyErrorsAreTold) {
               ElementsAre("wrong-type /1/startColumn: write it without quotes: 1"));
 }
 
+TEST(DocumentCheckTest, WordsAreLearntFromTheDocument) {
+  // Also from what fails.
+  EXPECT_THAT(said(R"([{"className": "LumoControlNode", "context": {"type": "combobx"}},
+                       {"className": "LumoControlNode", "startColumn": "1",
+                        "context": {"type": "comboBox"}}])",
+                   Warnings::kYes, {"LumoControlNode"}),
+              ElementsAre("wrong-type /1/startColumn: write it without quotes: 1",
+                          R"(unknown-type /0/context/type: did you mean "comboBox"?)"));
+  EXPECT_THAT(said(R"([{"className": "LumoControlNode", "context": {"type": "editField", "data":
+                        {"defaultValue": 2, "defaultValueLinkedVariable": "a"}}},
+                       {"className": "LumoControlNode", "context": {"type": "editField", "data":
+                        {"valueType": "Double"}}}])",
+                   Warnings::kYes, {"LumoControlNode"}),
+              ElementsAre(R"(wrong-type /0/context/data/defaultValue: )"
+                          R"(put it in quotes: "2", or write "valueType": "Double")"));
+}
+
 /// Tells its objects apart by their type, and need not have one.
 class GaugeBuilder final : public tessel::build::json::NodeBuilder {
  public:
@@ -176,8 +216,8 @@ class GaugeBuilder final : public tessel::build::json::NodeBuilder {
 TEST(DocumentCheckTest, AGenericControlMayHaveNoType) {
   const std::vector<NamedBuilder> gauge{{"Gauge", std::make_shared<const GaugeBuilder>()}};
   const Knowledge knowledge(gauge, {"Gauge", "round"});
-  const Value document = json(R"({"className": "Gauge", "context": {}})");
-  const auto problems = checkDocument(knowledge, document, Warnings::kYes).problems;
+  const char* text = R"({"className": "Gauge", "context": {}})";
+  const auto problems = checkDocument(knowledge, json(text), text, Warnings::kYes).problems;
   ASSERT_EQ(problems.size(), 1U);
   EXPECT_EQ(problems[0].member, "/context/type");
   EXPECT_EQ(problems[0].message, R"(object of class "Gauge": has no type)");

@@ -83,8 +83,11 @@ TEST(LintsTest, UnlikelyValuesAreTold) {
     std::vector<std::string> told;
   } rows[] = {
       {spinner + R"("minimum": 1, "maximum": 1, "step": 0.5, "defaultValue": 1}}})", {}},
-      {spinner + R"("minimum": 2, "maximum": 1, "defaultValue": 0}}})",
-       {R"(/context/data/maximum is below "minimum", 2)"}},
+      {spinner + R"("minimum": 3, "maximum": 1, "defaultValue": 0}}})",
+       {R"(/context/data/maximum is below "minimum", 3)",
+        R"(/context/data/defaultValue is below "minimum", 3)"}},
+      {spinner + R"("minimum": 3, "maximum": 1, "defaultValue": 2}}})",
+       {R"(/context/data/maximum is below "minimum", 3)"}},
       {spinner + R"("step": 0}}})", {"/context/data/step is not positive: 0"}},
       {spinner + R"("step": -1.5}}})", {"/context/data/step is not positive: -1.5"}},
       {spinner + R"("minimum": 2, "defaultValue": 1}}})",
@@ -97,8 +100,15 @@ TEST(LintsTest, UnlikelyValuesAreTold) {
       {button + R"("endColumn": 1.5})", {"/endColumn is no whole number: 1.5"}},
       {button + R"("startColumn": 2, "endColumn": 1})",
        {R"(/endColumn is before "startColumn", 2)"}},
-      {button + R"("startColumn": 1, "endColumn": 3, "text": "ab"})",
-       {R"(/endColumn is 3, but "text" ends at 2; columns count from 0)"}},
+      {button + R"("startColumn": 3.5, "endColumn": 1, "text": "ab"})",
+       {"/startColumn is no whole number: 3.5",
+        R"(/startColumn is 3.5, but "text" ends at 2; columns count from 0)",
+        R"(/endColumn is before "startColumn", 3.5)"}},
+      // What is not read is not judged by.
+      {R"({"className": "SpinnerControlNode", "text": "a", "endColumn": 2})", {}},
+      {R"({"className": "DatePickerControlNode", "context": {"data":
+           {"displayFormat": "d", "items": [], "defaultValue": "a"}}})",
+       {}},
       {button + R"("endColumn": 2, "text": "😀"})", {}},
       {button + R"("endColumn": 2, "text": "ä"})",
        {R"(/endColumn is 2, but "text" ends at 1; columns count from 0)"}},
@@ -115,7 +125,8 @@ TEST(LintsTest, UnlikelyValuesAreTold) {
   for (const auto& row : rows) {
     std::vector<std::string> told;
     for (const Problem& problem :
-         checkDocument(knowledge, test_support::json(row.control), Warnings::kYes).problems) {
+         checkDocument(knowledge, test_support::json(row.control), row.control, Warnings::kYes)
+             .problems) {
       if (problem.code != Code::kUnlikelyValue) continue;
       const std::size_t place = problem.message.find("\" ") + 1;
       told.push_back(problem.member.value() + problem.message.substr(place));

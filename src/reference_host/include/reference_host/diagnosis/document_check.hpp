@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "foundation/export.hpp"
@@ -23,12 +24,12 @@ struct DocumentProblems {
 enum class Warnings { kNo, kYes };
 
 /// Walks a document as an import does and tells the problems of all its objects. Each object of
-/// which an import tells an error has at least one error here, and no other object has any. What
-/// only the document's text shows, such as duplicate members, is not among them.
-/// @pre the document is nested no deeper than a parsed one.
+/// which an import tells an error has at least one error here, and no other object has any.
+/// Duplicate members, which only the text shows, are not among them.
+/// @param text what the document was parsed from, without a byte order mark.
 TESSEL_HOST_API DocumentProblems checkDocument(const Knowledge& knowledge,
                                                const foundation::json::Value& document,
-                                               Warnings warnings);
+                                               std::string_view text, Warnings warnings);
 
 /// The pointer of the object that a walk offers to the builders last on the way to a value: the
 /// innermost one around it, or the one that the walk does not go into.

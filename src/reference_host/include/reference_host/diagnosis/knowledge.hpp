@@ -66,8 +66,9 @@ class TESSEL_HOST_API Knowledge {
   /// What else helps where the value at a place is of a wrong type. It is tried on a good object of
   /// the kind.
   /// @param object one that the builder claims, with a value at the place.
-  Remedy remedyFor(const importer::NamedBuilder& builder, const Value& object,
-                   const Path& place) const;
+  /// @param moreWords are tried where none of the known ones helps; null for none.
+  Remedy remedyFor(const importer::NamedBuilder& builder, const Value& object, const Path& place,
+                   const std::vector<std::string>* moreWords) const;
 
   /// Whether objects of this shape have been found to be without a problem.
   bool isGood(const std::string& shape) const;

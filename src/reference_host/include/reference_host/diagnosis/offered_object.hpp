@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "foundation/export.hpp"
 #include "foundation/json.hpp"
@@ -20,6 +21,8 @@ struct OfferedObject {
   const importer::NamedBuilder& builder;
   std::string pointer;  ///< JSON pointer of the object
   const foundation::json::Value& value;
+  /// Words beside those of the knowledge that a builder may compare with; null for none.
+  const std::vector<std::string>* words = nullptr;
 
   const Kind& kind() const { return knowledge.kindOf(builder, value); }
 };
