@@ -253,8 +253,9 @@ void locateErrors(Explanation& explanation, const reference_host::diagnosis::Kno
       explanation.told =
           "hint: explain one object of it: --pointer " + visible(pointer + *inner) + '\n';
   }
-  if (located.empty() || (explanation.build && !explanation.build->error)) return;
-  LocatedError& told = explanation.build ? located.back() : located.front();
+  if (located.empty()) return;
+  const bool buildFailed = explanation.build && explanation.build->error;
+  LocatedError& told = buildFailed ? located.back() : located.front();
   appendAsText(explanation.told, {*told.told}, originOf(document));
 }
 

@@ -39,7 +39,7 @@ struct Explanation {
   std::vector<BuilderAnswer> answers;    ///< one for each builder, in their order
   std::optional<std::string> claimedBy;  ///< the first builder that said yes
   std::optional<BuildOutcome> build;     ///< there only when a builder claims the value
-  std::string told;  ///< for people, once errors are located: an import's, or where to look else
+  std::string told;  ///< for people, once errors are located: the error, or where to look else
 };
 
 /// Asks every builder about the value, and has the first that claims it build in a fresh model.

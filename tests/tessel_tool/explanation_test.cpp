@@ -149,7 +149,7 @@ TEST(Explanation, TellsWhereItsErrorsAre) {
   document.line = 3;
   document.text = R"([{"className": 7}])";
   const Value root = document.parse();
-  const std::vector<NamedBuilder> builders = {named("T", Answer::kThrow), named("N", Answer::kNo)};
+  const std::vector<NamedBuilder> builders = {named("T", Answer::kThrow), named("Y", Answer::kYes)};
   const reference_host::diagnosis::Knowledge knowledge(builders, {});
   const Value& value = root.get_if<Value::Array>()->front();
   Explanation explanation = explain(builders, value);
