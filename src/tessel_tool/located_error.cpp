@@ -78,6 +78,7 @@ PlacedProblem syntaxProblem(const reference_host::json::ParseError& error,
   using reference_host::diagnosis::Code;
   using reference_host::diagnosis::hintForSyntax;
   const reference_host::json::TextPlace begin{error.line() - document.line + 1, error.column()};
+  const std::size_t length = endsLine(document.content(), begin) ? 0 : 1;
   return {{Code::kSyntax,
            {},
            {},
@@ -86,7 +87,7 @@ PlacedProblem syntaxProblem(const reference_host::json::ParseError& error,
            {},
            {},
            {}},
-          {begin, {begin.line, begin.column + 1}}};
+          {begin, {begin.line, begin.column + length}}};
 }
 
 TextOrigin originOf(const Document& document) {

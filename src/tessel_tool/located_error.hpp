@@ -43,7 +43,8 @@ std::vector<LocatedError> locate(const reference_host::diagnosis::Knowledge& kno
                                  const foundation::json::Value* object, const Document& document,
                                  Tell tell);
 
-/// The problem of a document that does not parse: the character where parsing stopped.
+/// The problem of a document that does not parse: the character where parsing stopped;
+/// an end of a line is none.
 PlacedProblem syntaxProblem(const reference_host::json::ParseError& error,
                             const Document& document);
 

@@ -46,6 +46,12 @@ std::string_view shownCharacter(std::string_view character) {
   return invisible ? kReplacement : character;
 }
 
+/// Whether no character of its line stands at an offset. A line of an input has lost its line feed.
+bool isLineEnd(std::string_view text, std::size_t offset) {
+  const std::string_view rest = text.substr(offset, 2);
+  return rest.empty() || rest.front() == '\n' || rest == "\r\n" || rest == "\r";
+}
+
 /// Some characters of a line, from its place on or up to it.
 struct Stretch {
   std::vector<std::string_view> characters;  ///< in their order
@@ -54,7 +60,7 @@ struct Stretch {
 
 Stretch stretchFrom(std::string_view text, std::size_t offset) {
   Stretch stretch;
-  while (offset < text.size() && text[offset] != '\n' && text.substr(offset, 2) != "\r\n") {
+  while (!isLineEnd(text, offset)) {
     if (stretch.characters.size() == kWidestExcerpt) {
       stretch.goesOn = true;
       break;
@@ -159,6 +165,10 @@ std::vector<PlacedProblem> place(std::vector<Problem> problems, std::string_view
   }
   sortByPlace(placed);
   return placed;
+}
+
+bool endsLine(std::string_view text, const TextPlace& place) {
+  return isLineEnd(text, Offsets(text).of(place));
 }
 
 void sortByPlace(std::vector<PlacedProblem>& problems) {

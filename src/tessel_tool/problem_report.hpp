@@ -25,6 +25,9 @@ struct PlacedProblem {
 std::vector<PlacedProblem> place(std::vector<reference_host::diagnosis::Problem> problems,
                                  std::string_view text);
 
+/// Whether a line of the text ends at the place.
+bool endsLine(std::string_view text, const reference_host::json::TextPlace& place);
+
 /// Puts problems into the order in which they are told: by line, column, member and code.
 void sortByPlace(std::vector<PlacedProblem>& problems);
 

@@ -91,7 +91,13 @@ void writeProblem(JsonWriter& writer, const PlacedProblem& placed, const Documen
   writer.endObject().endArray();
 
   writer.key("partialFingerprints").beginObject();
-  writer.key("codeAndMember/v1").value(codeName(problem.code) + (' ' + member)).endObject();
+  // The members of a line are told from those of the other lines.
+  const bool isLine = document.name != document.path;
+  const std::string holder =
+      isLine ? reference_host::json::withBytesEscaped(document.name) + ' ' : std::string();
+  writer.key("codeAndMember/v1")
+      .value(codeName(problem.code) + (' ' + holder + member))
+      .endObject();
   writer.key("properties").beginObject();
   writer.key("pointer").value(problem.pointer);
   writeProperty(writer, "builder", problem.builder);

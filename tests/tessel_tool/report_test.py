@@ -8,6 +8,7 @@ usage: report_test.py TOOL
 import json
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -142,6 +143,17 @@ class SarifTest(Files):
                 ("syntax", {"startLine": 4, "startColumn": 4, "endLine": 4, "endColumn": 5})])
             places = [r["locations"][0] for r in log["runs"][0]["results"]]
             self.assertNotIn("logicalLocations", places[1])  # of what has no place in the value
+            self.assertEqual([r["partialFingerprints"]["codeAndMember/v1"]
+                              for r in log["runs"][0]["results"][:3]],
+                             ["wrong-type lines.ndjson:2 /text", "syntax lines.ndjson:4 ",
+                              "syntax plain.json:1 "])
+
+    def test_where_parsing_stops(self):
+        for text, column, end in (("", 1, 1), ("   ", 4, 4), ('["a\n"]', 4, 4), ('["a\r\n"]', 4, 4),
+                                  ("[1,]", 4, 5)):
+            ((_, problem),) = self.problems(input=text)
+            self.assertEqual((problem["column"], problem["endLine"], problem["endColumn"]),
+                             (column, 1, end), text)
 
 
 class TextTest(Files):
@@ -159,6 +171,24 @@ class TextTest(Files):
             for matcher in (self.VIM, self.GCC):
                 found = [match.groups() for match in map(matcher.match, lines) if match]
                 self.assertEqual(found, told)
+
+    @unittest.skipUnless(shutil.which("vim"), "Vim is not installed")
+    def test_vim_finds_every_problem_and_nothing_else(self):
+        page = pathlib.Path(__file__).parents[2] / "docs" / "editors.md"
+        (setting,) = re.findall(r"`(set errorformat=.*?)`", page.read_text(encoding="utf-8"))
+        text = ('[{"className": "LumoControlNode"}, "10:30:00", "a:1:2: error: b",\n'
+                '{"a:1:2: error: b": "Spinner", "controlId": ""}]')
+        (self.folder / "times.json").write_text(text)
+        script = "call writefile(map(getqflist(), {_, e -> json_encode("
+        script += "[bufname(e.bufnr), e.lnum, e.col, e.valid])}), 'found') | qall!"
+        for arguments in (("times.json",), ("plain.json", "./[x].json")):
+            (self.folder / "errors").write_text(check(*arguments, cwd=self.folder).stdout)
+            subprocess.run(["vim", "-u", "NONE", "-es", "--cmd", setting, "-q", "errors", "-c", script],
+                           cwd=self.folder, timeout=60, check=False, stdin=subprocess.DEVNULL)
+            lines = (self.folder / "found").read_text().splitlines()
+            found = [tuple(entry[:3]) for entry in map(json.loads, lines) if entry[3]]
+            self.assertEqual(found, [(name, problem["line"], problem["column"])
+                                     for name, problem in self.problems(*arguments)])
 
     def test_lines_of_an_input(self):
         lines = check("--ndjson", "lines.ndjson", cwd=self.folder).stdout.splitlines()
