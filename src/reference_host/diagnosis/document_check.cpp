@@ -9,6 +9,7 @@
 #include <string_view>
 #include <tuple>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "diagnosis/control_check.hpp"
@@ -58,35 +59,40 @@ Answer offer(const std::vector<NamedBuilder>& builders, const Value& object) {
   return answer;
 }
 
-bool builds(const NamedBuilder& builder, const gx::zero::Model& model, const Value& object) {
+/// The node; an empty one where the build fails.
+document::gxzero::Node nodeOf(const NamedBuilder& builder, const gx::zero::Model& model,
+                              const Value& object) {
   try {
-    return static_cast<bool>(builder.build(model, object));
+    return builder.build(model, object);
   } catch (const std::bad_alloc&) {
     throw;
   } catch (...) {
-    return false;
+    return {};
   }
 }
 
 class DocumentCheck {
  public:
   DocumentCheck(const Knowledge& knowledge, const Value& document, std::string_view text,
-                Warnings warnings)
+                Warnings warnings, ImportObserver* observer)
       : knowledge_(knowledge),
         document_(document),
         text_(text),
         warns_(warnings == Warnings::kYes),
-        model_(gx::zero::Model::create()) {}
+        model_(gx::zero::Model::create()),
+        observer_(observer) {}
 
   DocumentProblems run() {
     DocumentWalk walk(document_);
     while (const Value* object = walk.nextObject()) {
       ++result_.objects;
+      if (observer_ != nullptr) observer_->offered();
       const Answer answer = offer(knowledge_.builders(), *object);
       if (answer.claimer != nullptr) {
         ++result_.claimed;
         checkClaimed(*answer.claimer, walk, *object);
       } else if (answer.thrower != nullptr) {
+        if (observer_ != nullptr) observer_->failed(walk.pointer());
         const auto culprit = findCulprit(*answer.thrower, importer::Step::kCanBuild, *object);
         result_.problems.push_back(problemOf({knowledge_, *answer.thrower, walk.pointer(), *object},
                                              importer::Step::kCanBuild, culprit, answer.message));
@@ -103,7 +109,7 @@ class DocumentCheck {
 
  private:
   void checkClaimed(const NamedBuilder& builder, const DocumentWalk& walk, const Value& object) {
-    const bool good = builds(builder, model_, object);
+    const bool good = build(builder, walk, object);
     if (good && !warns_) return;
     if (warns_) rememberWords(object);
     std::vector<Problem> found;
@@ -123,6 +129,18 @@ class DocumentCheck {
                   found.end());
     }
     for (Problem& problem : found) result_.problems.push_back(std::move(problem));
+  }
+
+  bool build(const NamedBuilder& builder, const DocumentWalk& walk, const Value& object) {
+    document::gxzero::Node node = nodeOf(builder, model_, object);
+    const bool good = static_cast<bool>(node);
+    if (observer_ == nullptr) return good;
+    if (good) {
+      observer_->built(std::move(node), walk.pointer());
+    } else {
+      observer_->failed(walk.pointer());
+    }
+    return good;
   }
 
   void checkId(const NamedBuilder& builder, const Value& object) {
@@ -228,8 +246,15 @@ class DocumentCheck {
 
   void checkUnclaimed(const std::vector<Recognition>& recognitions, const DocumentWalk& walk,
                       const Value& object) {
+    const std::string* className = textAt(object, classNamePlace());
+    if (className != nullptr && ownClasses_.count(*className) != 0 && !looksLikeControl(object)) {
+      return;
+    }
     const auto guess = guessFor(object, recognitions);
-    if (!guess) return;
+    if (!guess) {
+      if (className != nullptr) ownClasses_.insert(*className);
+      return;
+    }
     const std::string pointer = walk.pointer();
     Problem problem{guess->code, pointer, {}, {}, guess->hint, {}, {}, {}};
     const std::string name = nameOfObject(knowledge_, nullptr, object);
@@ -238,7 +263,7 @@ class DocumentCheck {
       problem.member = pointer + pointerOf(typePlace());
       problem.message =
           name + (type == nullptr ? ": has no type" : ": nobody builds the type " + quoted(*type));
-    } else if (const std::string* className = textAt(object, classNamePlace())) {
+    } else if (className != nullptr) {
       problem.member = pointer + pointerOf(classNamePlace());
       problem.message = name + ": nobody builds the class " + quoted(*className);
     } else {
@@ -270,6 +295,7 @@ class DocumentCheck {
     for (const std::string& word : words) newWords_.erase(word);
     words.insert(words.end(), newWords_.begin(), newWords_.end());
     const std::vector<Recognition> recognitions = knowledge_.recognitionsAmong(words);
+    ownClasses_.clear();
     const auto first = std::remove_if(
         result_.problems.begin(), result_.problems.end(), [](const Problem& problem) {
           return problem.code == Code::kUnknownClass || problem.code == Code::kUnknownType;
@@ -308,6 +334,7 @@ class DocumentCheck {
   std::string_view text_;
   bool warns_;
   gx::zero::Model model_;
+  ImportObserver* observer_;
   struct Holder {
     const Value* object;
     const NamedBuilder* builder;
@@ -317,6 +344,7 @@ class DocumentCheck {
   // The controls that do not have their id alone.
   std::unordered_map<const Value*, const NamedBuilder*> withSameId_;
   std::set<std::string> newWords_;
+  std::unordered_set<std::string> ownClasses_;  // of the document, like none that is recognised
   bool anyUnclaimed_ = false;
   std::optional<std::vector<std::string>> valueTypes_;
   DocumentProblems result_;
@@ -325,8 +353,8 @@ class DocumentCheck {
 }  // namespace
 
 DocumentProblems checkDocument(const Knowledge& knowledge, const Value& document,
-                               std::string_view text, Warnings warnings) {
-  return DocumentCheck(knowledge, document, text, warnings).run();
+                               std::string_view text, Warnings warnings, ImportObserver* observer) {
+  return DocumentCheck(knowledge, document, text, warnings, observer).run();
 }
 
 std::string offeredAround(const Knowledge& knowledge, const Value& document,

@@ -69,11 +69,6 @@ std::string hintForNoClass(const Value& object, const Recognitions& recognitions
   return "add " + quoted(kName) + ": T, where T is one of " + listed(classes);
 }
 
-bool looksLikeControl(const Value& object) {
-  return std::any_of(controlMarks().begin(), controlMarks().end(),
-                     [&](const Path& mark) { return valueAt(object, mark) != nullptr; });
-}
-
 }  // namespace
 
 std::optional<Guess> guessFor(const Value& object, const Recognitions& recognitions) {
@@ -121,6 +116,11 @@ bool isGeneric(const std::string& className, const Recognitions& recognitions) {
 const std::vector<Path>& controlMarks() {
   static const std::vector<Path> marks{idPlace(), typePlace(), childOf(contextPlace(), "data")};
   return marks;
+}
+
+bool looksLikeControl(const Value& object) {
+  return std::any_of(controlMarks().begin(), controlMarks().end(),
+                     [&](const Path& mark) { return valueAt(object, mark) != nullptr; });
 }
 
 std::set<std::string> likelyNames(const Recognitions& recognitions) {

@@ -1,6 +1,7 @@
 #include "reference_host/json/text_places.hpp"
 
 #include <algorithm>
+#include <cstring>
 #include <deque>
 #include <map>
 #include <tuple>
@@ -154,8 +155,17 @@ bool isBefore(std::string_view left, std::string_view right) {
   const auto rank = [](char character) {
     return character == '/' ? 0 : static_cast<unsigned char>(character) + 1;
   };
-  return std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end(),
-                                      [&](char l, char r) { return rank(l) < rank(r); });
+  // Most pointers of a document begin alike: eight characters at a time.
+  const std::size_t shorter = std::min(left.size(), right.size());
+  constexpr std::size_t kBlock = 8;
+  std::size_t same = 0;
+  while (same + kBlock <= shorter &&
+         std::memcmp(left.data() + same, right.data() + same, kBlock) == 0) {
+    same += kBlock;
+  }
+  while (same < shorter && left[same] == right[same]) ++same;
+  if (same == shorter) return left.size() < right.size();
+  return rank(left[same]) < rank(right[same]);
 }
 
 /// Notes the places of the requested values.

@@ -48,7 +48,7 @@ void appendFinite(std::string& out, Number number) {
 
 constexpr std::string_view kHexadecimal = "0123456789abcdef";
 
-void appendEscape(std::string& out, char16_t unit) {
+void appendUnitEscape(std::string& out, char16_t unit) {
   switch (unit) {
     case '"':
       out += "\\\"";
@@ -79,15 +79,6 @@ void appendEscape(std::string& out, char16_t unit) {
   }
 }
 
-void appendCodePointEscape(std::string& out, std::int32_t codePoint) {
-  if (codePoint > 0xFFFF) {
-    appendEscape(out, static_cast<char16_t>(U16_LEAD(codePoint)));
-    appendEscape(out, static_cast<char16_t>(U16_TRAIL(codePoint)));
-  } else {
-    appendEscape(out, static_cast<char16_t>(codePoint));
-  }
-}
-
 void appendByteEscape(std::string& out, char byte) {
   const auto code = static_cast<unsigned char>(byte);
   out += "\\x";
@@ -102,18 +93,15 @@ constexpr auto kIsPlain = [] {
   return plain;
 }();
 
-bool isPlain(char16_t unit) {
-  return unit < kIsPlain.size() && kIsPlain[unit];
-}
 bool isPlain(char character) {
-  return isPlain(char16_t{static_cast<unsigned char>(character)});
+  const auto code = static_cast<unsigned char>(character);
+  return code < kIsPlain.size() && kIsPlain[code];
 }
 
 /// Appends the plain characters at the start of a text and takes them off it. False when nothing is
 /// left of it.
 bool movePlain(std::string& out, std::string_view& text) {
-  const auto end =
-      std::find_if_not(text.begin(), text.end(), [](char character) { return isPlain(character); });
+  const auto end = std::find_if_not(text.begin(), text.end(), isPlain);
   const auto length = static_cast<std::size_t>(end - text.begin());
   out += text.substr(0, length);
   text.remove_prefix(length);
@@ -130,7 +118,7 @@ void appendShown(std::string& out, std::string_view utf8, IsEscaped isEscaped) {
     if (!step.wellFormed) {
       for (const char byte : character) appendByteEscape(out, byte);
     } else if (isEscaped(step.codePoint)) {
-      appendCodePointEscape(out, step.codePoint);
+      appendEscape(out, static_cast<char32_t>(step.codePoint));
     } else {
       out += character;
     }
@@ -175,16 +163,6 @@ bool startsWithByteEscape(std::string_view text) {
          isHexadecimal(text[3]);
 }
 
-/// Whether a text is empty or invisible.
-bool isBlank(std::string_view token) {
-  while (!token.empty()) {
-    const Utf8Step step = firstUtf8Step(token);
-    if (!step.wellFormed || !showsNothing(step.codePoint)) return false;
-    token.remove_prefix(step.length);
-  }
-  return true;
-}
-
 /// A container that is being written: exactly one of the two pointers is set.
 struct OpenContainer {
   const Value::Array* elements = nullptr;
@@ -204,7 +182,7 @@ void appendText(std::string& out, std::string_view utf8) {
     } else if (step.codePoint >= 0x7F) {
       out += utf8.substr(0, step.length);
     } else {
-      appendEscape(out, static_cast<char16_t>(step.codePoint));
+      appendUnitEscape(out, static_cast<char16_t>(step.codePoint));
     }
     utf8.remove_prefix(step.length);
   }
@@ -219,16 +197,13 @@ void appendText(std::string& out, std::u16string_view utf16) {
   piece[length++] = '"';
   for (std::size_t index = 0; index != utf16.size();) {
     if (piece.size() - length <= U8_MAX_LENGTH) movePiece();
-    // First what is plain, as far as there is room for another character behind it.
-    const std::size_t room = piece.size() - length - U8_MAX_LENGTH;
-    const std::size_t end = index + std::min(utf16.size() - index, room);
-    while (index != end && isPlain(utf16[index]))
-      piece[length++] = static_cast<char>(utf16[index++]);
-    if (index == end) continue;
     const char16_t unit = utf16[index];
-    if (unit < 0x7F) {
+    if (unit < kIsPlain.size() && kIsPlain[unit]) {
+      piece[length++] = static_cast<char>(unit);
+      ++index;
+    } else if (unit < 0x7F) {
       movePiece();
-      appendEscape(out, unit);
+      appendUnitEscape(out, unit);
       ++index;
     } else {
       UChar32 codePoint = 0;
@@ -238,6 +213,24 @@ void appendText(std::string& out, std::u16string_view utf16) {
   }
   piece[length++] = '"';
   movePiece();
+}
+
+void appendEscape(std::string& out, char32_t codePoint) {
+  if (codePoint > 0xFFFF) {
+    appendUnitEscape(out, static_cast<char16_t>(U16_LEAD(codePoint)));
+    appendUnitEscape(out, static_cast<char16_t>(U16_TRAIL(codePoint)));
+  } else {
+    appendUnitEscape(out, static_cast<char16_t>(codePoint));
+  }
+}
+
+bool isBlank(std::string_view utf8) {
+  while (!utf8.empty()) {
+    const Utf8Step step = firstUtf8Step(utf8);
+    if (!step.wellFormed || !showsNothing(step.codePoint)) return false;
+    utf8.remove_prefix(step.length);
+  }
+  return true;
 }
 
 void appendVisible(std::string& out, std::string_view utf8, Quotes quotes) {
@@ -308,8 +301,7 @@ JsonWriter& JsonWriter::quotedKey(std::string_view json) {
 }
 
 JsonWriter& JsonWriter::endKey() {
-  out_ += ':';
-  if (pretty_) out_ += ' ';
+  out_.append(": ", pretty_ ? 2 : 1);
   last_ = Last::kKey;
   return *this;
 }

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "document/gxzero.hpp"
 #include "foundation/export.hpp"
 #include "foundation/json.hpp"
 #include "reference_host/diagnosis/knowledge.hpp"
@@ -23,13 +24,33 @@ struct DocumentProblems {
 
 enum class Warnings { kNo, kYes };
 
+/// Told of what a check makes of the objects of a document, in the walk's order: what an import
+/// would.
+class TESSEL_HOST_API ImportObserver {
+ public:
+  /// An object is about to be offered to the builders.
+  virtual void offered() = 0;
+  /// The object offered last is built.
+  virtual void built(document::gxzero::Node node, std::string pointer) = 0;
+  /// An import would tell an error of the object offered last.
+  virtual void failed(std::string pointer) = 0;
+
+ protected:
+  ImportObserver() = default;
+  ImportObserver(const ImportObserver&) = default;
+  ImportObserver& operator=(const ImportObserver&) = default;
+  ~ImportObserver() = default;
+};
+
 /// Walks a document as an import does and tells the problems of all its objects. Each object of
 /// which an import tells an error has at least one error here, and no other object has any.
 /// Duplicate members, which only the text shows, are not among them.
 /// @param text what the document was parsed from, without a byte order mark.
+/// @param observer somebody who wants what is built, all in one model; null if nobody does.
 TESSEL_HOST_API DocumentProblems checkDocument(const Knowledge& knowledge,
                                                const foundation::json::Value& document,
-                                               std::string_view text, Warnings warnings);
+                                               std::string_view text, Warnings warnings,
+                                               ImportObserver* observer = nullptr);
 
 /// The pointer of the object that a walk offers to the builders last on the way to a value: the
 /// innermost one around it, or the one that the walk does not go into.

@@ -36,6 +36,9 @@ std::vector<std::string> typesOf(const std::string& className,
 TESSEL_HOST_API bool isGeneric(const std::string& className,
                                const std::vector<Recognition>& recognitions);
 
+/// Whether an object has one of the members by which it looks like a control.
+bool looksLikeControl(const foundation::json::Value& object);
+
 /// The members by which an object looks like a control, whatever its class.
 TESSEL_HOST_API const std::vector<Path>& controlMarks();
 

@@ -35,6 +35,12 @@ enum class Quotes { kNone, kAround };
 TESSEL_HOST_API void appendVisible(std::string& out, std::string_view utf8,
                                    Quotes quotes = Quotes::kNone);
 
+/// Appends the escape of a code point, in JSON's form: `\n`, `\u202e`, `\ud83f\udffe`.
+TESSEL_HOST_API void appendEscape(std::string& out, char32_t codePoint);
+
+/// Whether a text is empty, or nothing of it is to be seen.
+TESSEL_HOST_API bool isBlank(std::string_view utf8);
+
 /// Appends a JSON pointer (RFC 6901) for people to read, as `appendVisible` does. One with a
 /// reference token of which nothing is to be seen is put in double quotes, and all characters of
 /// that token but the space are escaped, so that an empty token and blank ones can be told apart.
