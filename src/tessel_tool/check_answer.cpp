@@ -65,14 +65,21 @@ void writeProblem(JsonWriter& writer, const PlacedProblem& placed, std::size_t f
   writer.endObject();
 }
 
-void check(CheckAnswer& answer, const Knowledge& knowledge, Warnings warnings) {
+void check(CheckAnswer& answer, const Knowledge& knowledge, Warnings warnings,
+           CheckedObjects* objects) {
   try {
     const Value value = answer.document.parse();
     const std::string_view text = answer.document.content();
-    auto result = checkDocument(knowledge, value, text, warnings);
+    auto result = checkDocument(knowledge, value, text, warnings, objects);
     answer.objects = result.objects;
     answer.claimed = result.claimed;
-    answer.problems = place(std::move(result.problems), text);
+    if (objects == nullptr) {
+      answer.problems = place(std::move(result.problems), text);
+    } else {
+      std::vector<reference_host::json::ValuePlace> places;
+      answer.problems = place(std::move(result.problems), text, objects->pointers(), &places);
+      objects->place(places, text);
+    }
     if (warnings == Warnings::kYes && answer.document.duplicates.count != 0) {
       for (PlacedProblem& duplicate : duplicatesIn(knowledge, value, text)) {
         answer.problems.push_back(std::move(duplicate));
@@ -97,13 +104,14 @@ void CheckAnswer::runOutOfMemory() {
   failure = kOutOfMemory;
 }
 
-CheckAnswer checkOne(const Knowledge& knowledge, Document document, Warnings warnings) {
+CheckAnswer checkOne(const Knowledge& knowledge, Document document, Warnings warnings,
+                     CheckedObjects* objects) {
   CheckAnswer answer;
   answer.document = std::move(document);
   answer.failure = answer.document.readError;
   if (!answer.failure.empty()) return answer;
   try {
-    check(answer, knowledge, warnings);
+    check(answer, knowledge, warnings, objects);
   } catch (const std::bad_alloc&) {
     answer.runOutOfMemory();
   }

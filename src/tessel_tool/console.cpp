@@ -2,9 +2,11 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
 #include <initializer_list>
 #include <new>
 #include <system_error>
+#include <utility>
 
 #include "platform.hpp"
 #include "text_form.hpp"
@@ -14,6 +16,10 @@ namespace tessel_tool {
 namespace {
 
 constexpr std::chrono::milliseconds kProgressInterval(100);
+
+/// The file that takes the results; null where standard output does.
+std::FILE* resultFile = nullptr;
+std::string_view resultPath;
 
 void writeToStandardError(std::string_view text) noexcept {
   // Nobody could be told about a failure here.
@@ -42,11 +48,62 @@ void writeLine(std::initializer_list<std::string_view> parts) noexcept {
 
 }  // namespace
 
+OutputError::OutputError(std::string where)
+    : std::runtime_error(std::generic_category().message(errno == 0 ? EIO : errno)),
+      where_(std::move(where)) {}
+
 void writeResult(std::string_view text) {
+  std::FILE* const stream = resultFile != nullptr ? resultFile : stdout;
   errno = 0;
-  if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
-    throw OutputError(std::generic_category().message(errno == 0 ? EIO : errno));
+  if (std::fwrite(text.data(), 1, text.size(), stream) != text.size() || std::fflush(stream) != 0) {
+    throw OutputError(std::string(resultFile != nullptr ? resultPath : "standard output"));
   }
+}
+
+ResultFile::ResultFile(std::string path) : path_(std::move(path)) {
+  namespace fs = std::filesystem;
+  std::error_code failed;
+  const fs::file_status status = fs::status(path_, failed);
+  if (fs::exists(status) && !fs::is_regular_file(status)) {
+    written_ = path_;
+  } else {
+    target_ = path_;
+    if (fs::exists(status)) {
+      // A link stays, and what cannot be written is not replaced either.
+      errno = 0;
+      std::FILE* const writable = std::fopen(path_.c_str(), "ab");
+      if (writable == nullptr) throw OutputError(path_);
+      static_cast<void>(std::fclose(writable));
+      target_ = fs::canonical(path_, failed).string();
+    }
+    written_ = target_ + ".part";
+  }
+  errno = 0;
+  resultFile = std::fopen(written_.c_str(), "wb");
+  if (resultFile == nullptr) throw OutputError(path_);
+  resultPath = path_;
+}
+
+ResultFile::~ResultFile() {
+  if (resultFile != nullptr) static_cast<void>(std::fclose(std::exchange(resultFile, nullptr)));
+  if (!target_.empty() && !written_.empty()) static_cast<void>(std::remove(written_.c_str()));
+}
+
+void ResultFile::complete() {
+  errno = 0;
+  if (std::fclose(std::exchange(resultFile, nullptr)) != 0) throw OutputError(path_);
+  if (target_.empty()) return;
+  std::error_code failed;
+  const auto before = std::filesystem::status(target_, failed);
+  if (std::filesystem::exists(before)) {
+    std::filesystem::permissions(written_, before.permissions(), failed);
+  }
+  std::filesystem::rename(written_, target_, failed);
+  if (failed) {
+    errno = failed.value();
+    throw OutputError(path_);
+  }
+  written_.clear();
 }
 
 void complain(std::string_view message) noexcept {

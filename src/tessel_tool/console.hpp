@@ -11,19 +11,49 @@
 
 namespace tessel_tool {
 
-/// Standard output does not take the results, for example because the disk is full or the reader of
-/// a pipe has gone. `what()` is the system's reason.
+/// Standard output, or a file, does not take the results, for example because the disk is full or
+/// the reader of a pipe has gone. `what()` is the system's reason.
 class OutputError : public std::runtime_error {
  public:
-  using std::runtime_error::runtime_error;
+  /// With the reason that `errno` tells.
+  explicit OutputError(std::string where);
+
+  /// What does not take them.
+  const std::string& where() const noexcept { return where_; }
+
+ private:
+  std::string where_;
 };
 
 /// The message where memory does not suffice. Short enough to be put in any string without memory.
 inline constexpr const char* kOutOfMemory = "out of memory";
 
-/// Writes a result to standard output and sees to it that it arrives.
+/// Writes a result to standard output, or to the file that takes them, and sees to it that it
+/// arrives.
 /// @throws OutputError
 void writeResult(std::string_view text);
+
+/// While it lives, results go to a file instead of standard output; no two live at a time. They are
+/// written beside the file and take its place when they are complete, so that it may be an input,
+/// and is left as it was where something fails. What is no ordinary file, such as a device, is
+/// written directly.
+class ResultFile {
+ public:
+  /// @throws OutputError
+  explicit ResultFile(std::string path);
+  /// Leaves nothing of results that are not complete.
+  ~ResultFile();
+  ResultFile(const ResultFile&) = delete;
+  ResultFile& operator=(const ResultFile&) = delete;
+
+  /// All results have been written. @throws OutputError
+  void complete();
+
+ private:
+  std::string path_;     // as given
+  std::string written_;  // the file that is being written; empty once it is complete
+  std::string target_;   // what it is to be renamed to; empty where it stays
+};
 
 /// Writes "tessel: " and the message to standard error, as one line.
 void complain(std::string_view message) noexcept;

@@ -7,6 +7,7 @@
 #include <exception>
 #include <limits>
 #include <new>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,6 +21,7 @@
 #include "explain_command.hpp"
 #include "import_command.hpp"
 #include "input.hpp"
+#include "page/import_page.hpp"
 #include "platform.hpp"
 #include "reference_host/diagnosis/nearest_word.hpp"
 #include "reference_host/json/pointer.hpp"
@@ -47,12 +49,16 @@ struct CommandLine {
                    "The bundle to load instead of the one beside the tool or in ../lib")
         ->type_name("PATH");
 
-    addFormat(*importCommand, "tree");
+    addFormat(*importCommand, "tree", {"html"});
     importCommand->add_flag("--log", importOptions.log, "Show the diagnostic records too");
     addLines(*importCommand, importOptions, "Each line of an input is a document");
     addJobs(*importCommand, importOptions.jobs, "How many documents to import at a time");
     importCommand->add_flag("--fail-fast", importOptions.failFast,
                             "Stop at the first error instead of doing the rest");
+    importCommand
+        ->add_option("-o,--output", resultPath,
+                     "Write the results to this file; - is standard output")
+        ->type_name("FILE");
     addFiles(*importCommand, importOptions.files);
 
     addFormat(*checkCommand, "text", {"sarif"});
@@ -139,8 +145,12 @@ struct CommandLine {
     const bool json = format == "json";
     ExitStatus status = ExitStatus::kSuccess;
     if (importCommand->parsed()) {
+      std::optional<ResultFile> file;
+      if (resultPath && *resultPath != "-") file.emplace(*resultPath);
       importOptions.json = json;
-      status = runImport(services, importOptions);
+      status = format == "html" ? runImportPage(services, importOptions)
+                                : runImport(services, importOptions);
+      if (file) file->complete();
     } else if (checkCommand->parsed()) {
       if (json) checkOptions.format = CheckOptions::Format::kJson;
       if (format == "sarif") checkOptions.format = CheckOptions::Format::kSarif;
@@ -170,6 +180,7 @@ struct CommandLine {
       app.add_subcommand("schema", "Write a JSON Schema of documents, for editors and validators");
   std::optional<std::string> bundle;
   std::string format;
+  std::optional<std::string> resultPath;
   ImportOptions importOptions;
   CheckOptions checkOptions;
   ExplainOptions explainOptions;
@@ -264,7 +275,7 @@ int main(int argc, char** argv) {
     tessel_tool::complain(error.what());
     status = ExitStatus::kUnusable;
   } catch (const tessel_tool::OutputError& error) {
-    tessel_tool::complain("standard output", error.what());
+    tessel_tool::complain(error.where(), error.what());
   } catch (const std::bad_alloc&) {
     tessel_tool::complain(tessel_tool::kOutOfMemory);
   } catch (const std::exception& error) {

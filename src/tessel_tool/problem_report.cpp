@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <tuple>
 #include <utility>
 
@@ -60,6 +61,7 @@ struct Stretch {
 
 Stretch stretchFrom(std::string_view text, std::size_t offset) {
   Stretch stretch;
+  stretch.characters.reserve(kWidestExcerpt);
   while (!isLineEnd(text, offset)) {
     if (stretch.characters.size() == kWidestExcerpt) {
       stretch.goesOn = true;
@@ -74,6 +76,7 @@ Stretch stretchFrom(std::string_view text, std::size_t offset) {
 
 Stretch stretchUpTo(std::string_view text, std::size_t offset) {
   Stretch stretch;
+  stretch.characters.reserve(kWidestExcerpt);
   while (offset > 0 && text[offset - 1] != '\n') {
     if (stretch.characters.size() == kWidestExcerpt) {
       stretch.goesOn = true;
@@ -87,8 +90,70 @@ Stretch stretchUpTo(std::string_view text, std::size_t offset) {
   return stretch;
 }
 
-/// Appends the line around an offset and a caret under a part of it. Of a long line no more is
-/// looked at than is shown.
+}  // namespace
+
+std::vector<PlacedProblem> place(std::vector<Problem> problems, std::string_view text,
+                                 const std::vector<std::string>& others,
+                                 std::vector<reference_host::json::ValuePlace>* found) {
+  if (problems.empty() && others.empty()) return {};
+  std::vector<std::string_view> pointers;
+  pointers.reserve(problems.size() + others.size());
+  for (const Problem& problem : problems) {
+    pointers.push_back(problem.member ? *problem.member : problem.pointer);
+  }
+  pointers.insert(pointers.end(), others.begin(), others.end());
+  auto places = reference_host::json::findValues(text, pointers);
+  std::vector<PlacedProblem> placed;
+  placed.reserve(problems.size());
+  for (std::size_t index = 0; index != problems.size(); ++index) {
+    const auto& held = places[index];
+    const bool atKey = problems[index].atKey && held.missingTokens == 0 && held.key;
+    placed.push_back({std::move(problems[index]), atKey ? *held.key : held.value});
+  }
+  sortByPlace(placed);
+  if (found != nullptr) {
+    places.erase(places.begin(), places.begin() + static_cast<std::ptrdiff_t>(placed.size()));
+    *found = std::move(places);
+  }
+  return placed;
+}
+
+bool endsLine(std::string_view text, const TextPlace& place) {
+  return isLineEnd(text, Offsets(text).of(place));
+}
+
+void sortByPlace(std::vector<PlacedProblem>& problems) {
+  const auto order = [](const PlacedProblem& placed) {
+    return std::tie(placed.place.begin.line, placed.place.begin.column, placed.problem.member,
+                    placed.problem.code);
+  };
+  std::stable_sort(problems.begin(), problems.end(),
+                   [&](const PlacedProblem& left, const PlacedProblem& right) {
+                     return order(left) < order(right);
+                   });
+}
+
+std::size_t Offsets::of(const TextPlace& place) {
+  for (; line_ < place.line && offset_ != text_.size(); ++line_) {
+    offset_ = std::min(text_.find('\n', offset_), text_.size() - 1) + 1;
+    column_ = 1;
+  }
+  // Eight characters of one byte each at a time, where there are so many.
+  constexpr std::size_t kBlock = 8;
+  while (column_ + kBlock <= place.column && offset_ + kBlock <= text_.size()) {
+    std::uint64_t bytes = 0;
+    std::memcpy(&bytes, text_.data() + offset_, kBlock);
+    if ((bytes & 0x8080808080808080U) != 0) break;
+    column_ += kBlock;
+    offset_ += kBlock;
+  }
+  for (; column_ < place.column && offset_ != text_.size(); ++column_) {
+    ++offset_;
+    while (offset_ != text_.size() && continues(text_[offset_])) ++offset_;
+  }
+  return offset_;
+}
+
 void appendExcerpt(std::string& out, std::string_view text, std::size_t offset, std::size_t number,
                    const TextRange& place) {
   Stretch before = stretchUpTo(text, offset);
@@ -120,66 +185,6 @@ void appendExcerpt(std::string& out, std::string_view text, std::size_t offset, 
   const std::size_t shown = std::min(length, right.size());
   if (shown > 1) out.append(shown - 1, '~');
   out += '\n';
-}
-
-/// Gives the offsets of places, which must come in their order.
-class Offsets {
- public:
-  explicit Offsets(std::string_view text) noexcept : text_(text) {}
-
-  std::size_t of(const TextPlace& place) {
-    for (; line_ < place.line && offset_ != text_.size(); ++line_) {
-      offset_ = std::min(text_.find('\n', offset_), text_.size() - 1) + 1;
-      column_ = 1;
-    }
-    for (; column_ < place.column && offset_ != text_.size(); ++column_) {
-      ++offset_;
-      while (offset_ != text_.size() && continues(text_[offset_])) ++offset_;
-    }
-    return offset_;
-  }
-
- private:
-  std::string_view text_;
-  std::size_t line_ = 1;
-  std::size_t column_ = 1;
-  std::size_t offset_ = 0;
-};
-
-}  // namespace
-
-std::vector<PlacedProblem> place(std::vector<Problem> problems, std::string_view text) {
-  if (problems.empty()) return {};
-  std::vector<std::string_view> pointers;
-  pointers.reserve(problems.size());
-  for (const Problem& problem : problems) {
-    pointers.push_back(problem.member ? *problem.member : problem.pointer);
-  }
-  const auto places = reference_host::json::findValues(text, pointers);
-  std::vector<PlacedProblem> placed;
-  placed.reserve(problems.size());
-  for (std::size_t index = 0; index != problems.size(); ++index) {
-    const auto& found = places[index];
-    const bool atKey = problems[index].atKey && found.missingTokens == 0 && found.key;
-    placed.push_back({std::move(problems[index]), atKey ? *found.key : found.value});
-  }
-  sortByPlace(placed);
-  return placed;
-}
-
-bool endsLine(std::string_view text, const TextPlace& place) {
-  return isLineEnd(text, Offsets(text).of(place));
-}
-
-void sortByPlace(std::vector<PlacedProblem>& problems) {
-  const auto order = [](const PlacedProblem& placed) {
-    return std::tie(placed.place.begin.line, placed.place.begin.column, placed.problem.member,
-                    placed.problem.code);
-  };
-  std::stable_sort(problems.begin(), problems.end(),
-                   [&](const PlacedProblem& left, const PlacedProblem& right) {
-                     return order(left) < order(right);
-                   });
 }
 
 void appendAsText(std::string& out, const std::vector<PlacedProblem>& problems,

@@ -22,8 +22,11 @@ struct PlacedProblem {
 
 /// The problems with their places, in the order of these.
 /// @param text what was parsed, without a byte order mark.
+/// @param others pointers to values that are to be found with the same look at the text.
+/// @param found gets the places of these.
 std::vector<PlacedProblem> place(std::vector<reference_host::diagnosis::Problem> problems,
-                                 std::string_view text);
+                                 std::string_view text, const std::vector<std::string>& others = {},
+                                 std::vector<reference_host::json::ValuePlace>* found = nullptr);
 
 /// Whether a line of the text ends at the place.
 bool endsLine(std::string_view text, const reference_host::json::TextPlace& place);
@@ -37,6 +40,26 @@ struct TextOrigin {
   std::string_view text;      ///< without a byte order mark
   std::size_t firstLine = 1;  ///< where in the input it begins
 };
+
+/// Gives the offsets of places in a text, which must come in their order.
+class Offsets {
+ public:
+  explicit Offsets(std::string_view text) noexcept : text_(text) {}
+
+  std::size_t of(const reference_host::json::TextPlace& place);
+
+ private:
+  std::string_view text_;
+  std::size_t line_ = 1;
+  std::size_t column_ = 1;
+  std::size_t offset_ = 0;
+};
+
+/// Appends two lines: the one around an offset with its number in front, and a caret under what is
+/// meant in it. Of a long line no more is looked at than is shown.
+/// @param place of what is meant; it begins at the offset.
+void appendExcerpt(std::string& out, std::string_view text, std::size_t offset, std::size_t number,
+                   const reference_host::json::TextRange& place);
 
 /// Appends problems for people, in the form that editors and CI systems jump to, each with its line
 /// and a caret under the value:

@@ -1,7 +1,5 @@
 #include "text_form.hpp"
 
-#include <cstddef>
-
 #include "reference_host/json/text_writer.hpp"
 
 namespace tessel_tool {
@@ -11,6 +9,13 @@ using reference_host::json::appendVisible;
 std::string_view shortName(std::string_view qualifiedName) {
   const std::size_t separator = qualifiedName.rfind("::");
   return separator == std::string_view::npos ? qualifiedName : qualifiedName.substr(separator + 2);
+}
+
+std::string counted(std::size_t count, std::string_view what) {
+  std::string text = std::to_string(count) + ' ';
+  text += what;
+  if (count != 1) text += 's';
+  return text;
 }
 
 std::string visible(std::string_view text) {

@@ -3,6 +3,7 @@
 /// @file
 /// What the text forms of the subcommands have in common.
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -10,6 +11,9 @@ namespace tessel_tool {
 
 /// A class name without its namespace.
 std::string_view shortName(std::string_view qualifiedName);
+
+/// "1 error", "2 errors".
+std::string counted(std::size_t count, std::string_view what);
 
 /// A text with the escapes of `reference_host::json::appendVisible`, so that it stays on its line.
 std::string visible(std::string_view text);

@@ -1,0 +1,581 @@
+#include "page/document_section.hpp"
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "console.hpp"
+#include "page/code_line.hpp"
+#include "page/drawn_control.hpp"
+#include "page/element_view.hpp"
+#include "page/html_writer.hpp"
+#include "problem_report.hpp"
+#include "reference_host/diagnosis/document_check.hpp"
+#include "reference_host/fl/utf16.hpp"
+#include "reference_host/json/parse.hpp"
+#include "reference_host/json/text_places.hpp"
+#include "reference_host/logging/log_capture.hpp"
+#include "text_form.hpp"
+
+namespace tessel_tool {
+
+using reference_host::diagnosis::Code;
+using reference_host::diagnosis::Knowledge;
+using reference_host::i18n::ustringToUtf8;
+using reference_host::importer::OnError;
+using reference_host::logging::LogCapture;
+using Object = ReadDocument::Object;
+
+namespace {
+
+/// Takes down what becomes of objects, with the records of each.
+class ObjectNotes final : public CheckedObjects {
+ public:
+  ObjectNotes(ReadDocument& read, OnError onError, bool withLog)
+      : read_(read), stopsAtError_(onError == OnError::kStop) {
+    if (withLog) capture_.emplace();
+  }
+
+  void offered() override {
+    if (capture_) capture_->takeTexts();
+  }
+  void built(document::gxzero::Node node, std::string pointer) override {
+    if (isStopped_) return;
+    read_.objects.push_back({std::move(pointer), read_.nodes.size(), records()});
+    read_.nodes.push_back(std::move(node));
+  }
+  void failed(std::string pointer) override {
+    if (isStopped_) return;
+    ++read_.failedObjects;
+    if (capture_) read_.objects.push_back({std::move(pointer), Object::kFailed, records()});
+    isStopped_ = stopsAtError_;
+  }
+
+  std::vector<std::string> pointers() override {
+    std::vector<std::string> pointers;
+    pointers.reserve(read_.objects.size());
+    for (const Object& object : read_.objects) pointers.push_back(object.pointer);
+    return pointers;
+  }
+
+  /// Puts the objects into the order of the text.
+  void place(const std::vector<reference_host::json::ValuePlace>& places,
+             std::string_view text) override {
+    std::vector<Object>& objects = read_.objects;
+    std::vector<std::size_t> order(objects.size());
+    for (std::size_t index = 0; index != order.size(); ++index) order[index] = index;
+    const auto begin = [&](std::size_t index) { return places[index].value.begin; };
+    std::sort(order.begin(), order.end(), [&](std::size_t left, std::size_t right) {
+      return std::pair(begin(left).line, begin(left).column) <
+             std::pair(begin(right).line, begin(right).column);
+    });
+    Offsets offsets(text);
+    std::vector<Object> sorted;
+    sorted.reserve(objects.size());
+    for (const std::size_t index : order) {
+      sorted.push_back(std::move(objects[index]));
+      Object& object = sorted.back();
+      object.line = begin(index).line;
+      object.begin = offsets.of(begin(index));
+      object.end = offsets.of(places[index].value.end);
+    }
+    objects = std::move(sorted);
+  }
+
+  /// Whether no record is missing: a part of them would be taken for all.
+  bool haveAllRecords() const { return !capture_ || capture_->isComplete(); }
+
+ private:
+  std::vector<std::string> records() {
+    return capture_ ? capture_->takeTexts() : std::vector<std::string>();
+  }
+
+  ReadDocument& read_;
+  bool stopsAtError_;
+  bool isStopped_ = false;
+  std::optional<LogCapture> capture_;
+};
+
+/// The pointer of what contains a value.
+std::string_view parentOf(std::string_view pointer) {
+  return pointer.substr(0, std::min(pointer.size(), pointer.rfind('/')));
+}
+
+bool isBetweenElements(const Object& left, const Object& right) {
+  return parentOf(left.pointer) == parentOf(right.pointer);
+}
+
+/// How much of a part there is room for.
+enum class Detail {
+  kAll,
+  kNoSource,  ///< no JSON text, no records
+  kNoFolds,   ///< and no properties, no excerpts
+  kNothing,
+};
+
+/// Some controls that share a line, and the problems behind it; or problems alone.
+struct Part {
+  std::size_t firstObject = 0;
+  std::size_t objects = 0;
+  std::size_t firstProblem = 0;
+  std::size_t problems = 0;
+};
+
+/// A line with more controls goes on in another one: it would be slow to show.
+constexpr std::size_t kMostInLine = 50;
+constexpr std::size_t kLeftOutBytes = 400;  // what the sentence about it takes
+
+class SectionWriter {
+ public:
+  SectionWriter(std::string& out, const ReadDocument& read, DocumentSummary& summary,
+                const SectionOptions& options, const std::function<void()>& partEnds)
+      : out_(out),
+        html_(out),
+        read_(read),
+        document_(read.check.document),
+        text_(document_.content()),
+        summary_(summary),
+        options_(options),
+        partEnds_(partEnds),
+        begin_(out.size()),
+        prefix_("d" + std::to_string(summary.number)) {}
+
+  void write() {
+    html_.begin("section").attribute("class", "document").attribute("id", prefix_);
+    html_.attribute("aria-labelledby", prefix_ + "-name").text("");
+    if (!options_.isAlone) writeHeading();
+    if (!read_.check.failure.empty()) writeFailure();
+    problemOffsets();
+    while (object_ != read_.objects.size() || problem_ != problems().size()) writePart();
+    writeLeftOut();
+    html_.end("section");
+    out_ += '\n';
+    partEnds_();
+  }
+
+ private:
+  const std::vector<PlacedProblem>& problems() const { return read_.check.problems; }
+  const Object& object(std::size_t index) const { return read_.objects[index]; }
+
+  ControlView viewOf(const Object& object) const {
+    return ControlView(*read_.nodes[object.node].get());
+  }
+
+  std::string idOf(char what, std::size_t index) const {
+    return prefix_ + '-' + what + std::to_string(index + 1);
+  }
+
+  std::size_t lineInInput(std::size_t line) const { return document_.line + line - 1; }
+
+  void writeHeading() {
+    html_.begin("h2").attribute("id", prefix_ + "-name").begin("bdi");
+    html_.text(summary_.name).end("bdi").end("h2");
+    html_.begin("p").attribute("class", "verdict").text(verdictOf(summary_)).end("p");
+  }
+
+  void writeFailure() {
+    html_.begin("div").attribute("class", "problem error").attribute("id", idOf('p', 0));
+    html_.attribute("data-code", "unreadable").begin("p").attribute("class", "message");
+    html_.begin("strong").text("Error").end("strong").text(" ");
+    html_.begin("span").attribute("dir", "auto").text(read_.check.failure).end("span");
+    html_.end("p").end("div");
+    summary_.links.push_back({1, true, 0, 0, read_.check.failure});
+  }
+
+  void problemOffsets() {
+    Offsets offsets(text_);
+    offsets_.reserve(problems().size());
+    for (const PlacedProblem& placed : problems()) {
+      offsets_.push_back(offsets.of(placed.place.begin));
+    }
+  }
+
+  /// Takes what comes next in the text.
+  Part nextPart() {
+    Part part{object_, 0, problem_, 0};
+    const auto takeProblems = [&](std::size_t end) {
+      while (problem_ != problems().size() && offsets_[problem_] < end) ++problem_;
+      part.problems = problem_ - part.firstProblem;
+    };
+    const bool problemIsNext =
+        object_ == read_.objects.size() ||
+        (problem_ != problems().size() && offsets_[problem_] < object(object_).begin);
+    if (problemIsNext) {
+      takeProblems(offsets_[problem_] + 1);
+      return part;
+    }
+    const Object& first = object(object_++);
+    ++part.objects;
+    if (first.node != Object::kFailed) {
+      const ControlView view = viewOf(first);
+      while (object_ != read_.objects.size() && part.objects != kMostInLine &&
+             joins(view, first, object(object_))) {
+        ++object_;
+        ++part.objects;
+      }
+    }
+    takeProblems(object(object_ - 1).end);
+    return part;
+  }
+
+  /// Whether a control stands in the line of the one before.
+  bool joins(const ControlView& before, const Object& object, const Object& next) const {
+    if (next.node == Object::kFailed || !isBetweenElements(object, next)) return false;
+    const ControlView view = viewOf(next);
+    if (before.kind().isTask || view.kind().isTask || view.code() != before.code()) return false;
+    // What is wrong between controls of no line is told between them.
+    return !before.code().empty() || problem_ == problems().size() ||
+           offsets_[problem_] >= next.begin;
+  }
+
+  std::size_t endOf(const Part& part) const {
+    std::size_t end = 0;
+    if (part.objects != 0) end = object(part.firstObject + part.objects - 1).end;
+    if (part.problems != 0) end = std::max(end, offsets_[part.firstProblem + part.problems - 1]);
+    return end;
+  }
+
+  std::size_t written() const { return left_ + out_.size() - begin_; }
+
+  bool fits(std::size_t textEnd) const {
+    return written() + kLeftOutBytes <= options_.share + kPageBytesPerByte * textEnd;
+  }
+
+  void writePart() {
+    const Part part = nextPart();
+    const std::size_t end = endOf(part);
+    const std::size_t mark = out_.size();
+    // Where there was no room, there will hardly be more than a little.
+    if (detail_ != Detail::kAll) detail_ = static_cast<Detail>(static_cast<int>(detail_) - 1);
+    for (;; detail_ = static_cast<Detail>(static_cast<int>(detail_) + 1)) {
+      if (detail_ == Detail::kNothing) {
+        leftOutControls_ += part.objects;
+        leftOutProblems_ += part.problems;
+        return;
+      }
+      const Part leftOut{0, leftOutControls_, 0, leftOutProblems_};
+      writeLeftOut();
+      writePart(part);
+      if (fits(end)) break;
+      out_.resize(mark);
+      leftOutControls_ = leftOut.objects;
+      leftOutProblems_ = leftOut.problems;
+    }
+    for (std::size_t index = part.firstProblem;
+         index != part.firstProblem + part.problems && summary_.links.size() != kMostLinks;
+         ++index) {
+      const auto& [problem, place] = problems()[index];
+      summary_.links.push_back({index + 1, isError(problem.code), lineInInput(place.begin.line),
+                                place.begin.column, problem.message});
+    }
+    const std::size_t size = out_.size();
+    partEnds_();
+    left_ += size - out_.size();
+  }
+
+  void writePart(const Part& part) {
+    html_.begin("div").attribute("class", "part");
+    if (part.objects != 0) {
+      const Object& first = object(part.firstObject);
+      if (first.node == Object::kFailed) {
+        // Its problems say what it is.
+      } else if (viewOf(first).kind().isTask) {
+        writeTask(part.firstObject);
+      } else {
+        writeLine(part);
+      }
+    }
+    for (std::size_t index = 0; index != part.problems; ++index) {
+      writeProblem(part.firstProblem + index);
+    }
+    if (part.objects == 1 && detail_ == Detail::kAll && !object(part.firstObject).records.empty() &&
+        object(part.firstObject).node == Object::kFailed) {
+      html_.begin("details").begin("summary").text("what did not arrive, line ");
+      html_.number(std::uint64_t{lineInInput(object(part.firstObject).line)}).end("summary");
+      writeSource(object(part.firstObject));
+      writeRecords(object(part.firstObject));
+      html_.end("details");
+    }
+    if (detail_ == Detail::kNoFolds) {
+      html_.begin("p").attribute("class", "note left-out");
+      html_.text("details left out: the page would be too large").end("p");
+    }
+    html_.end("div");
+    out_ += '\n';
+  }
+
+  void writeLeftOut() {
+    const std::size_t controls = std::exchange(leftOutControls_, 0);
+    const std::size_t problems = std::exchange(leftOutProblems_, 0);
+    if (controls + problems == 0) return;
+    html_.begin("p").attribute("class", "note left-out");
+    html_.text(counted(controls, "control") + " and " + counted(problems, "problem") +
+               " left out: the page would be too large; tessel check tells all problems");
+    html_.end("p");
+    out_ += '\n';
+  }
+
+  void beginControl(std::size_t index, const ControlView& view, const char* element,
+                    const char* cssClass) {
+    html_.begin(element).attribute("class", cssClass).attribute("id", idOf('c', index));
+    html_.attribute("data-kind", view.kind().word);
+    html_.attribute("data-pointer", object(index).pointer);
+  }
+
+  void writeTask(std::size_t index) {
+    const ControlView view = viewOf(object(index));
+    beginControl(index, view, "div", "task");
+    view.drawTask(html_);
+    html_.end("div");
+    writeFold(index, view, {});
+  }
+
+  void writeLine(const Part& part) {
+    std::vector<ControlView> views;
+    std::vector<Columns> columns;
+    for (std::size_t index = 0; index != part.objects; ++index) {
+      views.push_back(viewOf(object(part.firstObject + index)));
+      columns.push_back(views.back().columns());
+    }
+    const std::u16string_view code = views.front().code();
+    const std::vector<LinePiece> pieces = divideLine(code, columns);
+    std::vector<std::string> notes;
+    html_.begin("div").attribute("class", code.empty() ? "line codeless" : "line").begin("code");
+    for (const LinePiece& piece : pieces) {
+      const std::u16string_view covered = code.substr(piece.begin, piece.end - piece.begin);
+      if (piece.control == LinePiece::kText) {
+        html_.begin("span").text(covered).end("span");
+        continue;
+      }
+      const ControlView& view = views[piece.control];
+      beginControl(part.firstObject + piece.control, view, "span", "control");
+      std::vector<std::string> own;
+      view.draw(html_, own);
+      html_.end("span");
+      if (!code.empty()) noteColumns(piece, columns[piece.control], code.size(), own);
+      for (std::string& note : own) {
+        notes.push_back(part.objects == 1 ? std::move(note) : view.title() + ": " + note);
+      }
+    }
+    html_.end("code").end("div");
+    if (code.empty()) {
+      notes.insert(notes.begin(), part.objects == 1 ? "no line of code is set"
+                                                    : "no line of code is set for these controls");
+    }
+    writeNotes(notes);
+    for (const LinePiece& piece : pieces) {
+      if (piece.control == LinePiece::kText) continue;
+      writeFold(part.firstObject + piece.control, views[piece.control],
+                code.substr(piece.begin, piece.end - piece.begin));
+    }
+  }
+
+  static void noteColumns(const LinePiece& piece, const Columns& columns, std::size_t length,
+                          std::vector<std::string>& notes) {
+    const auto range = [&] {
+      return "columns " + std::to_string(*columns.start) + " to " + std::to_string(*columns.end);
+    };
+    switch (piece.fault) {
+      case ColumnFault::kNone:
+        return;
+      case ColumnFault::kMissing:
+        notes.emplace_back(!columns.start && !columns.end ? "no columns are set"
+                           : columns.start                ? "no end column is set"
+                                                          : "no start column is set");
+        return;
+      case ColumnFault::kReversed:
+        notes.push_back(range() + " end before they begin");
+        return;
+      case ColumnFault::kBeyond:
+        notes.push_back(range() + " go beyond the line, which ends at " + std::to_string(length));
+        return;
+      case ColumnFault::kOverlap:
+        notes.push_back(range() + " overlap those of another control");
+        return;
+    }
+  }
+
+  void writeNotes(const std::vector<std::string>& notes) {
+    if (notes.empty()) return;
+    html_.begin("ul").attribute("class", "notes");
+    for (const std::string& note : notes) {
+      html_.begin("li").attribute("class", "note").attribute("dir", "auto").text(note);
+    }
+    html_.end("ul");
+  }
+
+  void writeFold(std::size_t index, const ControlView& view, std::u16string_view covered) {
+    if (detail_ == Detail::kNoFolds) return;
+    const Object& folded = object(index);
+    html_.begin("details").begin("summary").begin("b").text(view.kind().name).end("b");
+    if (!view.id().empty()) html_.text(" ").begin("bdi").text(view.id()).end("bdi");
+    html_.text(" ").begin("span").attribute("class", "place").text("line ");
+    html_.number(std::uint64_t{lineInInput(folded.line)}).end("span").end("summary");
+    if (!covered.empty()) {
+      const Columns columns = view.columns();
+      html_.begin("p").attribute("class", "covers").text("covers columns ");
+      html_.number(*columns.start).text(" to ").number(*columns.end).text(": ");
+      html_.begin("code").text(covered).end("code").end("p");
+    }
+    writeProperties(html_, classes_, ElementView(*read_.nodes[folded.node].get()));
+    if (detail_ == Detail::kAll) {
+      writeSource(folded);
+      writeRecords(folded);
+    }
+    html_.end("details");
+  }
+
+  void writeRecords(const Object& object) {
+    if (object.records.empty()) return;
+    html_.begin("ol").attribute("class", "log");
+    for (const std::string& record : object.records) html_.begin("li").lines(record);
+    html_.end("ol");
+  }
+
+  /// The lines of an object, with no more indentation than they have among themselves.
+  void writeSource(const Object& object) {
+    std::string source;
+    std::string_view left = text_.substr(object.begin, object.end - object.begin);
+    std::size_t indent = 0;
+    if (left.find('\n') != std::string_view::npos) {  // else its line may be endless
+      const std::size_t lineBegin = text_.rfind('\n', object.begin) + 1;  // 0 where there is none
+      indent = std::min(text_.find_first_not_of(" \t", lineBegin), object.begin) - lineBegin;
+    }
+    for (std::size_t line = lineInInput(object.line);; ++line) {
+      const std::size_t length = std::min(left.size(), left.find('\n'));
+      std::string_view shown = left.substr(0, length);
+      if (!shown.empty() && shown.back() == '\r') shown.remove_suffix(1);
+      if (!source.empty()) {
+        shown.remove_prefix(std::min({indent, shown.size(), shown.find_first_not_of(" \t")}));
+        source += '\n';
+      }
+      source.append(std::to_string(line)).append(" | ").append(shown);
+      if (length == left.size()) break;
+      left.remove_prefix(length + 1);
+    }
+    html_.begin("pre").attribute("class", "source").lines(source).end("pre");
+  }
+
+  void writeProblem(std::size_t index) {
+    const auto& [problem, place] = problems()[index];
+    const bool error = isError(problem.code);
+    const std::size_t line = lineInInput(place.begin.line);
+    html_.begin("div").attribute("class", error ? "problem error" : "problem warning");
+    html_.attribute("id", idOf('p', index)).attribute("data-code", codeName(problem.code));
+    html_.attribute("data-pointer", problem.pointer);
+    html_.begin("p").attribute("class", "message");
+    html_.begin("strong").text(error ? "Error" : "Warning").end("strong").text(" ");
+    html_.begin("span").attribute("class", "place").number(std::uint64_t{line}).text(":");
+    html_.number(std::uint64_t{place.begin.column}).end("span").text(" ");
+    html_.begin("span").attribute("dir", "auto").text(problem.message).end("span").text(" ");
+    html_.begin("code").text(codeName(problem.code)).end("code").end("p");
+    if (detail_ != Detail::kNoFolds) {
+      std::string excerpt;
+      appendExcerpt(excerpt, text_, offsets_[index], line, place);
+      excerpt.pop_back();
+      const std::size_t caret = excerpt.find('\n') + 1;
+      html_.begin("pre").attribute("class", "excerpt").attribute("tabindex", "0");
+      html_.attribute("role", "group").attribute("aria-label", "line " + std::to_string(line));
+      html_.lines(std::string_view(excerpt).substr(0, caret));
+      html_.begin("b").text(std::string_view(excerpt).substr(caret)).end("b").end("pre");
+      if (problem.hint) {
+        html_.begin("p").attribute("class", "hint").attribute("dir", "auto").text(*problem.hint);
+        html_.end("p");
+      }
+    }
+    html_.end("div");
+  }
+
+  std::string& out_;
+  HtmlWriter html_;
+  const ReadDocument& read_;
+  const Document& document_;
+  std::string_view text_;
+  DocumentSummary& summary_;
+  const SectionOptions& options_;
+  const std::function<void()>& partEnds_;
+  std::size_t begin_;     // where the section began in the string
+  std::size_t left_ = 0;  // what has been taken away from the string
+  std::string prefix_;    // of ids
+  ClassNames classes_;
+  std::vector<std::size_t> offsets_;  // of the problems
+  std::size_t object_ = 0;            // the next one
+  std::size_t problem_ = 0;
+  Detail detail_ = Detail::kAll;  // of the last part
+  std::size_t leftOutControls_ = 0;
+  std::size_t leftOutProblems_ = 0;
+};
+
+}  // namespace
+
+std::string ReadDocument::failure() const {
+  if (!check.failure.empty()) return check.failure;
+  if (check.problems.size() != 1 || check.problems.front().problem.code != Code::kSyntax) return {};
+  const auto& [problem, place] = check.problems.front();
+  return reference_host::json::ParseError(check.document.line + place.begin.line - 1,
+                                          place.begin.column, problem.message)
+      .what();
+}
+
+void ReadDocument::runOutOfMemory() {
+  objects.clear();
+  nodes.clear();
+  failedObjects = 0;
+  check.runOutOfMemory();
+}
+
+ReadDocument readDocument(const Knowledge& knowledge, Document document, OnError onError,
+                          bool withLog) {
+  ReadDocument read;
+  ObjectNotes notes(read, onError, withLog);
+  read.check =
+      checkOne(knowledge, std::move(document), reference_host::diagnosis::Warnings::kYes, &notes);
+  if (read.check.failure == kOutOfMemory || !notes.haveAllRecords()) read.runOutOfMemory();
+  return read;
+}
+
+DocumentSummary summaryOf(const ReadDocument& document, std::size_t number) {
+  DocumentSummary summary;
+  summary.name = document.check.document.name;
+  summary.number = number;
+  summary.failure = document.failure();
+  summary.errors = document.check.errors + (document.check.failure.empty() ? 0 : 1);
+  summary.warnings = document.check.warnings;
+  for (const auto& node : document.nodes) ++summary.kinds[ControlView(*node.get()).kind().name];
+  const auto looksLikeOne = [](const PlacedProblem& placed) {
+    return placed.problem.code == Code::kUnknownClass || placed.problem.code == Code::kUnknownType;
+  };
+  const auto& problems = document.check.problems;
+  summary.arrived = document.nodes.size();
+  summary.expected =
+      summary.arrived + document.failedObjects +
+      static_cast<std::size_t>(std::count_if(problems.begin(), problems.end(), looksLikeOne));
+  return summary;
+}
+
+std::string verdictOf(const DocumentSummary& summary) {
+  if (!summary.failure.empty()) return "the document could not be read";
+  if (summary.expected == 0) return "no controls";
+  if (summary.arrived == summary.expected) {
+    return "all " + counted(summary.expected, "control") + " arrived";
+  }
+  return std::to_string(summary.arrived) + " of " + counted(summary.expected, "control") +
+         " arrived";
+}
+
+std::string problemCountsOf(const DocumentSummary& summary) {
+  std::string text;
+  if (summary.errors != 0) text += counted(summary.errors, "error");
+  if (summary.errors != 0 && summary.warnings != 0) text += ", ";
+  if (summary.warnings != 0) text += counted(summary.warnings, "warning");
+  return text;
+}
+
+void appendSection(std::string& out, const ReadDocument& document, DocumentSummary& summary,
+                   const SectionOptions& options, const std::function<void()>& partEnds) {
+  SectionWriter(out, document, summary, options, partEnds).write();
+}
+
+}  // namespace tessel_tool

@@ -1,0 +1,230 @@
+#include "page/html_writer.hpp"
+
+#include <algorithm>
+#include <array>
+
+#include "reference_host/fl/utf16.hpp"
+#include "reference_host/json/text_writer.hpp"
+
+namespace tessel_tool {
+
+namespace json = reference_host::json;
+
+namespace {
+
+/// What stands for itself in texts; in attributes all of it but the quote does.
+constexpr auto kIsPlain = [] {
+  std::array<bool, 0x80> plain{};
+  for (std::size_t code = 0x20; code != 0x7F; ++code) plain[code] = code != '<' && code != '&';
+  return plain;
+}();
+
+bool isPlain(char16_t unit) {
+  return unit < kIsPlain.size() && kIsPlain[unit];
+}
+bool isPlain(char byte) {
+  return isPlain(char16_t{static_cast<unsigned char>(byte)});
+}
+
+unsigned byteAt(std::string_view text, std::size_t index) {
+  return index < text.size() ? static_cast<unsigned char>(text[index]) : 0U;
+}
+
+/// The noncharacter that a well-formed text begins with; 0 where it begins with another one.
+char32_t firstNoncharacter(std::string_view utf8) {
+  const unsigned lead = byteAt(utf8, 0);
+  if (lead < 0xEFU) return 0;
+  char32_t code = lead & (lead < 0xF0U ? 0xFU : 0x7U);
+  for (std::size_t index = 1; index != (lead < 0xF0U ? 3U : 4U); ++index) {
+    code = (code << 6U) | (byteAt(utf8, index) & 0x3FU);
+  }
+  const bool isOne = (code & 0xFFFEU) == 0xFFFEU || (code >= 0xFDD0U && code <= 0xFDEFU);
+  return isOne ? code : 0;
+}
+
+}  // namespace
+
+HtmlWriter& HtmlWriter::doctype() {
+  out_ += "<!DOCTYPE html>\n";
+  return *this;
+}
+
+HtmlWriter& HtmlWriter::begin(std::string_view element) {
+  closeTag();
+  out_ += '<';
+  out_ += element;
+  tagIsOpen_ = true;
+  return *this;
+}
+
+HtmlWriter& HtmlWriter::end(std::string_view element) {
+  closeTag();
+  out_ += "</";
+  out_ += element;
+  out_ += '>';
+  return *this;
+}
+
+HtmlWriter& HtmlWriter::attribute(std::string_view name) {
+  out_ += ' ';
+  out_ += name;
+  return *this;
+}
+
+HtmlWriter& HtmlWriter::beginAttribute(std::string_view name) {
+  attribute(name);
+  out_ += "=\"";
+  return *this;
+}
+
+HtmlWriter& HtmlWriter::attribute(std::string_view name, std::string_view utf8) {
+  beginAttribute(name);
+  append(utf8, Inside::kAttribute);
+  out_ += '"';
+  return *this;
+}
+
+HtmlWriter& HtmlWriter::attribute(std::string_view name, std::u16string_view utf16) {
+  beginAttribute(name);
+  append(utf16, Inside::kAttribute);
+  out_ += '"';
+  return *this;
+}
+
+HtmlWriter& HtmlWriter::attribute(std::string_view name, double number) {
+  beginAttribute(name);
+  json::appendNumber(out_, number);
+  out_ += '"';
+  return *this;
+}
+
+HtmlWriter& HtmlWriter::text(std::string_view utf8) {
+  closeTag();
+  append(utf8, Inside::kText);
+  return *this;
+}
+
+HtmlWriter& HtmlWriter::text(std::u16string_view utf16) {
+  closeTag();
+  append(utf16, Inside::kText);
+  return *this;
+}
+
+HtmlWriter& HtmlWriter::number(double number) {
+  closeTag();
+  json::appendNumber(out_, number);
+  return *this;
+}
+
+HtmlWriter& HtmlWriter::number(std::uint64_t integer) {
+  closeTag();
+  json::appendNumber(out_, integer);
+  return *this;
+}
+
+HtmlWriter& HtmlWriter::quoted(std::u16string_view utf16) {
+  closeTag();
+  if (std::all_of(utf16.begin(), utf16.end(),
+                  [](char16_t unit) { return isPlain(unit) && unit != u'"' && unit != u'\\'; })) {
+    out_ += '"';
+    append(utf16, Inside::kText);
+    out_ += '"';
+    return *this;
+  }
+  std::string shown;
+  json::appendVisible(shown, reference_host::i18n::ustringToUtf8(utf16), json::Quotes::kAround);
+  appendShown(shown, Inside::kText);
+  return *this;
+}
+
+HtmlWriter& HtmlWriter::lines(std::string_view utf8) {
+  for (;;) {
+    const std::size_t length = utf8.find('\n');
+    text(utf8.substr(0, length));
+    if (length == std::string_view::npos) return *this;
+    out_ += '\n';
+    utf8.remove_prefix(length + 1);
+  }
+}
+
+HtmlWriter& HtmlWriter::written(std::string_view html) {
+  closeTag();
+  out_ += html;
+  return *this;
+}
+
+HtmlWriter& HtmlWriter::style(std::string_view css) {
+  begin("style").closeTag();
+  out_ += css;
+  return end("style");
+}
+
+void HtmlWriter::append(std::string_view utf8, Inside inside) {
+  const bool isInAttribute = inside == Inside::kAttribute;
+  if (std::all_of(utf8.begin(), utf8.end(),
+                  [&](char byte) { return isPlain(byte) && !(isInAttribute && byte == '"'); })) {
+    out_ += utf8;
+    return;
+  }
+  std::string shown;
+  json::appendVisible(shown, utf8);
+  appendShown(shown, inside);
+}
+
+void HtmlWriter::append(std::u16string_view utf16, Inside inside) {
+  const bool isInAttribute = inside == Inside::kAttribute;
+  const auto special = std::find_if_not(utf16.begin(), utf16.end(), [&](char16_t unit) {
+    return isPlain(unit) && !(isInAttribute && unit == u'"');
+  });
+  const auto plain = static_cast<std::size_t>(special - utf16.begin());
+  const std::size_t before = out_.size();
+  out_.resize(before + plain);
+  std::transform(utf16.begin(), special, out_.begin() + static_cast<std::ptrdiff_t>(before),
+                 [](char16_t unit) { return static_cast<char>(unit); });
+  if (special == utf16.end()) return;
+  append(reference_host::i18n::ustringToUtf8(utf16.substr(plain)), inside);
+}
+
+/// Appends a text that is escaped already, but for what HTML alone takes amiss.
+void HtmlWriter::appendShown(std::string_view utf8, Inside inside) {
+  while (!utf8.empty()) {
+    const auto special = std::find_if(utf8.begin(), utf8.end(), [](char character) {
+      return character == '<' || character == '&' || character == '"' ||
+             static_cast<unsigned char>(character) >= 0xEFU;  // or a noncharacter's first byte
+    });
+    out_.append(utf8.begin(), special);
+    utf8.remove_prefix(static_cast<std::size_t>(special - utf8.begin()));
+    if (utf8.empty()) return;
+    std::size_t length = 1;
+    if (const char32_t noncharacter = firstNoncharacter(utf8)) {
+      json::appendEscape(out_, noncharacter);
+      length = noncharacter > 0xFFFFU ? 4 : 3;
+    } else if (utf8.front() == '&') {
+      out_ += "&amp;";
+    } else if (utf8.front() == '<') {
+      out_ += "&lt;";
+    } else if (utf8.front() == '"' && inside == Inside::kAttribute) {
+      out_ += "&quot;";
+    } else {
+      out_ += utf8.front();
+    }
+    utf8.remove_prefix(length);
+  }
+}
+
+bool isShownAsIs(std::u16string_view text) {
+  if (std::all_of(text.begin(), text.end(),
+                  [](char16_t unit) { return unit >= 0x20 && unit < 0x7F; })) {
+    return true;
+  }
+  const std::string utf8 = reference_host::i18n::ustringToUtf8(text);
+  std::string shown;
+  json::appendVisible(shown, utf8);
+  if (shown != utf8) return false;
+  for (std::size_t index = 0; index != utf8.size(); ++index) {
+    if (firstNoncharacter(std::string_view(utf8).substr(index)) != 0) return false;
+  }
+  return true;
+}
+
+}  // namespace tessel_tool
