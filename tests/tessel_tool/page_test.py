@@ -1,0 +1,216 @@
+"""`tessel import --format html` and `-o`, as a process: one page about all documents, and where it goes."""
+
+import json
+import os
+import pathlib
+import re
+import stat
+import subprocess
+import tempfile
+import unittest
+
+TOOL = os.environ["TOOL"]
+EXAMPLES = pathlib.Path(os.environ["EXAMPLES"])
+SECONDS = 120
+
+BUTTON = '{"className": "button", "controlId": "run"}'
+WRONG = '{"className": "button", "controlId": "no", "text": 1}'
+OWN_BYTES = 100_000
+BYTES_PER_BYTE = 8
+
+
+def tessel(*arguments, given=b"", **options):
+    return subprocess.run([TOOL, "import", *arguments], input=given, capture_output=True,
+                          timeout=SECONDS, check=False, **options)
+
+
+class PageTest(unittest.TestCase):
+    def setUp(self):
+        temporary = tempfile.TemporaryDirectory()
+        self.addCleanup(temporary.cleanup)
+        self.folder = pathlib.Path(temporary.name)
+
+    def file(self, name, content):
+        (self.folder / name).write_text(content, encoding="utf-8")
+        return name
+
+    def page(self, *arguments, status=0, **options):
+        done = tessel("--format", "html", *arguments, cwd=self.folder, **options)
+        self.assertEqual(done.returncode, status, done.stderr)
+        return done.stdout.decode()
+
+
+class Documents(PageTest):
+    def test_one_document_is_the_page(self):
+        page = self.page(self.file("a.json", f"[{BUTTON},\n{WRONG}]"), status=1)
+        self.assertIn('<h1 id="d1-name"><bdi>a.json</bdi></h1>', page)
+        self.assertIn("1 of 2 controls arrived", page)
+        self.assertIn("<tr><th>button<td>1", page)
+        self.assertIn('<a href="#d1-p1">Error 2:52</a>', page)
+        self.assertEqual(page.count("<section"), 1)
+        self.assertNotIn('class="contents"', page)
+
+    def test_what_is_wrong_stands_in_its_place(self):
+        page = self.page(self.file("a.json", f"[{WRONG},\n{BUTTON},\n{WRONG}]"), status=1)
+        found = re.findall(r'id="(d1-[cp]\d+)"', page)
+        self.assertEqual(found, ["d1-p1", "d1-c1", "d1-p2"])
+
+    def test_members_are_shown_in_the_order_of_the_text(self):
+        page = self.page(self.file("a.json", f'{{"b": {BUTTON},\n"a": {BUTTON.replace("run", "x")}}}'))
+        self.assertEqual(re.findall(r'data-pointer="([^"]*)"', page), ["/b", "/a"])
+
+    def test_controls_of_one_line_share_it(self):
+        one = '{"className": "button", "controlId": "%s", "text": "%s", "startColumn": %d, "endColumn": %d}'
+        line = [one % ("a", "x = 1", 0, 1), one % ("b", "x = 1", 4, 5), one % ("c", "y", 0, 1)]
+        page = self.page(self.file("a.json", f'[{", ".join(line)}]'))
+        self.assertEqual(page.count('<div class="line">'), 2)
+        self.assertIn("</span><span> = </span><span", page)
+
+    def test_several_documents_have_contents(self):
+        files = [self.file("a.json", BUTTON), self.file("b.json", WRONG), self.file("c.json", "[1,"),
+                 "missing.json"]
+        done = tessel("--format", "html", *files, cwd=self.folder)
+        page = done.stdout.decode()
+        self.assertEqual(done.returncode, 1)
+        self.assertEqual(done.stderr.decode(),
+                         "tessel: c.json: line 1, column 1: unclosed array\n"
+                         "tessel: missing.json: No such file or directory\n")
+        self.assertEqual(re.findall(r'<section class="document" id="(d\d)"', page),
+                         ["d1", "d2", "d3", "d4"])
+        self.assertIn('<a href="#d1"><bdi>a.json</bdi></a> <span class="what">all 1 control arrived</span>',
+                      page)
+        self.assertIn('<a href="#d3-p1"><bdi>c.json</bdi> Error 1:1</a>', page)
+        self.assertIn('data-code="syntax"', page)
+        self.assertIn('id="d4-p1" data-code="unreadable"', page)
+        self.assertIn("3 documents failed", page)
+        for jobs in ("2", "7"):
+            self.assertEqual(self.page("--jobs", jobs, *files, status=1), page)
+
+    def test_lines_that_failed_are_shown_up_to_200(self):
+        lines = [BUTTON, "", WRONG] * 250
+        for jobs in ("1", "3"):
+            page = self.page("--ndjson", "--jobs", jobs, status=1, given="\n".join(lines).encode())
+            found = re.findall(r'<h2 id="d\d+-name"><bdi>-:(\d+)<', page)
+            self.assertEqual(found, [str(3 * number + 3) for number in range(200)])
+            self.assertIn("250 of 500 controls arrived", page)
+            self.assertIn("250 errors; 250 lines failed", page)
+            self.assertIn("and 50 more failed lines", page)
+
+    def test_no_lines_at_all(self):
+        self.assertIn("no controls", self.page("--ndjson"))
+
+    def test_the_page_ends_with_the_first_error_that_was_asked_for(self):
+        page = self.page("--fail-fast", self.file("a.json", f"[{BUTTON}, {WRONG}, {BUTTON}]"),
+                         self.file("b.json", BUTTON), status=1)
+        self.assertIn("stopped at the first error", page)
+        self.assertEqual(len(re.findall(r'class="control"', page)), 1)
+        self.assertNotIn("b.json", page)
+
+    def test_records_stand_under_their_control(self):
+        page = self.page("--log", self.file("a.json", f"[{BUTTON}, {WRONG}]"), status=1)
+        logs = re.findall(r'<ol class="log">(.*?)</ol>', page, re.DOTALL)
+        self.assertEqual(len(logs), 2)
+        tree = tessel("--log", "a.json", cwd=self.folder).stdout.decode()
+        for log, control in zip(logs, ("run", "no")):
+            self.assertIn(control, log)
+            for record in re.findall(r"<li>([^<\n]*)", log):
+                self.assertIn(record.replace("&lt;", "<").replace("&amp;", "&"), tree)
+
+    def test_lines_keep_their_numbers(self):
+        page = self.page(self.file("a.json", f'[\r\n    {{"className": "button",\r\n      "text": "x"}}]'))
+        self.assertIn('<pre class="source">2 | {"className": "button",\n3 |   "text": "x"}</pre>', page)
+
+    def test_the_same_bytes_twice(self):
+        for example in sorted(EXAMPLES.glob("*.json")):
+            self.assertEqual(self.page(str(example), status=example.name != "analysis.json"),
+                             self.page(str(example), status=example.name != "analysis.json"))
+
+
+class Size(PageTest):
+    def assert_within_limit(self, *arguments, bytes_read, status, **options):
+        page = self.page(*arguments, status=status, **options)
+        self.assertLessEqual(len(page.encode()), OWN_BYTES + BYTES_PER_BYTE * bytes_read)
+        self.assertTrue(page.endswith("</section>\n</main></body></html>\n"))
+        return page
+
+    def test_documents_of_which_little_can_be_shown(self):
+        count = 8000
+        for name, text, status in (
+                ("buttons", "[" + ",".join(['{"className":"button"}'] * count) + "]", 0),
+                ("ids", "[" + ",".join(['{"className":"button","controlId":"a"}'] * count) + "]", 0),
+                ("errors", "[" + ",".join(['{"className":7}'] * count) + "]", 1),
+                ("duplicates", "{" + ",".join(['"a":1'] * count) + "}", 0),
+                ("controls", "[" + ",".join(["\u0001<&\""] * 9) + "]", 1),
+                ("escapes", json.dumps([{"className": "button", "text": "\u202e" * 4000}]), 0)):
+            with self.subTest(name):
+                page = self.assert_within_limit(given=text.encode(), bytes_read=len(text.encode()),
+                                                status=status)
+                if name in ("buttons", "errors", "duplicates"):
+                    self.assertIn("left out: the page would be too large", page)
+                linked = set(re.findall(r'href="#(d1-p\d+)"', page))
+                self.assertLessEqual(linked, set(re.findall(r'id="(d1-p\d+)"', page)))
+
+    def test_all_small_buttons_are_there(self):
+        text = "[" + ",".join(['{"className":"button"}'] * 3000) + "]"
+        page = self.assert_within_limit(given=text.encode(), bytes_read=len(text), status=0)
+        self.assertEqual(page.count('class="control"'), 3000)
+
+    def test_examples_are_shown_whole(self):
+        for example in sorted(EXAMPLES.glob("*.json")):
+            page = self.assert_within_limit(str(example), bytes_read=example.stat().st_size,
+                                            status=example.name != "analysis.json")
+            self.assertNotIn("left out", page)
+            self.assertLess(len(page), 8 * example.stat().st_size)
+
+    def test_many_small_documents(self):
+        names = []
+        for number in range(1500):
+            names.append(self.file(f"{'n' * 100}{number}", "{}"))
+        page = self.page(*names)
+        self.assertLessEqual(len(page), OWN_BYTES + BYTES_PER_BYTE * 2 * len(names))
+        self.assertRegex(page, r"and \d+ more documents")
+        self.assertLessEqual(set(re.findall(r'href="#(d\d+)"', page)),
+                             set(re.findall(r'<section class="document" id="(d\d+)"', page)))
+
+
+class ResultFile(PageTest):
+    def test_every_format_goes_to_the_file(self):
+        self.file("a.json", f"[{BUTTON}, {WRONG}]")
+        for form in ("tree", "json", "html"):
+            expected = tessel("--format", form, "a.json", cwd=self.folder)
+            done = tessel("--format", form, "a.json", "-o", "out", cwd=self.folder)
+            self.assertEqual((done.returncode, done.stdout, done.stderr), (1, b"", expected.stderr))
+            self.assertEqual((self.folder / "out").read_bytes(), expected.stdout)
+        self.assertEqual(sorted(path.name for path in self.folder.iterdir()), ["a.json", "out"])
+        done = tessel("a.json", "--output", "-", cwd=self.folder)
+        self.assertIn(b"ButtonNode", done.stdout)
+
+    def test_the_file_may_be_the_input(self):
+        self.file("a.json", BUTTON)
+        (self.folder / "a.json").chmod(0o640)
+        (self.folder / "link").symlink_to("a.json")
+        done = tessel("--format", "json", "a.json", "-o", "link", cwd=self.folder)
+        self.assertEqual((done.returncode, done.stderr), (0, b""))
+        self.assertEqual(json.loads((self.folder / "a.json").read_text())["summary"]["built"], 1)
+        self.assertTrue((self.folder / "link").is_symlink())
+        self.assertEqual(stat.S_IMODE((self.folder / "a.json").stat().st_mode), 0o640)
+
+    def test_a_file_that_cannot_be_written(self):
+        for path, reason in ((".", "Is a directory"), ("no/such/file", "No such file or directory"),
+                             ("/dev/full", "No space left on device")):
+            for form in ("tree", "html"):
+                done = tessel("--format", form, "-o", path, cwd=self.folder, given=BUTTON.encode())
+                self.assertEqual((done.returncode, done.stdout), (1, b""))
+                self.assertRegex(done.stderr.decode(), f"tessel: {re.escape(path)}: {reason}\n$")
+        self.assertEqual(list(self.folder.iterdir()), [])
+
+    def test_a_failure_leaves_the_file_as_it_was(self):
+        self.file("out", "before")
+        done = tessel("--bundle", "/dev/null", "-o", "out", cwd=self.folder, given=BUTTON.encode())
+        self.assertEqual(done.returncode, 2)
+        self.assertEqual((self.folder / "out").read_text(), "before")
+        self.assertEqual([path.name for path in self.folder.iterdir()], ["out"])
+
+
+if __name__ == "__main__":
+    unittest.main()
