@@ -83,6 +83,8 @@ class Documents(PageTest):
         self.assertIn('data-code="syntax"', page)
         self.assertIn('id="d4-p1" data-code="unreadable"', page)
         self.assertIn("3 documents failed", page)
+        self.assertEqual(re.findall(r'<p class="(verdict[^"]*)">', page),
+                         ["verdict bad", "verdict", "verdict bad", "verdict bad", "verdict bad"])
         for jobs in ("2", "7"):
             self.assertEqual(self.page("--jobs", jobs, *files, status=1), page)
 

@@ -172,7 +172,10 @@ class SectionWriter {
   void writeHeading() {
     html_.begin("h2").attribute("id", prefix_ + "-name").begin("bdi");
     html_.text(summary_.name).end("bdi").end("h2");
-    html_.begin("p").attribute("class", "verdict").text(verdictOf(summary_)).end("p");
+    html_.begin("p")
+        .attribute("class", verdictClassOf(summary_))
+        .text(verdictOf(summary_))
+        .end("p");
   }
 
   void writeFailure() {
@@ -563,6 +566,11 @@ std::string verdictOf(const DocumentSummary& summary) {
   }
   return std::to_string(summary.arrived) + " of " + counted(summary.expected, "control") +
          " arrived";
+}
+
+const char* verdictClassOf(const DocumentSummary& summary) {
+  if (summary.errors != 0 || !summary.failure.empty()) return "verdict bad";
+  return summary.warnings != 0 || summary.arrived != summary.expected ? "verdict odd" : "verdict";
 }
 
 std::string problemCountsOf(const DocumentSummary& summary) {

@@ -80,6 +80,8 @@ DocumentSummary summaryOf(const ReadDocument& document, std::size_t number);
 
 /// "all 4 controls arrived" and the like.
 std::string verdictOf(const DocumentSummary& summary);
+/// The class of the element that holds it.
+const char* verdictClassOf(const DocumentSummary& summary);
 /// "2 errors, 1 warning"; empty where there is neither.
 std::string problemCountsOf(const DocumentSummary& summary);
 

@@ -15,11 +15,6 @@ namespace {
 constexpr std::size_t kOpenLinks = 12;  // a longer list is folded
 constexpr std::size_t kEndOfList = 500;
 
-const char* verdictClass(const DocumentSummary& summary) {
-  if (summary.errors != 0 || !summary.failure.empty()) return "verdict bad";
-  return summary.warnings != 0 || summary.arrived != summary.expected ? "verdict odd" : "verdict";
-}
-
 class HeadWriter {
  public:
   HeadWriter(std::string& out, const PageContents& contents, std::size_t room)
@@ -60,7 +55,7 @@ class HeadWriter {
   void writeSummary() {
     const DocumentSummary& total = contents_.total;
     html_.begin("div").attribute("class", "summary");
-    html_.begin("p").attribute("class", verdictClass(total)).text(verdictOf(total)).end("p");
+    html_.begin("p").attribute("class", verdictClassOf(total)).text(verdictOf(total)).end("p");
     std::string counts = problemCountsOf(total);
     if (!contents_.isAlone && contents_.failed != 0) {
       counts += (counts.empty() ? "" : "; ") +

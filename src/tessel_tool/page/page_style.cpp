@@ -38,7 +38,7 @@ header {
   display: grid; grid-template-columns: fit-content(22rem) 1fr; gap: 1.5rem 3.5rem;
   padding-bottom: 2rem; border-bottom: 1px solid var(--rule);
 }
-h1, .contents { grid-column: 1 / -1; }
+h1, .contents ~ .problems { grid-column: 1 / -1; }
 nav { min-width: 0; font-size: .925rem; }
 .verdict { display: flex; gap: .6em; align-items: baseline; font-size: 1.15rem; font-weight: 600; }
 .verdict::before { content: "\2713"; color: var(--good); }
