@@ -13,7 +13,6 @@
 #include "page/html_writer.hpp"
 #include "problem_report.hpp"
 #include "reference_host/diagnosis/document_check.hpp"
-#include "reference_host/fl/utf16.hpp"
 #include "reference_host/json/parse.hpp"
 #include "reference_host/json/text_places.hpp"
 #include "reference_host/logging/log_capture.hpp"
@@ -23,7 +22,6 @@ namespace tessel_tool {
 
 using reference_host::diagnosis::Code;
 using reference_host::diagnosis::Knowledge;
-using reference_host::i18n::ustringToUtf8;
 using reference_host::importer::OnError;
 using reference_host::logging::LogCapture;
 using Object = ReadDocument::Object;
