@@ -43,7 +43,8 @@ std::string_view shownCharacter(std::string_view character) {
   }
   const bool invisible = code < 0xA0U || (code >= 0x200BU && code <= 0x200FU) ||
                          (code >= 0x2028U && code <= 0x202EU) ||
-                         (code >= 0x2060U && code <= 0x2069U) || code == 0xFEFFU;
+                         (code >= 0x2060U && code <= 0x2069U) || code == 0xFEFFU ||
+                         (code >= 0xFDD0U && code <= 0xFDEFU) || (code & 0xFFFEU) == 0xFFFEU;
   return invisible ? kReplacement : character;
 }
 

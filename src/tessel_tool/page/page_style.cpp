@@ -190,6 +190,8 @@ summary::-webkit-details-marker { display: none; }
   .line, .excerpt { overflow: visible; }
   .line > code { display: block; width: auto; white-space: pre-wrap; overflow-wrap: anywhere; }
   .excerpt { white-space: pre-wrap; overflow-wrap: anywhere; }
+  .control, .control label { flex-wrap: wrap; }
+  .control, .control :is(label, select, input) { min-width: 0; max-width: 100%; }
   .problem, .task, .control { border-color: currentColor; print-color-adjust: exact; }
   nav a { color: inherit; }
 }
