@@ -45,6 +45,10 @@ const Value::Array* arrayAt(const Value& holder, const std::string& name) {
   return member == nullptr ? nullptr : member->get_if<Value::Array>();
 }
 
+bool isNoArray(const Value& holder, const std::string& name) {
+  return find_member(holder, name) != nullptr && arrayAt(holder, name) == nullptr;
+}
+
 std::string written(double number) {
   std::string text;
   json::appendNumber(text, number);
@@ -128,12 +132,14 @@ class Lints {
     const Value::Array* items = arrayAt(data, kItems);
     const Value::Array* labels = arrayAt(data, kItemLabels);
     if (value == nullptr || (items == nullptr && labels == nullptr)) return;
+    // What cannot be read may be what is meant.
+    if (isNoArray(data, kItems) || isNoArray(data, kItemLabels)) return;
     std::vector<Path> judgedBy;
     if (items != nullptr) {
       judgedBy.push_back(inData(kItems));
       for (const Value& item : *items) {
         for (const std::string* text : {textAt(item, kValue), textAt(item, kLabel)}) {
-          if (text != nullptr && *text == *value) return;
+          if (text == nullptr || *text == *value) return;
         }
       }
     }
@@ -141,7 +147,7 @@ class Lints {
       judgedBy.push_back(inData(kItemLabels));
       for (const Value& label : *labels) {
         const auto* text = label.get_if<std::string>();
-        if (text != nullptr && *text == *value) return;
+        if (text == nullptr || *text == *value) return;
       }
     }
     add(inData(kDefaultValue), "is not among the items", std::move(judgedBy));

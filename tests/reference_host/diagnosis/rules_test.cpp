@@ -119,6 +119,11 @@ TEST(LintsTest, UnlikelyValuesAreTold) {
           "defaultValue": "d"}}})",
        {"/context/data/defaultValue is not among the items"}},
       {comboBox + R"("defaultValue": "d"}}})", {}},
+      // What cannot be read may be what is meant.
+      {comboBox + R"("items": ["d"], "defaultValue": "d"}}})", {}},
+      {comboBox + R"("items": {}, "itemLabels": ["c"], "defaultValue": "d"}}})", {}},
+      {comboBox + R"("items": [], "itemLabels": {}, "defaultValue": "d"}}})", {}},
+      {comboBox + R"("items": [], "itemLabels": [1], "defaultValue": "d"}}})", {}},
   };
   const Knowledge knowledge(test_support::allBuilders(),
                             {"LumoControlNode", "comboBox", "button", "SpinnerControlNode"});
