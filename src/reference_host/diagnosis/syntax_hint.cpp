@@ -25,13 +25,25 @@ constexpr struct {
     {"unknown escape in a string", R"(write \\ for a backslash)"},
     {"unicode escape without four hexadecimal digits", R"(write \\ for a backslash)"},
     {"number with a plus sign", "take out the plus sign"},
-    {"number with a leading zero", "take out the zero, or put a text in double quotes"},
     {"number without digits before its decimal point", "write 0 before the point"},
     {"number without digits after its decimal point", "write 0 behind the point"},
 };
 
 constexpr const char* kMissingQuote =
     R"(the text before it has ended: write \" for a quote in a text, or a closing quote is missing)";
+
+constexpr const char* kSeveralValues =
+    "put several values in brackets, with commas between them: [..., ...]";
+
+constexpr const char* kMissingBracket = "a [ is missing before the first of the values";
+
+/// What people write for a comment, and its end where that is not the line's.
+constexpr struct {
+  std::string_view begin;
+  std::string_view end;
+} kComments[] = {{"/*", "*/"}, {"<!--", "-->"}, {"/", {}}, {"#", {}}, {"-- ", {}}};
+
+constexpr const char* kSpace = " \t\r\n";
 
 /// A longer word is not said again.
 constexpr std::size_t kLongestWord = 40;
@@ -56,10 +68,11 @@ bool isTypographicQuote(std::string_view rest) {
 class SyntaxHint {
  public:
   SyntaxHint(std::string_view text, const json::ParseError& error, std::size_t firstLine)
-      : text_(text), reason_(error.reason()), firstLine_(firstLine) {
+      : text_(text), reason_(error.reason()), firstLine_(firstLine), line_(error.line()) {
     goTo({error.line() - firstLine + 1, error.column()});
     here_ = characterAt(offset_);
-    before_ = characterAt(text.substr(0, offset_).find_last_not_of(" \t\r\n"));
+    before_ = lastBefore(offset_);
+    for (const Opening& opening : open_) brackets_ += opening.character;
   }
 
   std::optional<std::string> find() const {
@@ -70,7 +83,8 @@ class SyntaxHint {
     if (reason_ == "unclosed array") return hintForUnclosed("add the ]", "an array");
     if (reason_ == "unescaped control character in a string") return hintForControlCharacter();
     if (is("unknown literal")) return hintForWord();
-    if (here_ == '/' || here_ == '#') return "JSON has no comments: take it out";
+    if (is("number with a leading zero")) return hintForZeros();
+    if (auto hint = hintForComment()) return hint;
     if (here_ == '\'' || here_ == '`') return "put names and texts in double quotes";
     if (isTypographicQuote(text_.substr(offset_))) {
       return R"(put names and texts in straight double quotes: "...")";
@@ -89,9 +103,11 @@ class SyntaxHint {
   struct Opening {
     char character;
     TextPlace place;
+    std::size_t offset;
   };
 
-  /// Goes to a place, up to which there is no fault, and takes down what is open there.
+  /// Goes to a place, up to which there is no fault, and takes down what is open there, and what
+  /// was closed last.
   void goTo(const TextPlace& target) {
     TextPlace place;
     bool escaped = false;
@@ -105,9 +121,10 @@ class SyntaxHint {
       } else if (inText && character == '\\') {
         escaped = true;
       } else if (inText ? character == '"' : character == ']' || character == '}') {
+        closed_ = open_.back();
         open_.pop_back();
       } else if (!inText && (character == '"' || character == '[' || character == '{')) {
-        open_.push_back({character, place});
+        open_.push_back({character, place, offset_});
       }
       ++place.column;
       if (character == '\n') place = {place.line + 1, 1};
@@ -123,22 +140,51 @@ class SyntaxHint {
     return offset < text_.size() ? text_[offset] : '\0';
   }
 
+  /// The last character before an offset that is no space.
+  char lastBefore(std::size_t offset) const {
+    return characterAt(text_.substr(0, offset).find_last_not_of(kSpace));
+  }
+
+  /// Whether the text from an offset on closes all brackets that are open, and no other ones. What
+  /// holds for one repair holds for no other one that opens or closes more or fewer.
+  bool closes(std::string open, std::size_t offset) const {
+    bool inText = false;
+    for (; offset < text_.size(); ++offset) {
+      const char character = text_[offset];
+      if (inText) {
+        if (character == '\n') return false;
+        if (character == '\\') ++offset;
+        inText = character != '"';
+      } else if (character == '"') {
+        inText = true;
+      } else if (character == '[' || character == '{') {
+        open += character;
+      } else if (character == ']' || character == '}') {
+        if (open.empty() || (open.back() == '[') != (character == ']')) return false;
+        open.pop_back();
+      }
+    }
+    return open.empty() && !inText;
+  }
+
   std::string wordHere() const {
     const auto rest = text_.substr(offset_);
     const auto end = std::find_if_not(rest.begin(), rest.end(), isWordCharacter);
     return std::string(rest.begin(), end);
   }
 
-  std::string placeOfInnermost() const {
-    const TextPlace& place = open_.back().place;
-    return "begins at line " + std::to_string(firstLine_ + place.line - 1) + ", column " +
-           std::to_string(place.column);
+  std::string placeOf(const Opening& opening) const {
+    return "at " + lineAndColumn(opening.place, firstLine_);
   }
 
   std::string hintForInnermost() const {
-    return open_.back().character == '['
-               ? "the array that " + placeOfInnermost() + " has no ] yet"
-               : "the object that " + placeOfInnermost() + " has no } yet";
+    const bool isArray = open_.back().character == '[';
+    const std::string end = isArray ? " has no ] yet" : " has no } yet";
+    std::string hint = (isArray ? "the array that begins " : "the object that begins ") +
+                       placeOf(open_.back()) + end;
+    const bool hasMore = text_.find(open_.back().character, open_.back().offset + 1) < offset_;
+    if (hasMore) hint += isArray ? ", or an array in it has none" : ", or an object in it has none";
+    return hint;
   }
 
   std::string hintForUnclosed(const std::string& add, const std::string& another) const {
@@ -150,7 +196,7 @@ class SyntaxHint {
   std::optional<std::string> hintForControlCharacter() const {
     if (here_ == '\t') return R"(write \t for a tab)";
     if ((here_ != '\n' && here_ != '\r') || open_.empty()) return std::nullopt;
-    return "the text that " + placeOfInnermost() + " has no closing quote";
+    return "the text that begins " + placeOf(open_.back()) + " has no closing quote";
   }
 
   std::string hintForWord() const {
@@ -164,38 +210,126 @@ class SyntaxHint {
     return inQuotes("put a text in double quotes", word);
   }
 
+  std::string hintForZeros() const {
+    const auto rest = text_.substr(offset_);
+    const std::string_view word = rest.substr(0, rest.find_first_of(",]} \t\r\n"));
+    const auto number = word.size() > kLongestWord ? std::nullopt : numberIn(word);
+    if (!number) return "put a text in double quotes";
+    return "write " + *number + ", or " + quoted(word) + " for a text";
+  }
+
+  std::optional<std::string> hintForComment() const {
+    const auto rest = text_.substr(offset_);
+    for (const auto& [begin, end] : kComments) {
+      if (rest.substr(0, begin.size()) != begin) continue;
+      const auto comment = rest.substr(0, end.empty() ? 0 : rest.find(end));
+      const auto lines = std::count(comment.begin(), comment.end(), '\n');
+      const std::string hint = "JSON has no comments: take it out";
+      if (lines == 0 || comment.size() == rest.size()) return hint;
+      return hint + ", up to line " + std::to_string(line_ + static_cast<std::size_t>(lines));
+    }
+    return std::nullopt;
+  }
+
   static std::string inQuotes(const std::string& hint, const std::string& word) {
     return word.size() > kLongestWord ? hint : hint + ": " + quoted(word);
   }
 
   std::optional<std::string> hintForMore() const {
     if (here_ == '}' || here_ == ']') {
-      return std::string("there is one ") + here_ + " too many, here or before it";
+      return hintForSurplus();
     }
     if (here_ == ':') return "put members in braces: {...}";
     const bool isLast = text_.find_first_not_of(" \t\r\n", offset_ + 1) == std::string_view::npos;
     if (here_ == ',' && isLast) return "take out the comma";
-    return "put several values in brackets, with commas between them: [..., ...]";
+    return kSeveralValues;
+  }
+
+  std::string hintForSurplus() const {
+    return std::string("there is one ") + here_ + " too many, here or before it";
   }
 
   /// For a comma or the end of a container.
   std::optional<std::string> hintForSeparator() const {
-    const bool closes = here_ != ',';
-    if (closes && (here_ == ']') != (open_.back().character == '[')) return hintForInnermost();
+    const bool ends = here_ != ',';
+    if (is("expected a colon") && lacksBracket()) return kMissingBracket;
+    if (ends && (here_ == ']') != (open_.back().character == '[')) return hintForWrongEnd();
     if (is("expected a colon")) return "write a colon and a value behind the name";
-    if (before_ == ':') return "write a value before it";
-    if (before_ == ',') return closes ? "take out the comma before it" : "take out one comma";
+    if (before_ == ':') return valueFollows() ? "take out the comma" : "write a value before it";
+    if (before_ == ',') return ends ? "take out the comma before it" : "take out one comma";
     return "take it out";
   }
 
+  /// For the end of an object where an array is open, or the other way round.
+  std::string hintForWrongEnd() const {
+    const std::string around = brackets_.substr(0, brackets_.size() - 1);
+    if (closes(around, offset_ + 1)) {
+      return here_ == '}' ? "write ] instead of }" : "write } instead of ]";
+    }
+    return closes(brackets_, offset_ + 1) ? hintForSurplus() : hintForInnermost();
+  }
+
+  /// Whether behind the comma in place of a value there is one, and no other member.
+  bool valueFollows() const {
+    const std::size_t next = text_.find_first_not_of(kSpace, offset_ + 1);
+    if (characterAt(next) != '"')
+      return std::string_view("{[-0123456789").find(characterAt(next)) != std::string_view::npos;
+    std::size_t end = next + 1;
+    while (end < text_.size() && text_[end] != '"') end += text_[end] == '\\' ? 2 : 1;
+    const char behind = characterAt(text_.find_first_not_of(kSpace, end + 1));
+    return behind == ',' || behind == '}';
+  }
+
+  /// Whether a [ before makes the text behind right where an object is open.
+  bool lacksBracket() const { return brackets_.back() == '{' && closes(brackets_ + '[', offset_); }
+
   std::optional<std::string> hintForName() const {
-    if (here_ == '{' || here_ == '[') return hintForInnermost();
+    if (here_ == '{' || here_ == '[') return hintForElement();
+    if (before_ == ',' && lacksBracket()) return kMissingBracket;
     if (isDigit(here_) && offset_ >= 2 && text_[offset_ - 1] == ',' &&
         isDigit(text_[offset_ - 2])) {
       return "write a decimal point, not a comma";
     }
     if (!isWordCharacter(here_)) return std::nullopt;
     return inQuotes("put the name in double quotes", wordHere());
+  }
+
+  /// For an array or an object where a member's name has to stand.
+  std::optional<std::string> hintForElement() const {
+    if (before_ != ',') return std::nullopt;
+    const std::size_t comma = text_.rfind(',', offset_ - 1);
+    const char last = lastBefore(comma);
+    const bool isSecond = last == '}' || last == ']';
+    if (isSecond && lacksBracket()) {
+      return std::string("a [ is missing before the ") + closed_.character + ' ' + placeOf(closed_);
+    }
+    if (!closes(brackets_, offset_)) return hintForInnermost();
+    if (isSecond) return kSeveralValues;
+    return std::nullopt;
+  }
+
+  /// For a colon behind a value.
+  std::optional<std::string> hintForMembers() const {
+    if (before_ != '"') return std::nullopt;
+    if (closes(brackets_ + '{', offset_)) {
+      const auto rest = text_.substr(closed_.offset, offset_ - closed_.offset);
+      const auto name = rest.substr(0, rest.find_last_of('"') + 1);
+      return "a { is missing before " +
+             (name.size() > kLongestWord ? "the name" : std::string(name));
+    }
+    if (brackets_.back() != '[') return std::nullopt;
+    const std::string around = brackets_.substr(0, brackets_.size() - 1);
+    const bool isFirst = lastBefore(closed_.offset) == '[';
+    if (closes(brackets_, offset_)) {
+      return isFirst ? "put members in braces, not in brackets: {...}"
+                     : "put members in braces: {...}";
+    }
+    if (isFirst && closes(around + '{', offset_)) {
+      return "write { instead of [ " + placeOf(open_.back());
+    }
+    const bool isInObject = !around.empty() && around.back() == '{';
+    if (!isFirst && isInObject && closes(around, offset_)) return hintForInnermost();
+    return std::nullopt;
   }
 
   std::optional<std::string> hintForColon() const {
@@ -205,11 +339,7 @@ class SyntaxHint {
   }
 
   std::optional<std::string> hintForNext() const {
-    const bool inArray = open_.back().character == '[';
-    if (here_ == ':') {
-      if (!inArray) return std::nullopt;
-      return hintForInnermost() + ", or it has to be an object: {...}";
-    }
+    if (here_ == ':') return hintForMembers();
     if (here_ == ';') return "write a comma instead";
     const char last = text_[offset_ - 1];
     if (isWordCharacter(here_) && last == '"') return kMissingQuote;
@@ -221,9 +351,12 @@ class SyntaxHint {
   std::string_view reason_;
   std::size_t firstLine_;
   std::size_t offset_ = 0;
+  std::size_t line_;
   std::vector<Opening> open_;
-  char here_ = '\0';    // where the text is refused
-  char before_ = '\0';  // before that, and before space
+  std::string brackets_;  // those that are open
+  Opening closed_{};      // the last that was
+  char here_ = '\0';      // where the text is refused
+  char before_ = '\0';    // before that, and before space
 };
 
 }  // namespace

@@ -41,12 +41,13 @@ std::string asCommonWords(std::string_view word) {
   return words;
 }
 
+bool isDigit(std::string_view text, std::size_t index) {
+  return index < text.size() && std::isdigit(static_cast<unsigned char>(text[index])) != 0;
+}
+
 /// Whether a text is a number that a document can hold.
 bool isNumber(std::string_view text) {
-  if (text.empty() ||
-      (text.front() != '-' && std::isdigit(static_cast<unsigned char>(text.front())) == 0)) {
-    return false;
-  }
+  if (text.substr(0, 1) != "-" && !isDigit(text, 0)) return false;
   const json::NumberScan scan = json::scanNumber(text);
   return scan.fault == nullptr && scan.length == text.size() && json::nearestDouble(text);
 }
@@ -134,7 +135,8 @@ std::optional<std::string> correction(const Value& held, const std::string& want
   }
   if (wanted == "double" && text != nullptr) {
     if (isNumber(*text)) return "write it without quotes: " + *text;
-    return "write a number, without quotes";
+    const auto meant = numberIn(*text);
+    return "write a number, without quotes" + (meant ? ": " + *meant : "");
   }
   if (wanted == "bool" && text != nullptr) {
     if (lowered(*text) == "true" || lowered(*text) == "false") {
@@ -155,6 +157,28 @@ std::string correctionOr(const Value& held, const std::string& wanted) {
   return "write " + (wanted == "string" ? "a text" : wantedWords(wanted));
 }
 
+std::optional<std::string> numberIn(std::string_view text) {
+  constexpr const char* kSpace = " \t\r\n";
+  constexpr std::size_t kThousand = 3;
+  text.remove_prefix(std::min(text.find_first_not_of(kSpace), text.size()));
+  text = text.substr(0, text.find_last_not_of(kSpace) + 1);
+  std::string number = text.substr(0, 1) == "-" ? "-" : "";
+  if (!number.empty() || text.substr(0, 1) == "+") text.remove_prefix(1);
+  const bool hasWhole = isDigit(text, 0);
+  if (!hasWhole && !isDigit(text, 1)) return std::nullopt;
+  text.remove_prefix(std::min(text.find_first_not_of('0'), text.size()));
+  const bool isSmall = !isDigit(text, 0);
+  if (isSmall) number += '0';
+  number += text;
+  const std::size_t comma = number.find(',');
+  // Before three digits it may stand between thousands.
+  if (comma != std::string::npos && (isSmall || number.size() - comma - 1 != kThousand)) {
+    number[comma] = '.';
+  }
+  if (hasWhole && number.back() == '.') number.pop_back();
+  return isNumber(number) ? std::optional(number) : std::nullopt;
+}
+
 std::string listed(const std::vector<std::string>& names, std::size_t most) {
   std::string list;
   for (std::size_t index = 0; index != names.size(); ++index) {
@@ -163,6 +187,21 @@ std::string listed(const std::vector<std::string>& names, std::size_t most) {
     list += quoted(names[index]);
   }
   return list;
+}
+
+std::string anyOf(const std::vector<std::string>& names) {
+  if (names.size() == 1) return quoted(names.front());
+  return listed({names.begin(), names.end() - 1}) + " or " + quoted(names.back());
+}
+
+std::string orAnother(const std::string& what, const std::vector<std::string>& words) {
+  if (words.size() == 1) return {};
+  return ", or another " + what + ": " + listed({words.begin() + 1, words.end()});
+}
+
+std::string lineAndColumn(const json::TextPlace& place, std::size_t firstLine) {
+  return "line " + std::to_string(firstLine + place.line - 1) + ", column " +
+         std::to_string(place.column);
 }
 
 std::string quoted(std::string_view name) {

@@ -14,6 +14,7 @@
 #include "reference_host/diagnosis/knowledge.hpp"
 #include "reference_host/diagnosis/path.hpp"
 #include "reference_host/importer/importer.hpp"
+#include "reference_host/json/text_places.hpp"
 
 namespace reference_host::diagnosis {
 
@@ -40,6 +41,9 @@ std::optional<std::string> correction(const foundation::json::Value& held,
                                       const std::string& wanted);
 /// The same, or else that some value of the wanted type is to be written.
 std::string correctionOr(const foundation::json::Value& held, const std::string& wanted);
+/// The number that a text is meant as, as JSON has it: "0.05" for "0,05"; nothing where that is not
+/// sure.
+std::optional<std::string> numberIn(std::string_view text);
 /// An example of a type's values as JSON.
 std::string exampleOf(const std::string& type);
 
@@ -48,7 +52,15 @@ std::string quoted(std::string_view name);
 /// Such names with commas between them; for those beyond the most, dots.
 std::string listed(const std::vector<std::string>& names,
                    std::size_t most = static_cast<std::size_t>(-1));
-/// So many names a hint lists where any may be meant.
+/// `"a", "b" or "c"`.
+std::string anyOf(const std::vector<std::string>& names);
+/// What may stand in place of the first word: `, or another type: "b", "c"`; empty for one word.
+std::string orAnother(const std::string& what, const std::vector<std::string>& words);
+/// "line 2, column 7".
+/// @param firstLine where in the input the text begins in which the place was counted.
+TESSEL_HOST_API std::string lineAndColumn(const json::TextPlace& place, std::size_t firstLine);
+
+/// So many members an example has.
 inline constexpr std::size_t kMostNames = 6;
 
 /// With what the class names of controls end.
