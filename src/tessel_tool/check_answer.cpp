@@ -7,6 +7,7 @@
 
 #include "console.hpp"
 #include "located_error.hpp"
+#include "reference_host/diagnosis/wording.hpp"
 #include "reference_host/json/parse.hpp"
 #include "reference_host/json/pointer.hpp"
 #include "reference_host/json/text_writer.hpp"
@@ -24,7 +25,7 @@ using reference_host::json::JsonWriter;
 
 /// The members that a later one of their object replaces.
 std::vector<PlacedProblem> duplicatesIn(const Knowledge& knowledge, const Value& value,
-                                        std::string_view text) {
+                                        std::string_view text, std::size_t firstLine) {
   std::vector<PlacedProblem> found;
   for (const auto& duplicate : reference_host::json::findDuplicates(text)) {
     std::string name;
@@ -33,7 +34,8 @@ std::vector<PlacedProblem> duplicatesIn(const Knowledge& knowledge, const Value&
                     offeredAround(knowledge, value, duplicate.pointer),
                     duplicate.pointer,
                     name + " is there again further on, and the last one holds",
-                    "remove one of them",
+                    "remove one of them; the next is at " +
+                        reference_host::diagnosis::lineAndColumn(duplicate.next.begin, firstLine),
                     {},
                     {},
                     {},
@@ -70,7 +72,7 @@ void check(CheckAnswer& answer, const Knowledge& knowledge, Warnings warnings,
   try {
     const Value value = answer.document.parse();
     const std::string_view text = answer.document.content();
-    auto result = checkDocument(knowledge, value, text, warnings, objects);
+    auto result = checkDocument(knowledge, value, text, warnings, answer.document.line, objects);
     answer.objects = result.objects;
     answer.claimed = result.claimed;
     if (objects == nullptr) {
@@ -81,7 +83,7 @@ void check(CheckAnswer& answer, const Knowledge& knowledge, Warnings warnings,
       objects->place(places, text);
     }
     if (warnings == Warnings::kYes && answer.document.duplicates.count != 0) {
-      for (PlacedProblem& duplicate : duplicatesIn(knowledge, value, text)) {
+      for (PlacedProblem& duplicate : duplicatesIn(knowledge, value, text, answer.document.line)) {
         answer.problems.push_back(std::move(duplicate));
       }
       sortByPlace(answer.problems);

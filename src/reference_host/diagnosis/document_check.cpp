@@ -74,11 +74,12 @@ document::gxzero::Node nodeOf(const NamedBuilder& builder, const gx::zero::Model
 class DocumentCheck {
  public:
   DocumentCheck(const Knowledge& knowledge, const Value& document, std::string_view text,
-                Warnings warnings, ImportObserver* observer)
+                Warnings warnings, std::size_t firstLine, ImportObserver* observer)
       : knowledge_(knowledge),
         document_(document),
         text_(text),
         warns_(warnings == Warnings::kYes),
+        firstLine_(firstLine),
         model_(gx::zero::Model::create()),
         observer_(observer) {}
 
@@ -194,7 +195,8 @@ class DocumentCheck {
            pointer,
            members[index],
            nameOfObject(knowledge_, builder, *object) + ": another control has this id",
-           "write another one; the first is at " + controls[first].second,
+           "write another one; the first is at " +
+               lineAndColumn(places[first].value.begin, firstLine_),
            builder->name(),
            {},
            {}});
@@ -333,6 +335,7 @@ class DocumentCheck {
   const Value& document_;
   std::string_view text_;
   bool warns_;
+  std::size_t firstLine_;
   gx::zero::Model model_;
   ImportObserver* observer_;
   struct Holder {
@@ -353,8 +356,9 @@ class DocumentCheck {
 }  // namespace
 
 DocumentProblems checkDocument(const Knowledge& knowledge, const Value& document,
-                               std::string_view text, Warnings warnings, ImportObserver* observer) {
-  return DocumentCheck(knowledge, document, text, warnings, observer).run();
+                               std::string_view text, Warnings warnings, std::size_t firstLine,
+                               ImportObserver* observer) {
+  return DocumentCheck(knowledge, document, text, warnings, firstLine, observer).run();
 }
 
 std::string offeredAround(const Knowledge& knowledge, const Value& document,

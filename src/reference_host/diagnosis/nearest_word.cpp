@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <numeric>
 #include <utility>
 
@@ -110,36 +111,52 @@ std::string lowered(std::string_view word) {
   return small;
 }
 
-std::string relatedWord(std::string_view word, const std::vector<std::string>& candidates) {
-  std::string more;
-  std::string less;
+std::vector<std::string> relatedWords(std::string_view word,
+                                      const std::vector<std::string>& candidates) {
+  std::vector<std::string> more;
+  std::vector<std::string> less;
   for (const std::string& candidate : candidates) {
     if (candidate == word) continue;
     if (hasWordsOf(candidate, word)) {
-      if (more.empty() || candidate.size() < more.size()) more = candidate;
-    } else if (hasWordsOf(word, candidate) && candidate.size() > less.size()) {
-      less = candidate;
+      more.push_back(candidate);
+    } else if (hasWordsOf(word, candidate)) {
+      less.push_back(candidate);
     }
   }
-  return more.empty() ? less : more;
+  const std::vector<std::string>& all = more.empty() ? less : more;
+  std::vector<std::string> related;
+  std::copy_if(all.begin(), all.end(), std::back_inserter(related), [&](const std::string& one) {
+    return std::none_of(all.begin(), all.end(), [&](const std::string& other) {
+      if (more.empty()) return other.size() > one.size();
+      return other.size() < one.size() && hasWordsOf(one, other);
+    });
+  });
+  return related;
 }
 
-std::string nearestWord(std::string_view word, const std::vector<std::string>& candidates) {
+std::vector<std::string> nearestWords(std::string_view word,
+                                      const std::vector<std::string>& candidates) {
   const std::string letters = withoutSeparators(word);
-  const std::string* best = nullptr;
+  std::vector<std::string> nearest;
   const std::size_t length = countCharacters(word);
   std::size_t fewest = std::min(kMostEdits, length / 2);
   for (const std::string& candidate : candidates) {
     if (candidate == word) continue;
-    if (withoutSeparators(candidate) == letters) return candidate;
+    if (withoutSeparators(candidate) == letters) return {candidate};
     const std::size_t other = countCharacters(candidate);
     if (std::max(length, other) - std::min(length, other) > kMostEdits) continue;
     const std::size_t edits = editDistance(word, candidate);
-    if (edits > fewest || (best != nullptr && edits == fewest)) continue;
+    if (edits > fewest) continue;
+    if (edits < fewest) nearest.clear();
     fewest = edits;
-    best = &candidate;
+    nearest.push_back(candidate);
   }
-  return best == nullptr ? std::string() : *best;
+  return nearest;
+}
+
+std::string nearestWord(std::string_view word, const std::vector<std::string>& candidates) {
+  const std::vector<std::string> nearest = nearestWords(word, candidates);
+  return nearest.empty() ? std::string() : nearest.front();
 }
 
 }  // namespace reference_host::diagnosis

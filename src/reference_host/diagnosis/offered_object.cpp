@@ -16,6 +16,9 @@ using foundation::json::Value;
 
 namespace {
 
+/// A longer text is not said again.
+constexpr std::size_t kLongestText = 40;
+
 bool isMissing(const Culprit& culprit) {
   return culprit.held == traits<Undefined>::name;
 }
@@ -109,12 +112,26 @@ std::string hintForMissing(const Kind& kind, const Value& object, const Culprit&
   return hint;
 }
 
-/// The members of an object that is read at a place: `{"label": ..., "value": ...}`; empty if none.
-std::string shapeOfObject(const Kind& kind, const std::string& pattern) {
+/// An object that is read at a place: `{"label": "...", "value": "..."}`; empty if nothing is read
+/// of it.
+/// @param text put into the members, if they are texts and it is short; may be null.
+std::string exampleOfObject(const Kind& kind, const std::string& pattern,
+                            const std::string* text = nullptr) {
   const std::vector<std::string> names = membersOf(kind, pattern);
+  const auto wantedOf = [&](const std::string& name) {
+    std::string place = pattern;
+    appendToPattern(place, name);
+    return kind.places.at(place).wanted;
+  };
+  const bool repeats = text != nullptr && text->size() <= kLongestText &&
+                       std::all_of(names.begin(), names.end(), [&](const std::string& name) {
+                         return wantedOf(name) == traits<std::string>::name;
+                       });
   std::string members;
   for (std::size_t index = 0; index != std::min(names.size(), kMostNames); ++index) {
-    members += (members.empty() ? "" : ", ") + quoted(names[index]) + ": ...";
+    members += (members.empty() ? "" : ", ") + quoted(names[index]) + ": ";
+    const std::string wanted = wantedOf(names[index]);
+    members += repeats ? quoted(*text) : wanted.empty() ? "..." : exampleOf(wanted);
   }
   if (names.size() > kMostNames) members += ", ...";
   return members.empty() ? members : '{' + members + '}';
@@ -133,13 +150,14 @@ std::string hintForWrong(const OfferedObject& object, const Culprit& culprit) {
       object.knowledge.remedyFor(object.builder, object.value, culprit.place, object.words);
   std::string hint = correctionOr(held, culprit.wanted);
   if (culprit.wanted == traits<Value::Object>::name) {
-    const std::string shape = shapeOfObject(kind, pattern);
-    if (!shape.empty()) hint = "write an object: " + shape;
+    const std::string example = exampleOfObject(kind, pattern, held.get_if<std::string>());
+    if (!example.empty()) hint = "write an object: " + example;
   } else if (culprit.wanted == traits<Value::Array>::name) {
     const auto element = kind.places.find(pattern + "/*");
-    std::string shape = shapeOfObject(kind, pattern + "/*");
-    if (shape.empty() && element != kind.places.end()) shape = exampleOf(element->second.wanted);
-    if (!shape.empty()) hint = "write an array: [" + shape + ", ...]";
+    std::string example = exampleOfObject(kind, pattern + "/*");
+    if (example.empty() && element != kind.places.end())
+      example = exampleOf(element->second.wanted);
+    if (!example.empty()) hint = "write an array: [" + example + ", ...]";
   }
   if (!remedy.word.empty()) {
     return hint + ", or write " + quoted(remedy.wordKey) + ": " + quoted(remedy.word);
@@ -186,10 +204,10 @@ std::string hintForUnrecognised(const Knowledge& knowledge, const Value& object,
     return isMissing(culprit) ? add + exampleOf(culprit.wanted)
                               : correctionOr(*valueAt(object, culprit.place), culprit.wanted);
   }
-  const std::string list = "one of " + listed(words);
-  if (!isContext && !isMissing(culprit)) return "write " + list;
-  return (isMissing(culprit) ? add : "write ") + (isContext ? "{\"type\": T, ...}" : "T") +
-         ", where T is " + list;
+  if (!isContext && !isMissing(culprit)) return "write one of " + listed(words);
+  const std::string word = quoted(words.front());
+  return (isMissing(culprit) ? add : "write ") + (isContext ? "{\"type\": " + word + '}' : word) +
+         orAnother(culprit.place == classNamePlace() ? "class name" : "type", words);
 }
 
 }  // namespace

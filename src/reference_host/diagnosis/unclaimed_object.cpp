@@ -14,13 +14,13 @@ using Recognitions = std::vector<Recognition>;
 
 namespace {
 
-std::optional<std::string> hintForOwnClass(const std::string& word,
-                                           const Recognitions& recognitions) {
+/// The class that a word names, with or without "ControlNode"; null if there is none.
+const std::string* ownClassOf(const std::string& word, const Recognitions& recognitions) {
   for (const Recognition& recognition : recognitions) {
     if (recognition.type || bareClassName(recognition.className) != bareClassName(word)) continue;
-    return "write \"className\": " + quoted(recognition.className);
+    return &recognition.className;
   }
-  return std::nullopt;
+  return nullptr;
 }
 
 std::string hintForType(const std::string& className, const std::string& type,
@@ -28,9 +28,15 @@ std::string hintForType(const std::string& className, const std::string& type,
   const std::vector<std::string> types = typesOf(className, recognitions);
   const std::string meant = nearestWord(type, types);
   if (!meant.empty()) return "did you mean " + quoted(meant) + '?';
-  if (auto hint = hintForOwnClass(type, recognitions)) return *std::move(hint);
+  if (const std::string* own = ownClassOf(type, recognitions)) {
+    return "write \"className\": " + quoted(*own) + " instead of " + quoted(className) +
+           ", and take out \"type\"";
+  }
   std::vector<std::string> others = classNames(recognitions);
-  const auto isOfTypes = [&](const std::string& name) { return isGeneric(name, recognitions); };
+  const auto isOfTypes = [&](const std::string& name) {
+    return isGeneric(name, recognitions) ||
+           std::find(types.begin(), types.end(), name) != types.end();
+  };
   others.erase(std::remove_if(others.begin(), others.end(), isOfTypes), others.end());
   std::string hint = "known types: " + listed(types);
   if (!others.empty()) hint += "; other kinds have a class name of their own: " + listed(others);
@@ -46,7 +52,8 @@ std::optional<std::string> hintForClass(const std::string& className,
     return "write \"className\": " + quoted(recognition.className) +
            " with \"type\": " + quoted(*recognition.type) + " in \"context\"";
   }
-  return hintForOwnClass(className, recognitions);
+  const std::string* own = ownClassOf(className, recognitions);
+  return own == nullptr ? std::nullopt : std::optional("write \"className\": " + quoted(*own));
 }
 
 std::string hintForNoClass(const Value& object, const Recognitions& recognitions) {
@@ -59,14 +66,15 @@ std::string hintForNoClass(const Value& object, const Recognitions& recognitions
     const auto* text = member.get_if<std::string>();
     if (text == nullptr || !known.empty()) continue;
     const bool isClass = std::find(classes.begin(), classes.end(), *text) != classes.end();
-    if (isClass || hintForOwnClass(*text, recognitions) || !nearestWord(*text, classes).empty()) {
+    if (isClass || ownClassOf(*text, recognitions) != nullptr ||
+        !nearestWord(*text, classes).empty()) {
       known = name;
     }
   }
   std::string meant = nearestWord(kName, names);
   if (meant.empty()) meant = known;
   if (!meant.empty()) return "write " + quoted(kName) + " instead of " + quoted(meant);
-  return "add " + quoted(kName) + ": T, where T is one of " + listed(classes);
+  return "add " + quoted(kName) + ": " + quoted(classes.front()) + orAnother("class name", classes);
 }
 
 }  // namespace

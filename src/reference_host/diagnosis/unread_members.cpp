@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cstddef>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "reference_host/diagnosis/attempt.hpp"
 #include "reference_host/diagnosis/nearest_word.hpp"
@@ -21,6 +23,23 @@ namespace {
 
 /// So many members are tried one by one.
 constexpr std::size_t kMostTrials = 100;
+
+/// So many names are listed of those that can be added.
+constexpr std::size_t kMostToAdd = 12;
+
+constexpr const char* kTakeOut = "take it out";
+
+/// Whether a member is named like a comment, or has a name that is commented out.
+bool isLikeComment(std::string_view name) {
+  if (name.substr(0, 1) == "#" || name.substr(0, 2) == "//") return true;
+  const std::string word =
+      lowered(name.substr(std::min(name.find_first_not_of("_$"), name.size())));
+  return word == "comment" || word == "comments";
+}
+
+std::string didYouMean(const std::vector<std::string>& words, const std::string& where = {}) {
+  return "did you mean " + anyOf(words) + where + '?';
+}
 
 /// Finds the members of an object that make no difference.
 class UnreadSearch {
@@ -148,50 +167,65 @@ class UnreadSearch {
     return std::nullopt;
   }
 
-  std::optional<std::string> hintForUnknown(const Path& place) const {
+  std::string hintForUnknown(const Path& place) const {
     const std::string& name = *std::get_if<std::string>(&place.back());
+    if (isLikeComment(name)) return kTakeOut;
     const std::string holder = patternOf(parentOf(place));
     std::vector<std::string> free;
     for (const std::string& member : kind_.membersOf(holder)) {
       if (valueAt(control_.value, childOf(parentOf(place), member)) == nullptr)
         free.push_back(member);
     }
-    std::string meant = nearestWord(name, free);
-    if (!meant.empty()) return "did you mean " + quoted(meant) + '?';
+    std::vector<std::string> meant = nearestWords(name, free);
+    if (!meant.empty()) return didYouMean(meant);
     const std::vector<std::string> holders = kind_.holdersOf(name);
-    if (!holders.empty()) return quoted(name) + " belongs in " + nameOfHolder(holders.front());
-    meant = relatedWord(name, free);
-    if (meant.empty() && free.size() == 1) meant = missingFor(place, free.front());
-    if (!meant.empty()) return "did you mean " + quoted(meant) + '?';
+    if (!holders.empty()) return hintForStray(name, holders.front());
+    meant = relatedWords(name, free);
+    if (meant.empty() && free.size() == 1 && isMissing(free.front(), place)) meant = free;
+    if (!meant.empty()) return didYouMean(meant);
     // It may be a misspelling of what belongs elsewhere.
-    std::vector<std::string> names;
+    std::set<std::string> names;
     for (const auto& [pattern, known] : kind_.places) {
       const std::size_t slash = pattern.rfind('/');
       if (pattern.substr(0, slash) == holder) continue;
-      names.push_back(json::nameOf(std::string_view(pattern).substr(slash + 1)));
+      names.insert(json::nameOf(std::string_view(pattern).substr(slash + 1)));
     }
-    meant = nearestWord(name, names);
-    if (meant.empty()) meant = relatedWord(name, names);
-    for (const std::string& other : kind_.holdersOf(meant)) {
-      if (other != holder)
-        return "did you mean " + quoted(meant) + " in " + nameOfHolder(other) + '?';
+    meant = nearestWords(name, {names.begin(), names.end()});
+    if (meant.empty()) meant = relatedWords(name, {names.begin(), names.end()});
+    if (meant.size() == 1) {
+      for (const std::string& other : kind_.holdersOf(meant.front())) {
+        if (other != holder) return didYouMean(meant, " in " + nameOfHolder(other));
+      }
     }
-    if (free.empty()) return std::nullopt;
-    return "what can be added here: " + listed(free, kMostNames);
+    if (free.empty()) return kTakeOut;
+    // Those first that hold what it holds.
+    const std::string type = typeNameOf(valueAt(control_.value, place));
+    std::stable_partition(free.begin(), free.end(), [&](const std::string& member) {
+      return kind_.places.at(patternOf(childOf(parentOf(place), member))).wanted == type;
+    });
+    return "what can be added here: " + listed(free, kMostToAdd);
   }
 
-  /// The only member that is missing, if it is required and there is one unknown member beside it,
-  /// of its type; else empty.
-  std::string missingFor(const Path& place, const std::string& member) const {
+  /// For a member that is known in another object.
+  std::string hintForStray(const std::string& name, const std::string& holder) const {
+    std::string other = holder;
+    appendToPattern(other, name);
+    const bool isThere =
+        other.find('*') == std::string::npos && valueAt(control_.value, pathOf(other)) != nullptr;
+    if (!isThere) return quoted(name) + " belongs in " + nameOfHolder(holder);
+    return "take it out: there is one in " + nameOfHolder(holder) + " already";
+  }
+
+  /// Whether a member, the only one that is missing beside a place, is required, and what stands
+  /// there is unknown, alone in that, and of its type.
+  bool isMissing(const std::string& member, const Path& place) const {
     const Path holder = parentOf(place);
     const bool isAlone = std::all_of(unread_.begin(), unread_.end(), [&](const Path& other) {
       return other == place || parentOf(other) != holder || kind_.reads(patternOf(other));
     });
     const Value* required = valueAt(corrected_, childOf(holder, member));
-    const bool isAlike =
-        required != nullptr &&
-        typeNameOf(required) == std::string(typeNameOf(valueAt(control_.value, place)));
-    return isAlone && isAlike ? member : std::string();
+    return isAlone && required != nullptr &&
+           typeNameOf(required) == std::string(typeNameOf(valueAt(control_.value, place)));
   }
 
   void ignored(const Path& place, const std::string& what, std::optional<std::string> hint) {

@@ -315,7 +315,7 @@ class DuplicateFinder {
     const TextRange range = rangeOf();
     const auto [member, isNew] = object.keys.try_emplace(object.token, range);
     if (isNew) return;
-    found_.push_back({object.token, pointer(), std::exchange(member->second, range)});
+    found_.push_back({object.token, pointer(), std::exchange(member->second, range), range});
   }
   void element() { open_.back().token = std::to_string(open_.back().elements++); }
 

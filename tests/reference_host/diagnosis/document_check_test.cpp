@@ -62,6 +62,10 @@ TEST(DocumentCheckTest, Hints) {
   const std::string types = listOf(contract::isGeneric);
   const std::string ownClasses =
       listOf([](const contract::Kind& kind) { return kind.rule != contract::Rule::kTypeWord; });
+  const std::string otherClasses =
+      listOf([](const contract::Kind& kind) { return !contract::isGeneric(kind); });
+  ASSERT_EQ(types.substr(0, 10), R"("button", )");
+  const std::string otherTypes = types.substr(10);
   const struct {
     const char* document;
     std::vector<std::string> said;
@@ -94,7 +98,10 @@ TEST(DocumentCheckTest, Hints) {
            {"valueType": "Double", "defaultValue": "2", "defaultValueLinkedVariable": "a"}}})",
        {"ignored-member /context/data/defaultValue: write it without quotes: 2"}},
       {R"({"className": "LumoControlNode", "context": {"type": "spinner"}})",
-       {R"(unknown-type /context/type: write "className": "SpinnerControlNode")"}},
+       {R"(unknown-type /context/type: write "className": "SpinnerControlNode" instead of )"
+        R"("LumoControlNode", and take out "type")"}},
+      {R"({"className": "SpinnerControlNode", "context": {"type": "spinner", "data": {}}})",
+       {"unknown-member /context/type: take it out"}},
       {R"({"className": "SliderControlNode"})",
        {R"(unknown-class /className: write "className": "LumoControlNode" with "type": )"
         R"("slider" in "context")"}},
@@ -104,14 +111,14 @@ TEST(DocumentCheckTest, Hints) {
        {"unknown-class /className: known class names: \"LumoControlNode\", " + ownClasses}},
       {R"({"className": "LumoControlNode", "context": {"type": "dial"}})",
        {"unknown-type /context/type: known types: " + types +
-        "; other kinds have a class name of their own: " + ownClasses}},
+        "; other kinds have a class name of their own: " + otherClasses}},
       {R"({"className": "LumoControlNode", "context": {"type": 7}})",
        {"cannot-tell /context/type: write one of " + types}},
       {R"([{"classname": "Dial", "controlId": "a"}, {"class": "Spinner", "controlId": "a"}])",
        {R"(unknown-class /0: write "className" instead of "classname")",
         R"(unknown-class /1: write "className" instead of "class")"}},
       {R"({"controlId": "a"})",
-       {R"(unknown-class : add "className": T, where T is one of "LumoControlNode", )" +
+       {R"(unknown-class : add "className": "LumoControlNode", or another class name: )" +
         ownClasses}},
       {R"([{"className": "LumoControlNode", "Context": {}},
            {"className": "LumoControlNode", "type": "slider", "data": {}},
@@ -120,7 +127,13 @@ TEST(DocumentCheckTest, Hints) {
         R"(cannot-tell /1/context: "type" and "data" belong in "context")",
         R"(cannot-tell /2/context/type: move "type" into "context")"}},
       {R"({"className": "LumoControlNode"})",
-       {R"(cannot-tell /context: add "context": {"type": T, ...}, where T is one of )" + types}},
+       {R"(cannot-tell /context: add "context": {"type": "button"}, or another type: )" +
+        otherTypes}},
+      {R"({"className": "SpinnerControlNode", "context": {"text": "a", "data": {"text": "b"}}})",
+       {R"(unknown-member /context/text: take it out: there is one in "context"."data" already)"}},
+      {R"({"className": "LumoControlNode", "context": {"type": "comboBox", "data":
+           {"items": ["mean", {"label": "Mode", "value": "mode"}], "defaultValue": "mean"}}})",
+       {R"(wrong-type /context/data/items/0: write an object: {"label": "mean", "value": "mean"})"}},
       {R"([{"className": "FileBrowserControlNode", "context": {"data": {"browserType": null}}},
            {"className": "SpinnerControlNode", "context": {"data": {"step": true}}}])",
        {"wrong-type /0/context/data/browserType: write a text",
@@ -131,18 +144,25 @@ TEST(DocumentCheckTest, Hints) {
         R"(put it in quotes: "2.5", or write "valueType": "Double")"}},
       {R"({"className": "LumoControlNode", "context": {"type": "comboBox",
            "data": {"items": "a;b", "itemLabels": null}}})",
-       {R"(wrong-type /context/data/items: write an array: [{"label": ..., "value": ...}, ...])",
+       {R"(wrong-type /context/data/items: write an array: [{"label": "...", "value": "..."}, ...])",
         R"(wrong-type /context/data/itemLabels: write an array: ["...", ...], or leave it out)"}},
       {R"({"className": "LumoControlNode", "context": {"type": "comboBox",
            "data": {"items": [{"label": "a", "item": "b"}]}}})",
        {R"(missing-member /context/data/items/0/value: add "value": "...")",
         R"(unknown-member /context/data/items/0/item: did you mean "value"?)"}},
       {R"({"className": "SpinnerControlNode", "min": 1, "context": {"data": {"max": 2, "hue": 3}}})",
-       {R"(unknown-member /context/data/hue: what can be added here: "defaultValue", )"
-        R"("defaultValueLinkedVariable", "executionModel", "executionOn", "maxLinkedVariable", )"
-        R"("maximum", ...)",
+       {R"(unknown-member /context/data/hue: what can be added here: "defaultValue", "maximum", )"
+        R"("minimum", "step", "defaultValueLinkedVariable", "executionModel", "executionOn", )"
+        R"("maxLinkedVariable", "minLinkedVariable", "stepLinkedVariable", "text")",
         R"(unknown-member /context/data/max: did you mean "maximum"?)",
         R"(unknown-member /min: did you mean "minimum" in "context"."data"?)"}},
+      {R"({"className": "SpinnerControlNode", "context": {"data":
+           {"linkedVariable": "a", "mxnimum": 1, "// maximum": 2, "comment": "b"}}})",
+       {"unknown-member /context/data/~1~1 maximum: take it out",
+        "unknown-member /context/data/comment: take it out",
+        R"(unknown-member /context/data/linkedVariable: did you mean "defaultValueLinkedVariable", )"
+        R"("maxLinkedVariable", "minLinkedVariable" or "stepLinkedVariable"?)",
+        R"(unknown-member /context/data/mxnimum: did you mean "minimum"?)"}},
       {R"({"className": "LumoControlNode", "context": {"type": "comboBox", "data": {"items":
            [{"label": "a", "value": 1}, {"label": 2, "value": "b"}, {"label": "c", "value": 3}]}}})",
        {R"(wrong-type /context/data/items/0/value: put it in quotes: "1")",
@@ -159,10 +179,21 @@ TEST(DocumentCheckTest, Hints) {
       {R"({"z": {"className": "button", "controlId": "a"}, "y": {"className": "button",
            "controlId": "a"}, "x": {"className": "LumoAppIntegratedInlineNode", "controlId": "a"}})",
        {R"(unknown-member /x/controlId: what can be added here: "appIdentifier", "appState", )"
-        R"("appVariables", "appVariablesUserMap", "autorun", "collapsed", ...)",
-        "duplicate-id /y/controlId: write another one; the first is at /z"}},
-      {R"({"className": "SpinnerControlNode", "context": {"data": {"step": "1e400"}}})",
-       {"wrong-type /context/data/step: write a number, without quotes"}},
+        R"("appVariables", "appVariablesUserMap", "autorun", "collapsed", "executionModel", )"
+        R"("instanceId", "taskID", "text", "view", "numOfCodeLines")",
+        "duplicate-id /y/controlId: write another one; the first is at line 1, column 44"}},
+      {R"({"className": "SpinnerControlNode", "context": {"data": {"step": "1e400", "minimum": "0,05",
+           "maximum": " 48 ", "defaultValue": "1,000"}}})",
+       {"wrong-type /context/data/minimum: write a number, without quotes: 0.05",
+        "wrong-type /context/data/maximum: write a number, without quotes: 48",
+        "wrong-type /context/data/step: write a number, without quotes",
+        "wrong-type /context/data/defaultValue: write a number, without quotes"}},
+      {R"({"className": "SpinnerControlNode", "context": {"data": {"step": "-.5", "minimum": "007",
+           "maximum": "12 h", "defaultValue": "+5."}}})",
+       {"wrong-type /context/data/minimum: write a number, without quotes: 7",
+        "wrong-type /context/data/maximum: write a number, without quotes",
+        "wrong-type /context/data/step: write a number, without quotes: -0.5",
+        "wrong-type /context/data/defaultValue: write a number, without quotes: 5"}},
       {R"({"className": "LumoAppLineNode", "children": [{"className": 5}]})",
        {R"(wrong-type /children/0/className: write "LumoAppIntegratedInlineNode")"}},
       // Of a builder that nobody has told of.

@@ -8,6 +8,12 @@
 namespace reference_host::diagnosis {
 namespace {
 
+std::string joined(const std::vector<std::string>& words) {
+  std::string all;
+  for (const std::string& word : words) all += (all.empty() ? "" : " ") + word;
+  return all;
+}
+
 TEST(NearestWordTest, IsWhatMayBeMisspelt) {
   const struct {
     const char* description;
@@ -31,23 +37,35 @@ TEST(NearestWordTest, IsWhatMayBeMisspelt) {
       {"another case", "EXECUTIONMODEL", {"executionModel"}, "executionModel"},
       {"separators", "min_linked-variable ", {"minLinkedVariable"}, "minLinkedVariable"},
       {"case and separators go before edits", "MAX_VALUE", {"MAX_VALU", "maxValue"}, "maxValue"},
-      {"the nearest of several", "step", {"stop", "setup", "stepp", "steps"}, "stop"},
+      {"all of the nearest", "step", {"stop", "setup", "steeps", "steps"}, "stop steps"},
       {"fewer edits go before the order", "abcdef", {"abcdxx", "abcdex"}, "abcdex"},
       {"the word itself is passed over", "step", {"step", "stop"}, "stop"},
       {"no candidates", "step", {}, ""},
   };
   for (const auto& row : rows) {
-    EXPECT_EQ(nearestWord(row.word, row.candidates), row.nearest) << row.description;
+    const std::vector<std::string> words = nearestWords(row.word, row.candidates);
+    EXPECT_EQ(joined(words), row.nearest) << row.description;
+    EXPECT_EQ(nearestWord(row.word, row.candidates), words.empty() ? "" : words.front());
   }
 }
 
 TEST(NearestWordTest, ARelatedOneSaysMoreOrLess) {
-  const std::vector<std::string> names{"maxLinkedVariable", "maximum", "defaultValue", "step"};
+  const std::vector<std::string> names{"defaultValue",      "defaultValueLinkedVariable",
+                                       "maxLinkedVariable", "maximum",
+                                       "minLinkedVariable", "step"};
   const char* const rows[][2] = {
-      {"max", "maximum"},        {"MAX", "maximum"},   {"max_value", "maximum"},
-      {"value", "defaultValue"}, {"stepSize", "step"}, {"variable", "maxLinkedVariable"},
-      {"valueDefault", ""},      {"ma", ""},           {"", ""}};
-  for (const auto& [word, related] : rows) EXPECT_EQ(relatedWord(word, names), related) << word;
+      {"max", "maximum"},
+      {"MAX", "maximum"},
+      {"max_value", "maximum"},
+      {"value", "defaultValue"},
+      {"stepSize", "step"},
+      {"stepDefaultValue", "defaultValue"},
+      {"linkedVariable", "defaultValueLinkedVariable maxLinkedVariable minLinkedVariable"},
+      {"valueDefault", ""},
+      {"ma", ""},
+      {"", ""}};
+  for (const auto& [word, related] : rows)
+    EXPECT_EQ(joined(relatedWords(word, names)), related) << word;
 }
 
 }  // namespace

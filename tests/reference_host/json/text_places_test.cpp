@@ -93,25 +93,28 @@ TEST(TextPlaces, ManyValuesInTheOrderOfTheirPointers) {
 struct DuplicateRow {
   const char* description;
   const char* text;
-  std::vector<std::string> found;  // pointer, name and place of the key
+  std::vector<std::string> found;  // pointer, name, place of the key and of the next one
 };
 
 TEST(TextPlaces, Duplicates) {
   const DuplicateRow rows[] = {
       {"none", R"([{"a":1,"b":{"a":1}},{"a":1}])", {}},
-      {"of three the first two", R"({"a":1,"a":2,"a":3})", {"/a a 1:2-1:5", "/a a 1:8-1:11"}},
-      {"names that are one after unescaping", R"({"\u0061":1,"a":2})", {"/a a 1:2-1:10"}},
+      {"of three the first two",
+       R"({"a":1,"a":2,"a":3})",
+       {"/a a 1:2-1:5 1:8-1:11", "/a a 1:8-1:11 1:14-1:17"}},
+      {"names that are one after unescaping", R"({"\u0061":1,"a":2})", {"/a a 1:2-1:10 1:13-1:16"}},
       {"in the order of the text",
        R"({"a":{"b":1,"b":2},"c":0,"c":0,"a":1})",
-       {"/a a 1:2-1:5", "/a/b b 1:7-1:10", "/c c 1:20-1:23"}},
-      {"below elements", "[0,{\"x\":[\n{\"y\":1,\"y\":1}]}]", {"/1/x/0/y y 2:2-2:5"}},
-      {"names that a pointer escapes", R"({"a/~":1,"a/~":1})", {"/a~1~0 a/~ 1:2-1:7"}},
+       {"/a a 1:2-1:5 1:32-1:35", "/a/b b 1:7-1:10 1:13-1:16", "/c c 1:20-1:23 1:26-1:29"}},
+      {"below elements", "[0,{\"x\":[\n{\"y\":1,\"y\":1}]}]", {"/1/x/0/y y 2:2-2:5 2:8-2:11"}},
+      {"names that a pointer escapes", R"({"a/~":1,"a/~":1})", {"/a~1~0 a/~ 1:2-1:7 1:10-1:15"}},
   };
   for (const DuplicateRow& row : rows) {
     SCOPED_TRACE(row.description);
     std::vector<std::string> found;
     for (const DuplicateMember& member : findDuplicates(row.text)) {
-      found.push_back(member.pointer + ' ' + member.name + ' ' + shown(member.key));
+      found.push_back(member.pointer + ' ' + member.name + ' ' + shown(member.key) + ' ' +
+                      shown(member.next));
     }
     EXPECT_EQ(found, row.found);
     ParseReport report;

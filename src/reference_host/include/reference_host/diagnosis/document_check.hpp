@@ -46,10 +46,12 @@ class TESSEL_HOST_API ImportObserver {
 /// which an import tells an error has at least one error here, and no other object has any.
 /// Duplicate members, which only the text shows, are not among them.
 /// @param text what the document was parsed from, without a byte order mark.
+/// @param firstLine where in the input the text begins, for hints that name a line.
 /// @param observer somebody who wants what is built, all in one model; null if nobody does.
 TESSEL_HOST_API DocumentProblems checkDocument(const Knowledge& knowledge,
                                                const foundation::json::Value& document,
                                                std::string_view text, Warnings warnings,
+                                               std::size_t firstLine = 1,
                                                ImportObserver* observer = nullptr);
 
 /// The pointer of the object that a walk offers to the builders last on the way to a value: the

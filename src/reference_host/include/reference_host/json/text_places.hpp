@@ -54,6 +54,7 @@ struct DuplicateMember {
   std::string name;
   std::string pointer;  ///< of both members
   TextRange key;        ///< the name of the one that does not hold, with its quotes
+  TextRange next;       ///< that of the one that replaces it
 };
 
 /// All such members in the order of their places, also those inside of others.
