@@ -94,8 +94,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     requirePlace(lineLengths, place.value.begin);
     requirePlace(lineLengths, place.value.end);
   }
+  reference_host::diagnosis::OfferedObjects offered(experienced(), document);
   for (const auto& duplicate : reference_host::json::findDuplicates(report.text)) {
-    offeredAround(experienced(), document, duplicate.pointer);
+    offered.around(duplicate.pointer);
   }
   const Knowledge fresh(test_support::allBuilders(), tessel_tool::knownWords());
   require(told(experienced(), document, report.text) == told(fresh, document, report.text),

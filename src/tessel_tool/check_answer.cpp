@@ -26,12 +26,13 @@ using reference_host::json::JsonWriter;
 /// The members that a later one of their object replaces.
 std::vector<PlacedProblem> duplicatesIn(const Knowledge& knowledge, const Value& value,
                                         std::string_view text, std::size_t firstLine) {
+  reference_host::diagnosis::OfferedObjects offered(knowledge, value);
   std::vector<PlacedProblem> found;
   for (const auto& duplicate : reference_host::json::findDuplicates(text)) {
     std::string name;
     reference_host::json::appendText(name, duplicate.name);
     Problem problem{Code::kDuplicateMember,
-                    offeredAround(knowledge, value, duplicate.pointer),
+                    offered.around(duplicate.pointer),
                     duplicate.pointer,
                     name + " is there again further on, and the last one holds",
                     "remove one of them; the next is at " +

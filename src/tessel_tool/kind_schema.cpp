@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <map>
+#include <memory>
 #include <set>
 #include <string>
 #include <string_view>
@@ -54,7 +55,7 @@ class KindSchema {
   Value write() {
     at(schema_, "title") = capitalised(name_);
     at(schema_, "description") = "Built by " + recognition_.builder->name() + '.';
-    for (const auto& [pattern, known] : kind_.places) describe(pattern, known.wanted);
+    for (const auto& [pattern, known] : kind_->places) describe(pattern, known.wanted);
     at(inside(schema_, {"className"}), "const") = recognition_.className;
     if (recognition_.type) at(inside(schema_, {"context", "type"}), "const") = *recognition_.type;
     for (const auto& [pattern, rules] : rules_) {
@@ -69,10 +70,10 @@ class KindSchema {
     for (auto& [holder, byCondition] : conditional_) {
       for (auto& [text, rule] : byCondition) append(inside(schema_, holder), "allOf", rule);
     }
-    for (const auto& [pattern, known] : kind_.places) suggestWords(pattern);
+    for (const auto& [pattern, known] : kind_->places) suggestWords(pattern);
     if (strictness_ == Strictness::kStrict) {
       std::set<std::string> holders;
-      for (const auto& [pattern, known] : kind_.places) {
+      for (const auto& [pattern, known] : kind_->places) {
         holders.insert(pattern.substr(0, pattern.rfind('/')));
       }
       for (const std::string& holder : holders) close(holder);
@@ -181,13 +182,13 @@ class KindSchema {
 
   /// Refuses members that are not read.
   void close(const std::string& pattern) {
-    if (kind_.membersOf(pattern).empty()) return;
+    if (kind_->membersOf(pattern).empty()) return;
     at(inside(schema_, stepsOf(pattern)), "additionalProperties") = false;
   }
 
   const std::vector<std::string>& words_;
   const Recognition& recognition_;
-  const Kind& kind_;
+  std::shared_ptr<const Kind> kind_;
   Rules rules_;
   Strictness strictness_;
   std::string name_;

@@ -160,7 +160,7 @@ class DocumentCheck {
   }
 
   bool readsId(const NamedBuilder& builder, const Value& object) const {
-    return knowledge_.kindOf(builder, object).reads(patternOf(idPlace()));
+    return knowledge_.kindOf(builder, object)->reads(patternOf(idPlace()));
   }
 
   /// Tells each control whose id is that of one before it in the text.
@@ -210,12 +210,12 @@ class DocumentCheck {
                    std::vector<Problem>& found) {
     const std::vector<UnlikelyValue> unlikely = unlikelyValuesOf(object);
     if (unlikely.empty()) return;
-    const Kind& kind = knowledge_.kindOf(builder, object);
+    const auto kind = knowledge_.kindOf(builder, object);
     const std::string name = nameOfObject(knowledge_, &builder, object);
     const std::string pointer = walk.pointer();
     const auto isRead = [&, count = found.size()](const Path& place) {
       const std::string member = pointer + pointerOf(place);
-      return kind.reads(patternOf(place)) &&
+      return kind->reads(patternOf(place)) &&
              std::none_of(found.begin(), found.begin() + static_cast<std::ptrdiff_t>(count),
                           [&](const Problem& problem) {
                             return isUnread(problem) && isInside(member, *problem.member);
@@ -361,21 +361,28 @@ DocumentProblems checkDocument(const Knowledge& knowledge, const Value& document
   return DocumentCheck(knowledge, document, text, warnings, firstLine, observer).run();
 }
 
-std::string offeredAround(const Knowledge& knowledge, const Value& document,
-                          const std::string& pointer) {
-  Path offered;
-  Path path;
-  for (const PathStep& step : pathTo(document, pointer)) {
-    const Value* value = valueAt(document, path);
-    if (value == nullptr) break;
+std::string OfferedObjects::around(const std::string& pointer) {
+  Path path = pathTo(document_, pointer);
+  std::size_t offered = 0;  // so many steps lead to it
+  const Value* value = &document_;
+  for (std::size_t depth = 0; depth != path.size() && value != nullptr; ++depth) {
     if (value->get_if<Value::Object>() != nullptr) {
-      offered = path;
-      const Answer answer = offer(knowledge.builders(), *value);
-      if (answer.claimer != nullptr || answer.thrower != nullptr) break;
+      offered = depth;
+      if (!isGoneInto(*value)) break;
     }
-    path.push_back(step);
+    value = valueAt(*value, {path[depth]});
   }
-  return pointerOf(offered);
+  path.resize(offered);
+  return pointerOf(path);
+}
+
+bool OfferedObjects::isGoneInto(const Value& object) {
+  const auto [known, isNew] = goneInto_.try_emplace(&object, false);
+  if (isNew) {
+    const Answer answer = offer(knowledge_.builders(), object);
+    known->second = answer.claimer == nullptr && answer.thrower == nullptr;
+  }
+  return known->second;
 }
 
 }  // namespace reference_host::diagnosis

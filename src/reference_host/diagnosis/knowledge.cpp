@@ -1,8 +1,7 @@
 #include "reference_host/diagnosis/knowledge.hpp"
 
 #include <algorithm>
-#include <cstddef>
-#include <iterator>
+#include <cstdint>
 #include <utility>
 
 #include "reference_host/diagnosis/attempt.hpp"
@@ -16,20 +15,33 @@ using importer::NamedBuilder;
 
 namespace {
 
-/// More shapes than any program writes; what has another one is looked at each time.
-constexpr std::size_t kMostShapes = 10000;
+/// The question that these texts are, for one builder: no other texts make the same.
+std::string questionTo(const NamedBuilder& builder, const std::vector<std::string>& texts) {
+  std::string question = std::to_string(reinterpret_cast<std::uintptr_t>(&builder));
+  for (const std::string& text : texts) {
+    question.append(1, ' ').append(std::to_string(text.size())).append(1, ':').append(text);
+  }
+  return question;
+}
 
-/// What the words of an object are, so that objects with the same ones are treated alike.
-std::string wordsOf(const Value& object) {
-  std::string words;
+/// What the words of an object are, and their keys, so that objects with the same ones are treated
+/// alike; not those of one value in it.
+std::vector<std::string> wordsIn(const Value& object, const Value* without) {
+  std::vector<std::string> words;
   std::vector<const Value*> open{&object};
   while (!open.empty()) {
-    const auto* members = open.back()->get_if<Value::Object>();
+    const Value* value = open.back();
     open.pop_back();
+    if (value == without) continue;
+    if (const auto* elements = value->get_if<Value::Array>()) {
+      for (const Value& element : *elements) open.push_back(&element);
+    }
+    const auto* members = value->get_if<Value::Object>();
     if (members == nullptr) continue;
     for (const auto& [name, member] : *members) {
       const auto* word = member.get_if<std::string>();
-      if (word != nullptr && isWordKey(name)) words.append(name).append("=").append(*word) += '\n';
+      if (word != nullptr && &member != without && isWordKey(name))
+        words.insert(words.end(), {name, *word});
       open.push_back(&member);
     }
   }
@@ -72,48 +84,19 @@ void addOnce(std::vector<std::string>& words, std::string word) {
   if (std::find(words.begin(), words.end(), word) == words.end()) words.push_back(std::move(word));
 }
 
-/// The object with at most one element in each array, the one on the way to the place if there is
-/// one; the place is changed with it.
-Value withShortArrays(const Value& object, Path& place) {
-  // One level after the other; the way to the place goes along.
-  struct Pending {
-    const Value* source;
-    Value* target;
-    std::size_t depth;  // of steps of the way that lead here
-    bool onTheWay;
-  };
-  Value result;
-  std::vector<Pending> open{{&object, &result, 0, true}};
-  while (!open.empty()) {
-    const Pending pending = open.back();
-    open.pop_back();
-    const bool goesOn = pending.onTheWay && pending.depth < place.size();
-    if (const auto* members = pending.source->get_if<Value::Object>()) {
-      auto& copies = pending.target->emplace<Value::Object>();
-      for (const auto& [name, member] : *members) {
-        const bool next = goesOn && place[pending.depth] == PathStep(name);
-        open.push_back({&member, &copies[name], pending.depth + 1, next});
-      }
-    } else if (const auto* elements = pending.source->get_if<Value::Array>()) {
-      auto& copies = pending.target->emplace<Value::Array>();
-      if (elements->empty()) continue;
-      std::size_t index = 0;
-      if (goesOn) {
-        index = *std::get_if<std::size_t>(&place[pending.depth]);
-        place[pending.depth] = std::size_t{0};
-      }
-      open.push_back({&(*elements)[index], &copies.emplace_back(), pending.depth + 1, goesOn});
-    } else {
-      *pending.target = *pending.source;
-    }
-  }
-  return result;
-}
-
 class Trial {
  public:
   Trial(const NamedBuilder& builder, const Value& object, Path place)
       : builder_(builder), place_(std::move(place)), object_(withShortArrays(object, place_)) {}
+
+  /// What it depends on.
+  std::vector<std::string> question() const {
+    const Value* value = valueAt(object_, place_);
+    std::vector<std::string> texts = wordsIn(object_, value);
+    texts.push_back(patternOf(place_));
+    texts.emplace_back(typeNameOf(value));
+    return texts;
+  }
 
   std::string wantedInstead() const {
     const std::string type = typeNameOf(valueAt(object_, place_));
@@ -194,60 +177,58 @@ std::vector<Recognition> Knowledge::recognitionsAmong(const std::vector<std::str
 }
 
 bool Knowledge::isKnownByClass(const NamedBuilder& builder, const std::string& className) const {
-  const std::lock_guard<std::mutex> guard(mutex_);
-  const auto [known, isNew] = knownByClass_.try_emplace({&builder, className}, false);
-  if (isNew) known->second = isClaimed(builder, Recognition{&builder, className, {}}.sample());
-  return known->second;
+  return knownByClass_.get(questionTo(builder, {className}), [&] {
+    return isClaimed(builder, Recognition{&builder, className, {}}.sample());
+  });
 }
 
-const Kind& Knowledge::kindOf(const NamedBuilder& builder, const Value& object) const {
+Recognition Knowledge::wordsOf(const NamedBuilder& builder, const Value& object) const {
   const auto wordAt = [&](const Path& place) {
     const std::string* text = textAt(object, place);
     return text == nullptr ? std::string() : *text;
   };
   Recognition words{&builder, wordAt(classNamePlace()), std::nullopt};
   if (!isKnownByClass(builder, words.className)) words.type = wordAt(typePlace());
-  const std::vector<Recognition>& known = recognitions();
-  const std::lock_guard<std::mutex> guard(mutex_);
-  const Words key{&builder, words.className, words.type.value_or("")};
-  if (const auto learnt = kinds_.find(key); learnt != kinds_.end()) return learnt->second;
-  // A builder that goes by other words still builds this object.
-  Value sample = words.sample();
-  if (!isClaimed(builder, sample)) sample = object;
-  return kinds_.emplace(key, learnKind(builder, std::move(sample), known)).first->second;
+  return words;
+}
+
+std::shared_ptr<const Kind> Knowledge::kindOf(const NamedBuilder& builder,
+                                              const Value& object) const {
+  const Recognition words = wordsOf(builder, object);
+  return kinds_.get(questionTo(builder, {words.className, words.type.value_or("")}), [&] {
+    // A builder that goes by other words still builds this object.
+    Value sample = words.sample();
+    if (!isClaimed(builder, sample)) sample = object;
+    return std::make_shared<const Kind>(learnKind(builder, std::move(sample), recognitions()));
+  });
 }
 
 std::string Knowledge::wantedInstead(const NamedBuilder& builder, const Value& object,
                                      const Path& place) const {
-  const Words key{&builder, patternOf(place) + ' ' + typeNameOf(valueAt(object, place)),
-                  wordsOf(object)};
-  const std::lock_guard<std::mutex> guard(mutex_);
-  if (const auto tried = wantedInstead_.find(key); tried != wantedInstead_.end()) {
-    return tried->second;
-  }
-  return wantedInstead_.emplace(key, Trial(builder, object, place).wantedInstead()).first->second;
+  const Trial trial(builder, object, place);
+  return wantedInstead_.get(questionTo(builder, trial.question()),
+                            [&] { return trial.wantedInstead(); });
 }
 
 Remedy Knowledge::remedyFor(const NamedBuilder& builder, const Value& object, const Path& place,
                             const std::vector<std::string>* moreWords) const {
-  const Kind& kind = kindOf(builder, object);
+  const auto kind = kindOf(builder, object);
+  const Recognition kindWords = wordsOf(builder, object);
   const std::string pattern = patternOf(place);
   const std::string held = typeNameOf(valueAt(object, place));
-  const std::lock_guard<std::mutex> guard(mutex_);
-  const auto [remedy, isNew] = remedies_.try_emplace({&kind, pattern + ' ' + held});
-  if (isNew) remedy->second = remedyIn(builder, kind, words(), pattern, held);
-  const bool tryMore = remedy->second.word.empty() && moreWords != nullptr && !moreWords->empty();
-  return tryMore ? remedyIn(builder, kind, *moreWords, pattern, held) : remedy->second;
+  Remedy remedy = remedies_.get(
+      questionTo(builder, {kindWords.className, kindWords.type.value_or(""), pattern, held}),
+      [&] { return remedyIn(builder, *kind, words(), pattern, held); });
+  const bool tryMore = remedy.word.empty() && moreWords != nullptr && !moreWords->empty();
+  return tryMore ? remedyIn(builder, *kind, *moreWords, pattern, held) : remedy;
 }
 
 bool Knowledge::isGood(const std::string& shape) const {
-  const std::shared_lock<std::shared_mutex> guard(shapesMutex_);
-  return goodShapes_.count(shape) != 0;
+  return goodShapes_.find(shape).has_value();
 }
 
 void Knowledge::rememberGood(std::string shape) const {
-  const std::lock_guard<std::shared_mutex> guard(shapesMutex_);
-  if (goodShapes_.size() < kMostShapes) goodShapes_.insert(std::move(shape));
+  goodShapes_.remember(std::move(shape), true);
 }
 
 }  // namespace reference_host::diagnosis

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 #include "reference_host/diagnosis/nearest_word.hpp"
@@ -23,11 +24,11 @@ bool isMissing(const Culprit& culprit) {
   return culprit.held == traits<Undefined>::name;
 }
 
-using Kinds = std::vector<const Kind*>;
+using Kinds = std::vector<std::shared_ptr<const Kind>>;
 
 bool reads(const Kinds& kinds, const std::string& pattern) {
   return std::any_of(kinds.begin(), kinds.end(),
-                     [&](const Kind* kind) { return kind->reads(pattern); });
+                     [&](const auto& kind) { return kind->reads(pattern); });
 }
 
 /// The members that are read of what stands at a place, first those that it is recognised by.
@@ -86,7 +87,7 @@ std::optional<std::string> hintForMisplaced(const Kinds& kinds, const Value& obj
   }
   // or what belongs in it stands beside.
   std::vector<std::string> beside;
-  for (const Kind* kind : kinds) {
+  for (const auto& kind : kinds) {
     for (const std::string& member : membersOf(*kind, patternOf(culprit.place))) {
       if (isStranger(childOf(holder, member)) &&
           std::find(beside.begin(), beside.end(), member) == beside.end()) {
@@ -103,8 +104,9 @@ std::optional<std::string> hintForMisplaced(const Kinds& kinds, const Value& obj
          nameOfHolder(patternOf(culprit.place));
 }
 
-std::string hintForMissing(const Kind& kind, const Value& object, const Culprit& culprit) {
-  if (auto hint = hintForMisplaced({&kind}, object, culprit)) return *std::move(hint);
+std::string hintForMissing(const OfferedObject& offered, const Culprit& culprit) {
+  const Value& object = offered.value;
+  if (auto hint = hintForMisplaced({offered.kind()}, object, culprit)) return *std::move(hint);
   const Path holder = parentOf(culprit.place);
   std::string hint = "add " + quoted(*std::get_if<std::string>(&culprit.place.back())) + ": " +
                      exampleOf(culprit.wanted);
@@ -138,8 +140,9 @@ std::string exampleOfObject(const Kind& kind, const std::string& pattern,
 }
 
 std::string hintForWrong(const OfferedObject& object, const Culprit& culprit) {
-  const Kind& kind = object.kind();
-  const Value& held = *valueAt(object.value, culprit.place);
+  const std::shared_ptr<const Kind> held = object.kind();
+  const Kind& kind = *held;
+  const Value& value = *valueAt(object.value, culprit.place);
   const std::string pattern = patternOf(culprit.place);
   const auto known = kind.places.find(pattern);
   if (known != kind.places.end() && known->second.forRecognition) {
@@ -148,9 +151,9 @@ std::string hintForWrong(const OfferedObject& object, const Culprit& culprit) {
   }
   const Remedy remedy =
       object.knowledge.remedyFor(object.builder, object.value, culprit.place, object.words);
-  std::string hint = correctionOr(held, culprit.wanted);
+  std::string hint = correctionOr(value, culprit.wanted);
   if (culprit.wanted == traits<Value::Object>::name) {
-    const std::string example = exampleOfObject(kind, pattern, held.get_if<std::string>());
+    const std::string example = exampleOfObject(kind, pattern, value.get_if<std::string>());
     if (!example.empty()) hint = "write an object: " + example;
   } else if (culprit.wanted == traits<Value::Array>::name) {
     const auto element = kind.places.find(pattern + "/*");
@@ -162,10 +165,10 @@ std::string hintForWrong(const OfferedObject& object, const Culprit& culprit) {
   if (!remedy.word.empty()) {
     return hint + ", or write " + quoted(remedy.wordKey) + ": " + quoted(remedy.word);
   }
-  const bool isNull = held.get_if<foundation::json::Null>() != nullptr;
+  const bool isNull = value.get_if<foundation::json::Null>() != nullptr;
   const bool isScalar =
       culprit.wanted != traits<Value::Object>::name && culprit.wanted != traits<Value::Array>::name;
-  const bool mayBeUnwanted = isNull || (isScalar && !correction(held, culprit.wanted));
+  const bool mayBeUnwanted = isNull || (isScalar && !correction(value, culprit.wanted));
   return mayBeUnwanted && remedy.canBeLeftOut ? hint + ", or leave it out" : hint;
 }
 
@@ -188,7 +191,7 @@ std::string hintForUnrecognised(const Knowledge& knowledge, const Value& object,
     Kinds kinds;
     for (const Recognition& recognition : recognitions) {
       if (className == nullptr || recognition.className != *className) continue;
-      kinds.push_back(&knowledge.kindOf(*recognition.builder, recognition.sample()));
+      kinds.push_back(knowledge.kindOf(*recognition.builder, recognition.sample()));
     }
     if (auto hint = hintForMisplaced(kinds, object, culprit)) return *std::move(hint);
   }
@@ -234,8 +237,7 @@ Problem problemOf(const OfferedObject& object, importer::Step step,
   problem.wanted = reason.wanted;
   if (claimed) {
     problem.code = missing ? Code::kMissingMember : Code::kWrongType;
-    problem.hint = missing ? hintForMissing(object.kind(), object.value, reason)
-                           : hintForWrong(object, reason);
+    problem.hint = missing ? hintForMissing(object, reason) : hintForWrong(object, reason);
   } else {
     problem.hint = hintForUnrecognised(object.knowledge, object.value, reason);
   }

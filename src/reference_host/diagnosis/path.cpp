@@ -104,6 +104,44 @@ void removeMember(Value& root, const Path& path) {
   }
 }
 
+Value withShortArrays(const Value& object, Path& place) {
+  // One level after the other; the way to the place goes along.
+  struct Pending {
+    const Value* source;
+    Value* target;
+    std::size_t depth;  // of steps of the way that lead here
+    bool onTheWay;
+  };
+  Value result;
+  std::vector<Pending> open{{&object, &result, 0, true}};
+  while (!open.empty()) {
+    const Pending pending = open.back();
+    open.pop_back();
+    const bool goesOn = pending.onTheWay && pending.depth < place.size();
+    if (pending.onTheWay && !goesOn) {
+      *pending.target = *pending.source;
+    } else if (const auto* members = pending.source->get_if<Value::Object>()) {
+      auto& copies = pending.target->emplace<Value::Object>();
+      for (const auto& [name, member] : *members) {
+        const bool next = goesOn && place[pending.depth] == PathStep(name);
+        open.push_back({&member, &copies[name], pending.depth + 1, next});
+      }
+    } else if (const auto* elements = pending.source->get_if<Value::Array>()) {
+      auto& copies = pending.target->emplace<Value::Array>();
+      if (elements->empty()) continue;
+      std::size_t index = 0;
+      if (goesOn) {
+        index = *std::get_if<std::size_t>(&place[pending.depth]);
+        place[pending.depth] = std::size_t{0};
+      }
+      open.push_back({&(*elements)[index], &copies.emplace_back(), pending.depth + 1, goesOn});
+    } else {
+      *pending.target = *pending.source;
+    }
+  }
+  return result;
+}
+
 Path parentOf(const Path& path) {
   return Path(path.begin(), path.end() - 1);
 }

@@ -301,8 +301,10 @@ bool ClassFate::isOne() const {
 }
 
 Rules learnRules(const Knowledge& knowledge, const Recognition& recognition) {
-  const Kind& kind = knowledge.kindOf(*recognition.builder, recognition.sample());
-  return RuleLesson(*recognition.builder, kind, knowledge.words()).learn();
+  return RuleLesson(*recognition.builder,
+                    *knowledge.kindOf(*recognition.builder, recognition.sample()),
+                    knowledge.words())
+      .learn();
 }
 
 std::vector<ClassFate> learnFates(const Knowledge& knowledge) {

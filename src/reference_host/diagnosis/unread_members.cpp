@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -62,8 +63,8 @@ class UnreadSearch {
   void visitMembers(const Path& holder, const Value& value) {
     for (const auto& [name, member] : *value.get_if<Value::Object>()) {
       Path place = childOf(holder, name);
-      const auto known = kind_.places.find(patternOf(place));
-      const bool recognised = known != kind_.places.end() && known->second.forRecognition;
+      const auto known = kind_->places.find(patternOf(place));
+      const bool recognised = known != kind_->places.end() && known->second.forRecognition;
       if (!trace_.wasAsked(place) && !recognised) {
         unread_.push_back(std::move(place));
       } else {
@@ -94,7 +95,7 @@ class UnreadSearch {
 
   void visitElements(const Path& array, const Value::Array& elements) {
     std::string pattern = patternOf(array) + "/*";
-    const bool haveMembers = kind_.readsBelow(pattern);
+    const bool haveMembers = kind_->readsBelow(pattern);
     for (std::size_t index = 0; index != elements.size(); ++index) {
       const Path place = childOf(array, index);
       if (trace_.wasHolder(place)) {
@@ -111,9 +112,9 @@ class UnreadSearch {
   std::optional<std::string> hintForElement(const std::string& pattern,
                                             const Value& element) const {
     const Path className = pathOf(pattern + patternOf(classNamePlace()));
-    const auto known = kind_.places.find(patternOf(className));
-    const std::string* word = textAt(kind_.sample, className);
-    if (known == kind_.places.end() || !known->second.forRecognition || word == nullptr) {
+    const auto known = kind_->places.find(patternOf(className));
+    const std::string* word = textAt(kind_->sample, className);
+    if (known == kind_->places.end() || !known->second.forRecognition || word == nullptr) {
       return std::nullopt;
     }
     const std::string* held = textAt(element, classNamePlace());
@@ -135,15 +136,15 @@ class UnreadSearch {
     };
     if (buildsTheSameWithout(unread_)) return;
     std::vector<Path> kept;
-    for (const Path& place : unread_) {
-      if (kept.size() < kMostTrials && buildsTheSameWithout({place})) kept.push_back(place);
+    for (std::size_t index = 0; index != std::min(unread_.size(), kMostTrials); ++index) {
+      if (buildsTheSameWithout({unread_[index]})) kept.push_back(unread_[index]);
     }
     unread_ = std::move(kept);
   }
 
   void tellUnread(const Path& place) {
     const std::string pattern = patternOf(place);
-    if (kind_.reads(pattern)) {
+    if (kind_->reads(pattern)) {
       ignored(place, "is not read here", conditionOf(place));
     } else {
       Problem problem = problemAt(place, Code::kUnknownMember, "is not known here");
@@ -153,12 +154,13 @@ class UnreadSearch {
   }
 
   /// The missing member that makes another one read.
-  std::optional<std::string> conditionOf(const Path& place) const {
-    for (const auto& [pattern, known] : kind_.places) {
+  std::optional<std::string> conditionOf(Path place) const {
+    const Value object = withShortArrays(corrected_, place);
+    for (const auto& [pattern, known] : kind_->places) {
       if (known.wanted.empty() || pattern.find('*') != std::string::npos) continue;
       const Path other = pathOf(pattern);
-      if (valueAt(corrected_, other) != nullptr) continue;
-      Value with = corrected_;
+      if (valueAt(object, other) != nullptr) continue;
+      Value with = object;
       put(with, other, someValueOf(known.wanted));
       if (attempt(builder_, importer::Step::kBuild, with).trace.wasAsked(place)) {
         return "it is read only where there is " + nameOfHolder(pattern);
@@ -172,20 +174,20 @@ class UnreadSearch {
     if (isLikeComment(name)) return kTakeOut;
     const std::string holder = patternOf(parentOf(place));
     std::vector<std::string> free;
-    for (const std::string& member : kind_.membersOf(holder)) {
+    for (const std::string& member : kind_->membersOf(holder)) {
       if (valueAt(control_.value, childOf(parentOf(place), member)) == nullptr)
         free.push_back(member);
     }
     std::vector<std::string> meant = nearestWords(name, free);
     if (!meant.empty()) return didYouMean(meant);
-    const std::vector<std::string> holders = kind_.holdersOf(name);
+    const std::vector<std::string> holders = kind_->holdersOf(name);
     if (!holders.empty()) return hintForStray(name, holders.front());
     meant = relatedWords(name, free);
     if (meant.empty() && free.size() == 1 && isMissing(free.front(), place)) meant = free;
     if (!meant.empty()) return didYouMean(meant);
     // It may be a misspelling of what belongs elsewhere.
     std::set<std::string> names;
-    for (const auto& [pattern, known] : kind_.places) {
+    for (const auto& [pattern, known] : kind_->places) {
       const std::size_t slash = pattern.rfind('/');
       if (pattern.substr(0, slash) == holder) continue;
       names.insert(json::nameOf(std::string_view(pattern).substr(slash + 1)));
@@ -193,7 +195,7 @@ class UnreadSearch {
     meant = nearestWords(name, {names.begin(), names.end()});
     if (meant.empty()) meant = relatedWords(name, {names.begin(), names.end()});
     if (meant.size() == 1) {
-      for (const std::string& other : kind_.holdersOf(meant.front())) {
+      for (const std::string& other : kind_->holdersOf(meant.front())) {
         if (other != holder) return didYouMean(meant, " in " + nameOfHolder(other));
       }
     }
@@ -201,7 +203,7 @@ class UnreadSearch {
     // Those first that hold what it holds.
     const std::string type = typeNameOf(valueAt(control_.value, place));
     std::stable_partition(free.begin(), free.end(), [&](const std::string& member) {
-      return kind_.places.at(patternOf(childOf(parentOf(place), member))).wanted == type;
+      return kind_->places.at(patternOf(childOf(parentOf(place), member))).wanted == type;
     });
     return "what can be added here: " + listed(free, kMostToAdd);
   }
@@ -221,7 +223,7 @@ class UnreadSearch {
   bool isMissing(const std::string& member, const Path& place) const {
     const Path holder = parentOf(place);
     const bool isAlone = std::all_of(unread_.begin(), unread_.end(), [&](const Path& other) {
-      return other == place || parentOf(other) != holder || kind_.reads(patternOf(other));
+      return other == place || parentOf(other) != holder || kind_->reads(patternOf(other));
     });
     const Value* required = valueAt(corrected_, childOf(holder, member));
     return isAlone && required != nullptr &&
@@ -250,7 +252,7 @@ class UnreadSearch {
 
   const OfferedObject& control_;
   const NamedBuilder& builder_;
-  const Kind& kind_;
+  std::shared_ptr<const Kind> kind_;
   const Value& corrected_;
   ReadTrace trace_;
   std::string name_;

@@ -166,8 +166,8 @@ TEST(DocumentCheckTest, Hints) {
       {R"({"className": "LumoControlNode", "context": {"type": "comboBox", "data": {"items":
            [{"label": "a", "value": 1}, {"label": 2, "value": "b"}, {"label": "c", "value": 3}]}}})",
        {R"(wrong-type /context/data/items/0/value: put it in quotes: "1")",
-        R"(wrong-type /context/data/items/2/value: put it in quotes: "3")",
-        R"(wrong-type /context/data/items/1/label: put it in quotes: "2")"}},
+        R"(wrong-type /context/data/items/1/label: put it in quotes: "2")",
+        R"(wrong-type /context/data/items/2/value: put it in quotes: "3")"}},
       {R"({"className": "LumoAppLineNode", "children": [{"className": "TextNode"},
            {"className": "LumoAppIntegratedInLineNode"}, 1]})",
        {R"(ignored-member /children/0: those that are read have )"
@@ -254,6 +254,112 @@ TEST(DocumentCheckTest, AGenericControlMayHaveNoType) {
   EXPECT_EQ(problems[0].message, R"(object of class "Gauge": has no type)");
 }
 
+/// Wants a number "at" in each of its "rows", and numbers in their "cells", where it has any. It
+/// counts what it is shown.
+class GridBuilder final : public tessel::build::json::NodeBuilder {
+ public:
+  bool canBuild(const Value& json) const override {
+    ++asked;
+    return json["className"] == Value("Grid");
+  }
+  document::gxzero::Node build(const gx::zero::Model& model, const Value& json) const override {
+    const auto* rows = json["rows"].get_if<Value::Array>();
+    if (rows == nullptr) throw std::runtime_error("no rows");
+    for (const Value& row : *rows) {
+      ++rowsShown;
+      requireNumber(row["at"]);
+      const auto* cells = row["cells"].get_if<Value::Array>();
+      if (cells == nullptr) continue;
+      for (const Value& cell : *cells) requireNumber(cell);
+    }
+    return test_support::DialBuilder().build(model, test_support::json(kDial));
+  }
+
+  mutable std::size_t asked = 0;
+  mutable std::size_t rowsShown = 0;
+
+ private:
+  static void requireNumber(const Value& value) {
+    if (value.get_if<double>() != nullptr) return;
+    throw std::runtime_error(std::string("invalid conversion: ") + typeNameOf(value) +
+                             " to double");
+  }
+  static constexpr const char* kDial = R"({"range": {"from": 1, "to": 2}})";
+};
+
+struct Grid {
+  std::shared_ptr<const GridBuilder> builder = std::make_shared<const GridBuilder>();
+  std::vector<NamedBuilder> builders{{"Grid", builder}};
+  Knowledge knowledge{builders, {}};
+
+  /// The pointers of all values that are of a wrong type.
+  std::vector<std::string> wrong(const std::string& text) const {
+    std::vector<std::string> pointers;
+    for (const Problem& problem :
+         checkDocument(knowledge, json(text), text, Warnings::kNo).problems) {
+      EXPECT_EQ(problem.code, Code::kWrongType);
+      pointers.push_back(problem.member.value_or("none"));
+    }
+    return pointers;
+  }
+};
+
+TEST(DocumentCheckTest, EveryWrongElementIsTold) {
+  EXPECT_THAT(Grid().wrong(R"({"className": "Grid", "rows": [
+                  {"at": 1}, {"at": "", "cells": ["", ""]}, {"at": "", "cells": ["", 1, "", ""]},
+                  {"at": "", "cells": [""]}, {"at": 1, "cells": [1, ""]}, {"at": ""}]})"),
+              ::testing::UnorderedElementsAre("/rows/1/at", "/rows/1/cells/0", "/rows/1/cells/1",
+                                              "/rows/2/at", "/rows/2/cells/0", "/rows/2/cells/2",
+                                              "/rows/2/cells/3", "/rows/3/at", "/rows/3/cells/0",
+                                              "/rows/4/cells/1", "/rows/5/at"));
+}
+
+TEST(DocumentCheckTest, WorkGrowsWithTheWrongElements) {
+  const auto rowsShown = [](std::size_t count) {
+    std::string rows;
+    for (std::size_t row = 0; row != count; ++row) {
+      rows += (rows.empty() ? R"({"at": "", "key)" : R"(, {"at": "", "key)") + std::to_string(row) +
+              R"(": 1})";
+    }
+    const Grid grid;
+    EXPECT_EQ(grid.wrong(R"({"className": "Grid", "rows": [)" + rows + "]}").size(), count);
+    return grid.builder->rowsShown;
+  };
+  EXPECT_LT(rowsShown(200), 6 * rowsShown(50));
+}
+
+TEST(OfferedObjectsTest, EachObjectIsOfferedOnce) {
+  const Grid grid;
+  const Value document = json(R"({"a": {"b": [{"className": "Grid", "c": {"d": 1}}, {"e": 1}]}})");
+  OfferedObjects offered(grid.knowledge, document);
+  for (int time = 0; time != 3; ++time) {
+    EXPECT_EQ(offered.around("/x"), "");
+    EXPECT_EQ(offered.around("/a/b"), "/a");
+    EXPECT_EQ(offered.around("/a/b/0/c/d"), "/a/b/0");
+    EXPECT_EQ(offered.around("/a/b/1/e"), "/a/b/1");
+  }
+  EXPECT_EQ(grid.builder->asked, 4U);
+}
+
+TEST(AnswersTest, AreNoMoreThanSoMany) {
+  Answers<std::size_t> answers(10);
+  const auto known = [&](const std::string& ending) {
+    std::size_t count = 0;
+    for (std::size_t number = 0; number != 100; ++number) {
+      count += answers.find(std::to_string(number) + ending) ? 1 : 0;
+    }
+    return count;
+  };
+  for (const std::size_t length : {0U, 5000U, 5000000U}) {
+    const std::string ending(length, 'x');
+    for (std::size_t number = 0; number != 100; ++number) {
+      const std::string question = std::to_string(number) + ending;
+      EXPECT_EQ(answers.get(question, [&] { return number; }), number);
+    }
+    EXPECT_EQ(known(ending), length == 0 ? 10U : length == 5000U ? 1U : 0U);
+  }
+}
+
 TEST(KnowledgeTest, EveryBuilderReactsToSomeWord) {
   const Knowledge knowledge(test_support::allBuilders(), tessel_tool::knownWords());
   for (const NamedBuilder& builder : test_support::allBuilders()) {
@@ -277,10 +383,10 @@ TEST(KnowledgeTest, ABuildersNameSuggestsItsWords) {
 
 TEST(KnowledgeTest, WhatABuilderReadsIsLearnt) {
   const Knowledge knowledge(builders(), tessel_tool::knownWords());
-  const Kind& kind = knowledge.kindOf(
+  const auto kind = knowledge.kindOf(
       builders().back(), json(R"({"className": "DialNode", "range": {"from": 1, "to": 2}})"));
   std::vector<std::string> places;
-  for (const auto& [pattern, known] : kind.places) {
+  for (const auto& [pattern, known] : kind->places) {
     places.push_back(pattern + ' ' + known.wanted + (known.forRecognition ? " recognised" : ""));
   }
   EXPECT_THAT(places,

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "document/gxzero.hpp"
@@ -54,10 +55,23 @@ TESSEL_HOST_API DocumentProblems checkDocument(const Knowledge& knowledge,
                                                std::size_t firstLine = 1,
                                                ImportObserver* observer = nullptr);
 
-/// The pointer of the object that a walk offers to the builders last on the way to a value: the
-/// innermost one around it, or the one that the walk does not go into.
-TESSEL_HOST_API std::string offeredAround(const Knowledge& knowledge,
-                                          const foundation::json::Value& document,
-                                          const std::string& pointer);
+/// What a walk of a document offers to the builders. It asks them once for each object.
+class TESSEL_HOST_API OfferedObjects {
+ public:
+  /// @param knowledge of the builders; outlives this, as does the document.
+  OfferedObjects(const Knowledge& knowledge, const foundation::json::Value& document)
+      : knowledge_(knowledge), document_(document) {}
+
+  /// The pointer of the object that is offered last on the way to a value: the innermost one around
+  /// it, or the one that the walk does not go into.
+  std::string around(const std::string& pointer);
+
+ private:
+  bool isGoneInto(const foundation::json::Value& object);
+
+  const Knowledge& knowledge_;
+  const foundation::json::Value& document_;
+  std::unordered_map<const foundation::json::Value*, bool> goneInto_;
+};
 
 }  // namespace reference_host::diagnosis

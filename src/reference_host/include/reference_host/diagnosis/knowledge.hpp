@@ -4,12 +4,13 @@
 /// What can be known of builders by asking them: which objects they recognise, what they read
 /// where, and of which type it has to be. Nothing of it is written down anywhere.
 
-#include <map>
+#include <cstddef>
+#include <memory>
 #include <mutex>
+#include <optional>
 #include <shared_mutex>
 #include <string>
-#include <tuple>
-#include <unordered_set>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -29,8 +30,51 @@ struct Remedy {
   std::string word;     ///< what that member has to hold
 };
 
-/// Learns when it is asked for the first time, and remembers. Works for any builder; any number of
-/// threads may ask.
+/// Answers by their questions. It holds no more than so many, whatever it is asked: when it is
+/// full, it forgets them all.
+template <typename Answer>
+class Answers {
+ public:
+  explicit Answers(std::size_t most) : most_(most) {}
+
+  std::optional<Answer> find(const std::string& question) const {
+    const std::shared_lock<std::shared_mutex> guard(mutex_);
+    const auto known = answers_.find(question);
+    return known == answers_.end() ? std::nullopt : std::optional<Answer>(known->second);
+  }
+
+  void remember(std::string question, Answer answer) {
+    if (question.size() > kLongest) return;
+    const std::lock_guard<std::shared_mutex> guard(mutex_);
+    length_ += question.size();
+    if (answers_.size() >= most_ || length_ > most_ * kUsualLength) {
+      answers_.clear();
+      length_ = question.size();
+    }
+    answers_.insert_or_assign(std::move(question), std::move(answer));
+  }
+
+  /// The answer, made if it is not remembered; several threads may make it at a time.
+  template <typename Make>
+  Answer get(std::string question, const Make& make) {
+    if (auto known = find(question)) return *std::move(known);
+    Answer answer = make();
+    remember(std::move(question), answer);
+    return answer;
+  }
+
+ private:
+  static constexpr std::size_t kUsualLength = 1000;
+  static constexpr std::size_t kLongest = 100 * kUsualLength;
+
+  std::size_t most_;
+  mutable std::shared_mutex mutex_;
+  std::unordered_map<std::string, Answer> answers_;
+  std::size_t length_ = 0;  // of all questions
+};
+
+/// Learns when it is asked for the first time, and remembers what is asked often. Works for any
+/// builder; any number of threads may ask.
 class TESSEL_HOST_API Knowledge {
  public:
   using Value = foundation::json::Value;
@@ -55,7 +99,8 @@ class TESSEL_HOST_API Knowledge {
   bool isKnownByClass(const importer::NamedBuilder& builder, const std::string& className) const;
 
   /// The kind of an object that the builder claims.
-  const Kind& kindOf(const importer::NamedBuilder& builder, const Value& object) const;
+  std::shared_ptr<const Kind> kindOf(const importer::NamedBuilder& builder,
+                                     const Value& object) const;
 
   /// For a value that is passed over, the type of which one would count: the builder accepts any
   /// value of the type that is there, and none makes a difference. Empty for every other value.
@@ -75,21 +120,18 @@ class TESSEL_HOST_API Knowledge {
   void rememberGood(std::string shape) const;
 
  private:
-  using Words = std::tuple<const importer::NamedBuilder*, std::string, std::string>;
-
   void learnRecognitions() const;
+  Recognition wordsOf(const importer::NamedBuilder& builder, const Value& object) const;
 
   const Builders& builders_;
   mutable std::vector<std::string> words_;
   mutable std::once_flag recognitionsOnce_;
   mutable std::vector<Recognition> recognitions_;
-  mutable std::mutex mutex_;
-  mutable std::map<std::pair<const importer::NamedBuilder*, std::string>, bool> knownByClass_;
-  mutable std::map<Words, Kind> kinds_;
-  mutable std::map<Words, std::string> wantedInstead_;
-  mutable std::map<std::pair<const Kind*, std::string>, Remedy> remedies_;
-  mutable std::shared_mutex shapesMutex_;
-  mutable std::unordered_set<std::string> goodShapes_;
+  mutable Answers<bool> knownByClass_{10000};
+  mutable Answers<std::shared_ptr<const Kind>> kinds_{1000};
+  mutable Answers<std::string> wantedInstead_{10000};
+  mutable Answers<Remedy> remedies_{10000};
+  mutable Answers<bool> goodShapes_{10000};
 };
 
 }  // namespace reference_host::diagnosis

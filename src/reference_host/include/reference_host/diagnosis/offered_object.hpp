@@ -3,6 +3,7 @@
 /// @file
 /// An object that a builder was asked about, and what to tell of a call that failed.
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -24,7 +25,7 @@ struct OfferedObject {
   /// Words beside those of the knowledge that a builder may compare with; null for none.
   const std::vector<std::string>* words = nullptr;
 
-  const Kind& kind() const { return knowledge.kindOf(builder, value); }
+  std::shared_ptr<const Kind> kind() const { return knowledge.kindOf(builder, value); }
 };
 
 /// The problem of one failed call of the builder.

@@ -37,6 +37,10 @@ void put(foundation::json::Value& root, const Path& path, foundation::json::Valu
 /// Takes a member away if it is there. @pre the path ends with a member's name.
 void removeMember(foundation::json::Value& root, const Path& path);
 
+/// The object with at most one element in each array, the one on the way to the place if there is
+/// one; the place is changed with it. What stands at the place is left whole.
+foundation::json::Value withShortArrays(const foundation::json::Value& object, Path& place);
+
 /// The path without its last step. @pre it is not empty.
 Path parentOf(const Path& path);
 /// The path and one more step.
