@@ -118,15 +118,14 @@ Value withShortArrays(const Value& object, Path& place) {
     const Pending pending = open.back();
     open.pop_back();
     const bool goesOn = pending.onTheWay && pending.depth < place.size();
-    if (pending.onTheWay && !goesOn) {
-      *pending.target = *pending.source;
-    } else if (const auto* members = pending.source->get_if<Value::Object>()) {
+    const bool whole = pending.onTheWay && !goesOn;
+    if (const auto* members = whole ? nullptr : pending.source->get_if<Value::Object>()) {
       auto& copies = pending.target->emplace<Value::Object>();
       for (const auto& [name, member] : *members) {
         const bool next = goesOn && place[pending.depth] == PathStep(name);
         open.push_back({&member, &copies[name], pending.depth + 1, next});
       }
-    } else if (const auto* elements = pending.source->get_if<Value::Array>()) {
+    } else if (const auto* elements = whole ? nullptr : pending.source->get_if<Value::Array>()) {
       auto& copies = pending.target->emplace<Value::Array>();
       if (elements->empty()) continue;
       std::size_t index = 0;
