@@ -212,15 +212,17 @@ std::string Knowledge::wantedInstead(const NamedBuilder& builder, const Value& o
 
 Remedy Knowledge::remedyFor(const NamedBuilder& builder, const Value& object, const Path& place,
                             const std::vector<std::string>* moreWords) const {
-  const auto kind = kindOf(builder, object);
   const Recognition kindWords = wordsOf(builder, object);
   const std::string pattern = patternOf(place);
   const std::string held = typeNameOf(valueAt(object, place));
+  const auto among = [&](const std::vector<std::string>& candidates) {
+    return remedyIn(builder, *kindOf(builder, object), candidates, pattern, held);
+  };
   Remedy remedy = remedies_.get(
       questionTo(builder, {kindWords.className, kindWords.type.value_or(""), pattern, held}),
-      [&] { return remedyIn(builder, *kind, words(), pattern, held); });
+      [&] { return among(words()); });
   const bool tryMore = remedy.word.empty() && moreWords != nullptr && !moreWords->empty();
-  return tryMore ? remedyIn(builder, *kind, *moreWords, pattern, held) : remedy;
+  return tryMore ? among(*moreWords) : remedy;
 }
 
 bool Knowledge::isGood(const std::string& shape) const {
