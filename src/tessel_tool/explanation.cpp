@@ -256,7 +256,9 @@ void locateErrors(Explanation& explanation, const reference_host::diagnosis::Kno
   if (located.empty()) return;
   const bool buildFailed = explanation.build && explanation.build->error;
   LocatedError& told = buildFailed ? located.back() : located.front();
-  appendAsText(explanation.told, {*told.told}, originOf(document));
+  std::vector<PlacedProblem> problems{*told.told};
+  showNumbersAsWritten(problems, document.content());
+  appendAsText(explanation.told, problems, originOf(document));
 }
 
 void appendAsJson(std::string& out, const Explanation& explanation, bool oneLine) {

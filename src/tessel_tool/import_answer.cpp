@@ -54,6 +54,7 @@ std::string toldErrors(std::vector<LocatedError>& errors, const Document& docume
     if (error.told) problems.push_back(*std::exchange(error.told, nullptr));
   }
   sortByPlace(problems);
+  showNumbersAsWritten(problems, document.content());
   std::string text;
   appendAsText(text, problems, originOf(document));
   return text;

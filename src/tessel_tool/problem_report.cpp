@@ -7,6 +7,7 @@
 #include <tuple>
 #include <utility>
 
+#include "reference_host/diagnosis/wording.hpp"
 #include "text_form.hpp"
 
 namespace tessel_tool {
@@ -112,6 +113,7 @@ std::vector<PlacedProblem> place(std::vector<Problem> problems, std::string_view
     placed.push_back({std::move(problems[index]), atKey ? *held.key : held.value});
   }
   sortByPlace(placed);
+  showNumbersAsWritten(placed, text);
   if (found != nullptr) {
     places.erase(places.begin(), places.begin() + static_cast<std::ptrdiff_t>(placed.size()));
     *found = std::move(places);
@@ -186,6 +188,20 @@ void appendExcerpt(std::string& out, std::string_view text, std::size_t offset, 
   const std::size_t shown = std::min(length, right.size());
   if (shown > 1) out.append(shown - 1, '~');
   out += '\n';
+}
+
+void showNumbersAsWritten(std::vector<PlacedProblem>& problems, std::string_view text) {
+  using reference_host::diagnosis::kPutInQuotes;
+  Offsets offsets(text);
+  for (auto& [problem, place] : problems) {
+    const bool hasNumber = problem.held == "double" && !problem.atKey && problem.hint &&
+                           problem.hint->compare(0, kPutInQuotes.size(), kPutInQuotes) == 0;
+    if (!hasNumber) continue;
+    const std::size_t begin = kPutInQuotes.size() + 1;
+    const std::size_t length = place.end.column - place.begin.column;
+    problem.hint->replace(begin, problem.hint->find('"', begin) - begin,
+                          text.substr(offsets.of(place.begin), length));
+  }
 }
 
 void appendAsText(std::string& out, const std::vector<PlacedProblem>& problems,

@@ -34,6 +34,10 @@ bool endsLine(std::string_view text, const reference_host::json::TextPlace& plac
 /// Puts problems into the order in which they are told: by line, column, member and code.
 void sortByPlace(std::vector<PlacedProblem>& problems);
 
+/// Lets hints show a number as the text writes it, `1.50` as that.
+/// @pre the problems are in the order of their places.
+void showNumbersAsWritten(std::vector<PlacedProblem>& problems, std::string_view text);
+
 /// Where a text comes from.
 struct TextOrigin {
   std::string_view path;      ///< the input, as given

@@ -131,7 +131,7 @@ std::optional<std::string> correction(const Value& held, const std::string& want
   if (wanted == "string" && (number != nullptr || boolean != nullptr)) {
     std::string json;
     json::JsonWriter(json).json(held);
-    return "put it in quotes: \"" + json + '"';
+    return std::string(kPutInQuotes) + '"' + json + '"';
   }
   if (wanted == "double" && text != nullptr) {
     if (isNumber(*text)) return "write it without quotes: " + *text;

@@ -35,6 +35,9 @@ std::string heldWords(const std::string& type);
 /// A type as what is wanted.
 TESSEL_HOST_API std::string wantedWords(const std::string& type);
 
+/// With what a correction begins that makes a text of a value. The value follows in quotes: a
+/// number in its shortest form, however the document writes it.
+inline constexpr std::string_view kPutInQuotes = "put it in quotes: ";
 /// What to write for a value that holds one type where another is wanted; nothing where the value
 /// does not suggest it.
 std::optional<std::string> correction(const foundation::json::Value& held,
