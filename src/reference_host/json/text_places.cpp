@@ -67,10 +67,16 @@ class TextWalk {
   }
 
  private:
-  static constexpr std::string_view kSpace = " \t\n\r";
-  static constexpr std::string_view kScalarEnd = ",]} \t\n\r";
+  static bool isSpace(char character) {
+    return character == ' ' || character == '\n' || character == '\r' || character == '\t';
+  }
+  static bool endsScalar(char character) {
+    return character == ',' || character == ']' || character == '}' || isSpace(character);
+  }
 
-  void skipSpace() { offset_ = std::min(utf8_.find_first_not_of(kSpace, offset_), utf8_.size()); }
+  void skipSpace() {
+    while (offset_ < utf8_.size() && isSpace(utf8_[offset_])) ++offset_;
+  }
 
   bool nextIs(char character) const {
     return offset_ < utf8_.size() && utf8_[offset_] == character;
@@ -92,7 +98,7 @@ class TextWalk {
       }
       closeContainer();
     } else {
-      offset_ = std::min(utf8_.find_first_of(kScalarEnd, offset_), utf8_.size());
+      while (offset_ < utf8_.size() && !endsScalar(utf8_[offset_])) ++offset_;
     }
     return true;
   }
@@ -135,11 +141,9 @@ class TextWalk {
   }
 
   void passString() {
-    ++offset_;
-    while (offset_ < utf8_.size() && utf8_[offset_] != '"') {
-      offset_ += utf8_[offset_] == '\\' ? 2 : 1;
-    }
-    offset_ = std::min(offset_ + 1, utf8_.size());
+    std::size_t end = offset_ + 1;
+    while (end < utf8_.size() && utf8_[end] != '"') end += utf8_[end] == '\\' ? 2 : 1;
+    offset_ = std::min(end + 1, utf8_.size());
   }
 
   std::string_view utf8_;
@@ -149,12 +153,13 @@ class TextWalk {
   std::vector<bool> isArray_;  // of the containers that are open
 };
 
-/// Whether a pointer comes before another one in an order in which those with the same first tokens
-/// stand together.
+/// Shorter tokens come first: the elements of an array stand in their order.
+bool isTokenBefore(std::string_view left, std::string_view right) {
+  return left.size() != right.size() ? left.size() < right.size() : left < right;
+}
+
+/// Whether a pointer comes before another one, by the first token in which they differ.
 bool isBefore(std::string_view left, std::string_view right) {
-  const auto rank = [](char character) {
-    return character == '/' ? 0 : static_cast<unsigned char>(character) + 1;
-  };
   // Most pointers of a document begin alike: eight characters at a time.
   const std::size_t shorter = std::min(left.size(), right.size());
   constexpr std::size_t kBlock = 8;
@@ -164,37 +169,44 @@ bool isBefore(std::string_view left, std::string_view right) {
     same += kBlock;
   }
   while (same < shorter && left[same] == right[same]) ++same;
-  if (same == shorter) return left.size() < right.size();
-  return rank(left[same]) < rank(right[same]);
+  const std::string_view leftToken = left.substr(same, left.find('/', same) - same);
+  const std::string_view rightToken = right.substr(same, right.find('/', same) - same);
+  if (leftToken.empty() && rightToken.empty()) return left.size() < right.size();
+  return isTokenBefore(leftToken, rightToken);
 }
 
 /// Notes the places of the requested values.
 class ValueFinder {
  public:
-  /// @param sorted pointers whose texts outlive this, in any order.
-  explicit ValueFinder(std::vector<std::string_view> sorted) {
-    std::sort(sorted.begin(), sorted.end(), isBefore);
+  /// @param pointers whose texts outlive this, in any order.
+  explicit ValueFinder(const std::vector<std::string_view>& pointers)
+      : pointers_(pointers), nodeOf_(pointers.size()) {
+    std::vector<std::size_t> sorted(pointers.size());
+    for (std::size_t index = 0; index != sorted.size(); ++index) sorted[index] = index;
+    const auto order = [&](std::size_t left, std::size_t right) {
+      return isBefore(pointers[left], pointers[right]);
+    };
+    // A walk over a document meets them in this order.
+    if (!std::is_sorted(sorted.begin(), sorted.end(), order)) {
+      std::sort(sorted.begin(), sorted.end(), order);
+    }
     nodes_.emplace_back();
     std::deque<Pointers> open{
         {sorted.begin(), sorted.end(), 0}};  // of the nodes without children yet
     for (std::size_t node = 0; !open.empty(); ++node) {
       nodes_[node].children = nodes_.size();
-      addChildren(open.front(), open);
+      addChildren(node, open.front(), open);
       nodes_[node].childrenEnd = nodes_.size();
       open.pop_front();
     }
   }
 
-  ValuePlace placeOf(std::string_view pointer) const {
-    const std::vector<std::string_view> tokens = tokensOf(pointer);
-    std::size_t node = kRoot;
-    std::size_t found = 0;
-    for (; found != tokens.size(); ++found) {
-      const std::size_t child = childOf(node, tokens[found]);
-      if (!nodes_[child].isThere) break;
-      node = child;
-    }
-    return {nodes_[node].value, nodes_[node].key, tokens.size() - found};
+  /// @param index of the pointer.
+  ValuePlace placeOf(std::size_t index) const {
+    std::size_t node = nodeOf_[index];
+    std::size_t missing = 0;
+    for (; node != kRoot && !nodes_[node].isThere; node = nodes_[node].parent) ++missing;
+    return {nodes_[node].value, nodes_[node].key, missing};
   }
 
   void beginContainer() { elements_.push_back(0); }
@@ -203,7 +215,7 @@ class ValueFinder {
   template <typename Range>
   void key(std::string_view quoted, const Range& range) {
     next_ = kNone;
-    if (open_.back() == kNone) return;
+    if (!isAroundOne()) return;
     std::string token;
     appendToken(token, nameIn(quoted));
     next_ = childOf(open_.back(), std::string_view(token).substr(1));
@@ -211,7 +223,7 @@ class ValueFinder {
   }
   void element() {
     const std::size_t index = elements_.back()++;
-    next_ = open_.back() == kNone ? kNone : childOf(open_.back(), std::to_string(index));
+    next_ = isAroundOne() ? childOf(open_.back(), std::to_string(index)) : kNone;
   }
 
   template <typename Place>
@@ -235,6 +247,7 @@ class ValueFinder {
   /// they are kept small.
   struct Node {
     std::string_view token;
+    std::size_t parent = 0;
     std::size_t children = 0;  // where they are in `nodes_`, by their tokens
     std::size_t childrenEnd = 0;
     bool isThere = false;
@@ -244,38 +257,47 @@ class ValueFinder {
 
   /// Pointers that go through one value, and how many of their characters lead to it.
   struct Pointers {
-    std::vector<std::string_view>::const_iterator begin;
-    std::vector<std::string_view>::const_iterator end;
+    std::vector<std::size_t>::const_iterator begin;
+    std::vector<std::size_t>::const_iterator end;
     std::size_t length;
   };
 
   static constexpr std::size_t kRoot = 0;
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
-  void addChildren(Pointers pointers, std::deque<Pointers>& open) {
-    auto pointer = pointers.begin;
-    while (pointer != pointers.end && pointer->size() == pointers.length) ++pointer;
-    while (pointer != pointers.end) {
-      const std::size_t tokenBegin = pointers.length + 1;
-      const std::string_view token =
-          pointer->substr(tokenBegin, pointer->find('/', tokenBegin) - tokenBegin);
-      const std::size_t length = tokenBegin + token.size();
-      const auto first = pointer;
-      while (pointer != pointers.end && pointer->substr(0, length) == first->substr(0, length) &&
-             (pointer->size() == length || (*pointer)[length] == '/')) {
-        ++pointer;
-      }
-      nodes_.emplace_back().token = token;
-      open.push_back({first, pointer, length});
+  void addChildren(std::size_t node, const Pointers& pointers, std::deque<Pointers>& open) {
+    const auto rest = [&](std::size_t index) { return pointers_[index].substr(pointers.length); };
+    auto next = pointers.begin;
+    for (; next != pointers.end && rest(*next).empty(); ++next) nodeOf_[*next] = node;
+    while (next != pointers.end) {
+      const std::string_view first = rest(*next);
+      const std::string_view step = first.substr(0, first.find('/', 1));
+      const auto isThrough = [&](std::string_view other) {
+        return other.substr(0, step.size()) == step &&
+               (other.size() == step.size() || other[step.size()] == '/');
+      };
+      const auto begin = next;
+      while (next != pointers.end && isThrough(rest(*next))) ++next;
+      Node& child = nodes_.emplace_back();
+      child.token = step.substr(1);
+      child.parent = node;
+      open.push_back({begin, next, pointers.length + step.size()});
     }
+  }
+
+  /// Whether the innermost value is around one that is asked for.
+  bool isAroundOne() const {
+    const std::size_t node = open_.back();
+    return node != kNone && nodes_[node].children != nodes_[node].childrenEnd;
   }
 
   std::size_t childOf(std::size_t node, std::string_view token) const {
     const auto begin = nodes_.begin() + static_cast<std::ptrdiff_t>(nodes_[node].children);
     const auto end = nodes_.begin() + static_cast<std::ptrdiff_t>(nodes_[node].childrenEnd);
-    const auto child = std::lower_bound(
-        begin, end, token,
-        [](const Node& candidate, std::string_view wanted) { return candidate.token < wanted; });
+    const auto child =
+        std::lower_bound(begin, end, token, [](const Node& candidate, std::string_view wanted) {
+          return isTokenBefore(candidate.token, wanted);
+        });
     if (child == end || child->token != token) return kNone;
     return static_cast<std::size_t>(child - nodes_.begin());
   }
@@ -288,6 +310,8 @@ class ValueFinder {
     }
   }
 
+  const std::vector<std::string_view>& pointers_;
+  std::vector<std::size_t> nodeOf_;    // of each pointer
   std::deque<Node> nodes_;             // the first is the outermost value
   std::size_t next_ = kRoot;           // the node of the value to come
   std::vector<std::size_t> open_;      // the nodes of the values around it
@@ -353,7 +377,9 @@ std::vector<ValuePlace> findValues(std::string_view utf8,
   TextWalk(utf8, finder).run();
   std::vector<ValuePlace> places;
   places.reserve(pointers.size());
-  for (const std::string_view pointer : pointers) places.push_back(finder.placeOf(pointer));
+  for (std::size_t index = 0; index != pointers.size(); ++index) {
+    places.push_back(finder.placeOf(index));
+  }
   return places;
 }
 
