@@ -137,22 +137,22 @@ std::string pageOf(const std::string& text, bool inPieces) {
   tessel_tool::PageContents contents;
   contents.read = 1;
   contents.total = summaryOf(read, 1);
-  std::string section;
-  std::string sections;
+  tessel_tool::HtmlText section;
+  tessel_tool::HtmlText sections;
   appendSection(section, read, contents.total, {true, 30'000}, [&] {
-    if (inPieces) sections += std::exchange(section, {});
+    if (inPieces) sections += std::exchange(section, {}).view();
   });
-  sections += section;
+  sections += section.view();
   contents.documents.push_back(contents.total);
   contents.hasSection.push_back(true);
   const std::size_t most = tessel_tool::kPageBytes + tessel_tool::kPageBytesPerByte * text.size();
-  std::string page;
+  tessel_tool::HtmlText page;
   tessel_tool::appendPageHead(page, contents, most - sections.size() - 100);
-  page += sections;
+  page += sections.view();
   tessel_tool::appendPageEnd(page);
   require(page.size() <= most, "a page is no larger than promised");
-  PageReader(page).read();
-  return page;
+  PageReader(page.view()).read();
+  return std::string(page.view());
 }
 
 }  // namespace

@@ -127,7 +127,7 @@ constexpr std::size_t kLeftOutBytes = 400;  // what the sentence about it takes
 
 class SectionWriter {
  public:
-  SectionWriter(std::string& out, const ReadDocument& read, DocumentSummary& summary,
+  SectionWriter(HtmlText& out, const ReadDocument& read, DocumentSummary& summary,
                 const SectionOptions& options, const std::function<void()>& partEnds)
       : out_(out),
         html_(out),
@@ -157,8 +157,8 @@ class SectionWriter {
   const std::vector<PlacedProblem>& problems() const { return read_.check.problems; }
   const Object& object(std::size_t index) const { return read_.objects[index]; }
 
-  ControlView viewOf(const Object& object) const {
-    return ControlView(*read_.nodes[object.node].get());
+  ControlView viewOf(const Object& object) {
+    return ControlView(*read_.nodes[object.node].get(), kinds_);
   }
 
   std::string idOf(char what, std::size_t index) const {
@@ -196,6 +196,7 @@ class SectionWriter {
   /// Takes what comes next in the text.
   Part nextPart() {
     Part part{object_, 0, problem_, 0};
+    views_.clear();
     const auto takeProblems = [&](std::size_t end) {
       while (problem_ != problems().size() && offsets_[problem_] < end) ++problem_;
       part.problems = problem_ - part.firstProblem;
@@ -210,9 +211,9 @@ class SectionWriter {
     const Object& first = object(object_++);
     ++part.objects;
     if (first.node != Object::kFailed) {
-      const ControlView view = viewOf(first);
+      views_.push_back(viewOf(first));
       while (object_ != read_.objects.size() && part.objects != kMostInLine &&
-             joins(view, first, object(object_))) {
+             joins(first, object(object_))) {
         ++object_;
         ++part.objects;
       }
@@ -221,14 +222,20 @@ class SectionWriter {
     return part;
   }
 
-  /// Whether a control stands in the line of the one before.
-  bool joins(const ControlView& before, const Object& object, const Object& next) const {
-    if (next.node == Object::kFailed || !isBetweenElements(object, next)) return false;
+  /// Whether a control stands in the line of the first one. If so, its view is kept.
+  bool joins(const Object& first, const Object& next) {
+    const ControlView& before = views_.front();
+    if (before.isTask() || next.node == Object::kFailed || !isBetweenElements(first, next)) {
+      return false;
+    }
     const ControlView view = viewOf(next);
-    if (before.kind().isTask || view.kind().isTask || view.code() != before.code()) return false;
+    if (view.isTask() || view.code() != before.code()) return false;
     // What is wrong between controls of no line is told between them.
-    return !before.code().empty() || problem_ == problems().size() ||
-           offsets_[problem_] >= next.begin;
+    if (before.code().empty() && problem_ != problems().size() && offsets_[problem_] < next.begin) {
+      return false;
+    }
+    views_.push_back(view);
+    return true;
   }
 
   std::size_t endOf(const Part& part) const {
@@ -260,7 +267,7 @@ class SectionWriter {
       writeLeftOut();
       writePart(part);
       if (fits(end)) break;
-      out_.resize(mark);
+      out_.truncate(mark);
       leftOutControls_ = leftOut.objects;
       leftOutProblems_ = leftOut.problems;
     }
@@ -278,15 +285,12 @@ class SectionWriter {
 
   void writePart(const Part& part) {
     html_.begin("div").attribute("class", "part");
-    if (part.objects != 0) {
-      const Object& first = object(part.firstObject);
-      if (first.node == Object::kFailed) {
-        // Its problems say what it is.
-      } else if (viewOf(first).kind().isTask) {
-        writeTask(part.firstObject);
-      } else {
-        writeLine(part);
-      }
+    if (views_.empty()) {
+      // What is wrong says what it is.
+    } else if (views_.front().isTask()) {
+      writeTask(part.firstObject);
+    } else {
+      writeLine(part.firstObject);
     }
     for (std::size_t index = 0; index != part.problems; ++index) {
       writeProblem(part.firstProblem + index);
@@ -321,26 +325,23 @@ class SectionWriter {
   void beginControl(std::size_t index, const ControlView& view, const char* element,
                     const char* cssClass) {
     html_.begin(element).attribute("class", cssClass).attribute("id", idOf('c', index));
-    html_.attribute("data-kind", view.kind().word);
+    html_.attribute("data-kind", view.word());
     html_.attribute("data-pointer", object(index).pointer);
   }
 
   void writeTask(std::size_t index) {
-    const ControlView view = viewOf(object(index));
+    const ControlView& view = views_.front();
     beginControl(index, view, "div", "task");
-    view.drawTask(html_);
+    view.drawTask(html_, kinds_);
     html_.end("div");
     writeFold(index, view, {});
   }
 
-  void writeLine(const Part& part) {
-    std::vector<ControlView> views;
+  void writeLine(std::size_t first) {
+    const bool isAlone = views_.size() == 1;
     std::vector<Columns> columns;
-    for (std::size_t index = 0; index != part.objects; ++index) {
-      views.push_back(viewOf(object(part.firstObject + index)));
-      columns.push_back(views.back().columns());
-    }
-    const std::u16string_view code = views.front().code();
+    for (const ControlView& view : views_) columns.push_back(view.columns());
+    const std::u16string_view code = views_.front().code();
     const std::vector<LinePiece> pieces = divideLine(code, columns);
     std::vector<std::string> notes;
     html_.begin("div").attribute("class", code.empty() ? "line codeless" : "line").begin("code");
@@ -350,25 +351,25 @@ class SectionWriter {
         html_.begin("span").text(covered).end("span");
         continue;
       }
-      const ControlView& view = views[piece.control];
-      beginControl(part.firstObject + piece.control, view, "span", "control");
+      const ControlView& view = views_[piece.control];
+      beginControl(first + piece.control, view, "span", "control");
       std::vector<std::string> own;
       view.draw(html_, own);
       html_.end("span");
       if (!code.empty()) noteColumns(piece, columns[piece.control], code.size(), own);
       for (std::string& note : own) {
-        notes.push_back(part.objects == 1 ? std::move(note) : view.title() + ": " + note);
+        notes.push_back(isAlone ? std::move(note) : view.title() + ": " + note);
       }
     }
     html_.end("code").end("div");
     if (code.empty()) {
-      notes.insert(notes.begin(), part.objects == 1 ? "no line of code is set"
-                                                    : "no line of code is set for these controls");
+      notes.insert(notes.begin(), isAlone ? "no line of code is set"
+                                          : "no line of code is set for these controls");
     }
     writeNotes(notes);
     for (const LinePiece& piece : pieces) {
       if (piece.control == LinePiece::kText) continue;
-      writeFold(part.firstObject + piece.control, views[piece.control],
+      writeFold(first + piece.control, views_[piece.control],
                 code.substr(piece.begin, piece.end - piece.begin));
     }
   }
@@ -410,7 +411,7 @@ class SectionWriter {
   void writeFold(std::size_t index, const ControlView& view, std::u16string_view covered) {
     if (detail_ == Detail::kNoFolds) return;
     const Object& folded = object(index);
-    html_.begin("details").begin("summary").begin("b").text(view.kind().name).end("b");
+    html_.begin("details").begin("summary").begin("b").text(view.name()).end("b");
     if (!view.id().empty()) html_.text(" ").begin("bdi").text(view.id()).end("bdi");
     html_.text(" ").begin("span").attribute("class", "place").text("line ");
     html_.number(std::uint64_t{lineInInput(folded.line)}).end("span").end("summary");
@@ -437,26 +438,31 @@ class SectionWriter {
 
   /// The lines of an object, with no more indentation than they have among themselves.
   void writeSource(const Object& object) {
-    std::string source;
+    const auto indentOf = [](std::string_view line) {
+      const auto isSpace = [](char character) { return character == ' ' || character == '\t'; };
+      return static_cast<std::size_t>(std::find_if_not(line.begin(), line.end(), isSpace) -
+                                      line.begin());
+    };
     std::string_view left = text_.substr(object.begin, object.end - object.begin);
     std::size_t indent = 0;
     if (left.find('\n') != std::string_view::npos) {  // else its line may be endless
       const std::size_t lineBegin = text_.rfind('\n', object.begin) + 1;  // 0 where there is none
-      indent = std::min(text_.find_first_not_of(" \t", lineBegin), object.begin) - lineBegin;
+      indent = indentOf(text_.substr(lineBegin, object.begin - lineBegin));
     }
+    html_.begin("pre").attribute("class", "source");
     for (std::size_t line = lineInInput(object.line);; ++line) {
       const std::size_t length = std::min(left.size(), left.find('\n'));
       std::string_view shown = left.substr(0, length);
       if (!shown.empty() && shown.back() == '\r') shown.remove_suffix(1);
-      if (!source.empty()) {
-        shown.remove_prefix(std::min({indent, shown.size(), shown.find_first_not_of(" \t")}));
-        source += '\n';
+      if (left.data() != text_.data() + object.begin) {
+        shown.remove_prefix(indentOf(shown.substr(0, indent)));
+        html_.lineEnd();
       }
-      source.append(std::to_string(line)).append(" | ").append(shown);
+      html_.number(std::uint64_t{line}).text(" | ").text(shown);
       if (length == left.size()) break;
       left.remove_prefix(length + 1);
     }
-    html_.begin("pre").attribute("class", "source").lines(source).end("pre");
+    html_.end("pre");
   }
 
   void writeProblem(std::size_t index) {
@@ -489,7 +495,7 @@ class SectionWriter {
     html_.end("div");
   }
 
-  std::string& out_;
+  HtmlText& out_;
   HtmlWriter html_;
   const ReadDocument& read_;
   const Document& document_;
@@ -501,6 +507,8 @@ class SectionWriter {
   std::size_t left_ = 0;  // what has been taken away from the string
   std::string prefix_;    // of ids
   ClassNames classes_;
+  ControlKinds kinds_;
+  std::vector<ControlView> views_;    // of the controls in a part
   std::vector<std::size_t> offsets_;  // of the problems
   std::size_t object_ = 0;            // the next one
   std::size_t problem_ = 0;
@@ -544,7 +552,8 @@ DocumentSummary summaryOf(const ReadDocument& document, std::size_t number) {
   summary.failure = document.failure();
   summary.errors = document.check.errors + (document.check.failure.empty() ? 0 : 1);
   summary.warnings = document.check.warnings;
-  for (const auto& node : document.nodes) ++summary.kinds[ControlView(*node.get()).kind().name];
+  ControlKinds kinds;
+  for (const auto& node : document.nodes) ++summary.kinds[ControlView(*node.get(), kinds).name()];
   const auto looksLikeOne = [](const PlacedProblem& placed) {
     return placed.problem.code == Code::kUnknownClass || placed.problem.code == Code::kUnknownType;
   };
@@ -579,7 +588,7 @@ std::string problemCountsOf(const DocumentSummary& summary) {
   return text;
 }
 
-void appendSection(std::string& out, const ReadDocument& document, DocumentSummary& summary,
+void appendSection(HtmlText& out, const ReadDocument& document, DocumentSummary& summary,
                    const SectionOptions& options, const std::function<void()>& partEnds) {
   SectionWriter(out, document, summary, options, partEnds).write();
 }

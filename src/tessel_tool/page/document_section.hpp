@@ -12,6 +12,7 @@
 #include "check_answer.hpp"
 #include "document/gxzero.hpp"
 #include "input.hpp"
+#include "page/html_text.hpp"
 #include "reference_host/diagnosis/knowledge.hpp"
 #include "reference_host/importer/importer.hpp"
 
@@ -94,7 +95,7 @@ struct SectionOptions {
 /// size of the section does not allow is left out, and said so: first the source and the records of
 /// the controls, then all their folds and the excerpts of problems, then controls and problems.
 /// @param partEnds called between parts: what the string holds by then may be taken away.
-void appendSection(std::string& out, const ReadDocument& document, DocumentSummary& summary,
+void appendSection(HtmlText& out, const ReadDocument& document, DocumentSummary& summary,
                    const SectionOptions& options, const std::function<void()>& partEnds);
 
 }  // namespace tessel_tool

@@ -382,32 +382,47 @@ const DrawnKind* kindOf(std::u16string_view className) {
 
 }  // namespace
 
-ControlView::ControlView(const ModelElement::Impl& node) : node_(node) {
-  drawn_ = kindOf(node_.className());
-  if (drawn_ != nullptr) return;
-  for (const Property& property : node_.metaClass().getProperties()) {
-    if (property.getKind() != Property::Kind::kContained || property.getName() == u"position") {
-      continue;
+const ControlKinds::Known& ControlKinds::of(const gx::zero::meta::Class::Impl& described) {
+  const auto known = known_.find(&described);
+  if (known != known_.end()) return known->second;
+  Known kind{kindOf(described.getQualifiedName()), {}};
+  for (const Property& property : described.getProperties()) {
+    if (property.getKind() == Property::Kind::kContained && property.getName() != u"position") {
+      kind.dataHolders.push_back(&property);
     }
-    data_ = node_.element(property.getName());
+  }
+  return known_.emplace(&described, std::move(kind)).first->second;
+}
+
+ControlView::ControlView(const ModelElement::Impl& node, ControlKinds& kinds) : node_(node) {
+  const ControlKinds::Known& known = kinds.of(node_.metaClass());
+  drawn_ = known.drawn;
+  if (drawn_ != nullptr) return;
+  for (const Property* property : known.dataHolders) {
+    data_ = node_.element(*property);
     if (!data_) continue;
-    drawn_ = kindOf(data_->className());
+    drawn_ = kinds.of(data_->metaClass()).drawn;
+    code_ = data_->text(u"code");
     return;
   }
 }
 
-ControlKind ControlView::kind() const {
-  if (drawn_ != nullptr) return {drawn_->word, drawn_->name, drawn_->draw == nullptr};
-  return {"control", std::string(shortName(ustringToUtf8(node_.className())))};
+const char* ControlView::word() const {
+  return drawn_ != nullptr ? drawn_->word : "control";
+}
+
+std::string ControlView::name() const {
+  if (drawn_ != nullptr) return drawn_->name;
+  return std::string(shortName(ustringToUtf8(node_.className())));
+}
+
+bool ControlView::isTask() const {
+  return drawn_ != nullptr && drawn_->draw == nullptr;
 }
 
 std::u16string_view ControlView::id() const {
   const std::u16string_view id = node_.text(u"id");
   return id.empty() ? node_.text(u"anchorId") : id;
-}
-
-std::u16string_view ControlView::code() const {
-  return data_ ? data_->text(u"code") : std::u16string_view();
 }
 
 Columns ControlView::columns() const {
@@ -417,7 +432,7 @@ Columns ControlView::columns() const {
 }
 
 std::string ControlView::title() const {
-  std::string title = kind().name;
+  std::string title = name();
   const std::string id = ustringToUtf8(this->id());
   if (!reference_host::json::isBlank(id)) title.append(" ").append(id);
   return title;
@@ -438,8 +453,8 @@ void ControlView::draw(HtmlWriter& html, std::vector<std::string>& notes) const 
   if (const auto value = data.element(u"defaultValueData")) noteVariables(*value, notes);
 }
 
-void ControlView::drawTask(HtmlWriter& html) const {
-  html.begin("p").attribute("class", "name").begin("strong").text(kind().name).end("strong");
+void ControlView::drawTask(HtmlWriter& html, ControlKinds& kinds) const {
+  html.begin("p").attribute("class", "name").begin("strong").text(name()).end("strong");
   html.text(" ").begin("bdi").text(id()).end("bdi").end("p");
   if (const auto task = node_.element(u"lumoTaskData")) {
     html.begin("dl");
@@ -461,10 +476,10 @@ void ControlView::drawTask(HtmlWriter& html) const {
     }
   }
   for (const ModelElement::Impl* child : node_.elements(u"children")) {
-    const ControlView view(*child);
-    html.begin("div").attribute("class", "task").attribute("data-kind", view.kind().word);
-    if (view.kind().isTask) {
-      view.drawTask(html);
+    const ControlView view(*child, kinds);
+    html.begin("div").attribute("class", "task").attribute("data-kind", view.word());
+    if (view.isTask()) {
+      view.drawTask(html, kinds);
     } else {
       html.text(view.title());
     }
@@ -545,12 +560,12 @@ class PropertyTable {
     auto& [property, name, type, rowStart, unsetRow] = current.named->properties[current.next++];
     if (!current.element.isSet(*property)) {
       beginRows();
-      if (unsetRow.empty()) {
+      if (unsetRow.size() == 0) {
         HtmlWriter row(unsetRow);
         writeRow(row, name, type);
         row.attribute("class", "unset").text("not set");
       }
-      html_.written(unsetRow);
+      html_.written(unsetRow.view());
       return;
     }
     const ValueMeta value = current.element.read(*property);
@@ -568,12 +583,12 @@ class PropertyTable {
       html_.number(std::uint64_t{current.sequence->size()});
     } else {
       beginRows();
-      if (rowStart.empty()) {
+      if (rowStart.size() == 0) {
         HtmlWriter row(rowStart);
         writeRow(row, name, type);
         row.text("");
       }
-      html_.written(rowStart);
+      html_.written(rowStart.view());
       writeData(value);
     }
   }

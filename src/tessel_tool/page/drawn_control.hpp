@@ -3,8 +3,10 @@
 /// @file
 /// Controls as the form controls of a page, and task nodes as blocks.
 
+#include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "gx/zero.hpp"
@@ -14,23 +16,31 @@
 
 namespace tessel_tool {
 
-/// What a page calls a control.
-struct ControlKind {
-  std::string word;     ///< one word, such as "check-box"
-  std::string name;     ///< "check box"
-  bool isTask = false;  ///< a block of its own, in no line of code
+/// The kinds of the classes met so far: what a node is drawn as, or where its data is.
+class ControlKinds {
+ public:
+  struct Known {
+    const struct DrawnKind* drawn;  ///< none where the class does not tell it
+    std::vector<const gx::zero::meta::Property*> dataHolders;
+  };
+
+  const Known& of(const gx::zero::meta::Class::Impl& described);
+
+ private:
+  std::unordered_map<const gx::zero::meta::Class::Impl*, Known> known_;
 };
 
 /// A node as a page sees it, by reflection alone. The node outlives the view.
 class ControlView {
  public:
-  explicit ControlView(const gx::zero::ModelElement::Impl& node);
+  ControlView(const gx::zero::ModelElement::Impl& node, ControlKinds& kinds);
 
-  ControlKind kind() const;
+  const char* word() const;  ///< one word for its kind, such as "check-box"
+  std::string name() const;  ///< "check box"
+  bool isTask() const;       ///< a block of its own, in no line of code
   std::u16string_view id() const;
   /// The line of code that holds the control; empty where none was set.
-  std::u16string_view code() const;
-  bool hasCode() const;
+  std::u16string_view code() const { return code_; }
   Columns columns() const;
   /// "slider" and, where there is one, the id.
   std::string title() const;
@@ -40,12 +50,13 @@ class ControlView {
   /// @param notes what else is to be said of it.
   void draw(HtmlWriter& html, std::vector<std::string>& notes) const;
   /// Writes what stands in the block of a task, or of the header of tasks.
-  void drawTask(HtmlWriter& html) const;
+  void drawTask(HtmlWriter& html, ControlKinds& kinds) const;
 
  private:
   ElementView node_;
   std::optional<ElementView> data_;
-  const struct DrawnKind* drawn_ = nullptr;
+  std::u16string_view code_;
+  const DrawnKind* drawn_ = nullptr;
 };
 
 /// The properties of an element and of all that it contains, as a table.

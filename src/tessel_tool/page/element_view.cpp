@@ -52,10 +52,20 @@ ValueMeta ElementView::read(const Property& property) const {
 }
 
 std::optional<ElementView> ElementView::element(std::u16string_view name) const {
-  const auto held = get<ModelElement>(name);
-  if (held && *held) return ElementView(*held->get());
-  const auto value = get<const gx::zero::ValueStruct*>(name);
-  return value ? std::optional<ElementView>(**value) : std::nullopt;
+  const Property* property = find(name);
+  return property != nullptr ? element(*property) : std::nullopt;
+}
+
+std::optional<ElementView> ElementView::element(const Property& property) const {
+  const ValueMeta value = read(property);
+  if (const auto* held = value.get_if<ModelElement>(); held != nullptr && *held) {
+    return ElementView(*held->get());
+  }
+  if (const auto* held = value.get_if<const gx::zero::ValueStruct*>();
+      held != nullptr && isSet(property)) {
+    return ElementView(**held);
+  }
+  return std::nullopt;
 }
 
 const std::vector<ModelElement::Impl*>& ElementView::elements(std::u16string_view name) const {

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "gx/zero.hpp"
+#include "page/html_text.hpp"
 
 namespace tessel_tool {
 
@@ -45,6 +46,7 @@ class ElementView {
     return get<std::u16string_view>(name).value_or(std::u16string_view());
   }
   std::optional<ElementView> element(std::u16string_view name) const;
+  std::optional<ElementView> element(const Property& property) const;
   /// The elements of a sequence; none where there is no sequence.
   const std::vector<Impl*>& elements(std::u16string_view name) const;
 
@@ -62,8 +64,8 @@ struct NamedClass {
     std::string name;
     std::string type;
     // As they stand in a table of properties, once they have been there.
-    std::string rowStart{};
-    std::string unsetRow{};
+    HtmlText rowStart{};
+    HtmlText unsetRow{};
   };
 
   std::string name;                       ///< without its namespace

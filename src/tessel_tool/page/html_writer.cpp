@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <string>
 
 #include "reference_host/fl/utf16.hpp"
 #include "reference_host/json/text_writer.hpp"
@@ -12,18 +14,22 @@ namespace json = reference_host::json;
 
 namespace {
 
-/// What stands for itself in texts; in attributes all of it but the quote does.
-constexpr auto kIsPlain = [] {
-  std::array<bool, 0x80> plain{};
-  for (std::size_t code = 0x20; code != 0x7F; ++code) plain[code] = code != '<' && code != '&';
-  return plain;
-}();
+using PlainBytes = std::array<bool, 0x100>;
 
-bool isPlain(char16_t unit) {
-  return unit < kIsPlain.size() && kIsPlain[unit];
+constexpr PlainBytes plainBytes(bool isInAttribute) {
+  PlainBytes plain{};
+  for (std::size_t code = 0x20; code != 0x7F; ++code) {
+    plain[code] = code != '<' && code != '&' && !(isInAttribute && code == '"');
+  }
+  return plain;
 }
-bool isPlain(char byte) {
-  return isPlain(char16_t{static_cast<unsigned char>(byte)});
+
+// What stands for itself.
+constexpr PlainBytes kPlainInText = plainBytes(false);
+constexpr PlainBytes kPlainInAttribute = plainBytes(true);
+
+bool isPlain(const PlainBytes& plain, char16_t unit) {
+  return unit < plain.size() && plain[unit];
 }
 
 unsigned byteAt(std::string_view text, std::size_t index) {
@@ -42,6 +48,12 @@ char32_t firstNoncharacter(std::string_view utf8) {
   return isOne ? code : 0;
 }
 
+void appendDigits(HtmlText& out, double number) {
+  std::string digits;
+  json::appendNumber(digits, number);
+  out += digits;
+}
+
 }  // namespace
 
 HtmlWriter& HtmlWriter::doctype() {
@@ -49,83 +61,34 @@ HtmlWriter& HtmlWriter::doctype() {
   return *this;
 }
 
-HtmlWriter& HtmlWriter::begin(std::string_view element) {
-  closeTag();
-  out_ += '<';
-  out_ += element;
-  tagIsOpen_ = true;
-  return *this;
-}
-
-HtmlWriter& HtmlWriter::end(std::string_view element) {
-  closeTag();
-  out_ += "</";
-  out_ += element;
-  out_ += '>';
-  return *this;
-}
-
-HtmlWriter& HtmlWriter::attribute(std::string_view name) {
-  out_ += ' ';
-  out_ += name;
-  return *this;
-}
-
-HtmlWriter& HtmlWriter::beginAttribute(std::string_view name) {
-  attribute(name);
-  out_ += "=\"";
-  return *this;
-}
-
-HtmlWriter& HtmlWriter::attribute(std::string_view name, std::string_view utf8) {
-  beginAttribute(name);
-  append(utf8, Inside::kAttribute);
-  out_ += '"';
-  return *this;
-}
-
-HtmlWriter& HtmlWriter::attribute(std::string_view name, std::u16string_view utf16) {
-  beginAttribute(name);
-  append(utf16, Inside::kAttribute);
-  out_ += '"';
-  return *this;
-}
-
 HtmlWriter& HtmlWriter::attribute(std::string_view name, double number) {
   beginAttribute(name);
-  json::appendNumber(out_, number);
+  appendDigits(out_, number);
   out_ += '"';
-  return *this;
-}
-
-HtmlWriter& HtmlWriter::text(std::string_view utf8) {
-  closeTag();
-  append(utf8, Inside::kText);
-  return *this;
-}
-
-HtmlWriter& HtmlWriter::text(std::u16string_view utf16) {
-  closeTag();
-  append(utf16, Inside::kText);
   return *this;
 }
 
 HtmlWriter& HtmlWriter::number(double number) {
   closeTag();
-  json::appendNumber(out_, number);
+  appendDigits(out_, number);
   return *this;
 }
 
 HtmlWriter& HtmlWriter::number(std::uint64_t integer) {
   closeTag();
-  json::appendNumber(out_, integer);
+  constexpr std::size_t kLongest = 20;
+  const std::size_t before = out_.size();
+  char* const begin = out_.grow(kLongest);
+  const char* const end = std::to_chars(begin, begin + kLongest, integer).ptr;
+  out_.truncate(before + static_cast<std::size_t>(end - begin));
   return *this;
 }
 
 HtmlWriter& HtmlWriter::quoted(std::u16string_view utf16) {
   closeTag();
-  if (std::all_of(utf16.begin(), utf16.end(),
-                  [](char16_t unit) { return isPlain(unit) && unit != u'"' && unit != u'\\'; })) {
+  if (std::all_of(utf16.begin(), utf16.end(), [](char16_t unit) {
+        return isPlain(kPlainInAttribute, unit) && unit != u'\\';
+      })) {
     out_ += '"';
     append(utf16, Inside::kText);
     out_ += '"';
@@ -142,9 +105,15 @@ HtmlWriter& HtmlWriter::lines(std::string_view utf8) {
     const std::size_t length = utf8.find('\n');
     text(utf8.substr(0, length));
     if (length == std::string_view::npos) return *this;
-    out_ += '\n';
+    lineEnd();
     utf8.remove_prefix(length + 1);
   }
+}
+
+HtmlWriter& HtmlWriter::lineEnd() {
+  closeTag();
+  out_ += '\n';
+  return *this;
 }
 
 HtmlWriter& HtmlWriter::written(std::string_view html) {
@@ -160,9 +129,9 @@ HtmlWriter& HtmlWriter::style(std::string_view css) {
 }
 
 void HtmlWriter::append(std::string_view utf8, Inside inside) {
-  const bool isInAttribute = inside == Inside::kAttribute;
+  const PlainBytes& plain = inside == Inside::kAttribute ? kPlainInAttribute : kPlainInText;
   if (std::all_of(utf8.begin(), utf8.end(),
-                  [&](char byte) { return isPlain(byte) && !(isInAttribute && byte == '"'); })) {
+                  [&](char byte) { return plain[static_cast<unsigned char>(byte)]; })) {
     out_ += utf8;
     return;
   }
@@ -172,16 +141,17 @@ void HtmlWriter::append(std::string_view utf8, Inside inside) {
 }
 
 void HtmlWriter::append(std::u16string_view utf16, Inside inside) {
-  const bool isInAttribute = inside == Inside::kAttribute;
-  const auto special = std::find_if_not(utf16.begin(), utf16.end(), [&](char16_t unit) {
-    return isPlain(unit) && !(isInAttribute && unit == u'"');
-  });
-  const auto plain = static_cast<std::size_t>(special - utf16.begin());
+  const PlainBytes& isPlainByte = inside == Inside::kAttribute ? kPlainInAttribute : kPlainInText;
   const std::size_t before = out_.size();
-  out_.resize(before + plain);
-  std::transform(utf16.begin(), special, out_.begin() + static_cast<std::ptrdiff_t>(before),
-                 [](char16_t unit) { return static_cast<char>(unit); });
-  if (special == utf16.end()) return;
+  char* const begin = out_.grow(utf16.size());
+  char* end = begin;
+  for (const char16_t unit : utf16) {
+    if (!isPlain(isPlainByte, unit)) break;
+    *end++ = static_cast<char>(unit);
+  }
+  const auto plain = static_cast<std::size_t>(end - begin);
+  if (plain == utf16.size()) return;
+  out_.truncate(before + plain);
   append(reference_host::i18n::ustringToUtf8(utf16.substr(plain)), inside);
 }
 
@@ -192,12 +162,15 @@ void HtmlWriter::appendShown(std::string_view utf8, Inside inside) {
       return character == '<' || character == '&' || character == '"' ||
              static_cast<unsigned char>(character) >= 0xEFU;  // or a noncharacter's first byte
     });
-    out_.append(utf8.begin(), special);
-    utf8.remove_prefix(static_cast<std::size_t>(special - utf8.begin()));
+    const auto plain = static_cast<std::size_t>(special - utf8.begin());
+    out_ += utf8.substr(0, plain);
+    utf8.remove_prefix(plain);
     if (utf8.empty()) return;
     std::size_t length = 1;
     if (const char32_t noncharacter = firstNoncharacter(utf8)) {
-      json::appendEscape(out_, noncharacter);
+      std::string escape;
+      json::appendEscape(escape, noncharacter);
+      out_ += escape;
       length = noncharacter > 0xFFFFU ? 4 : 3;
     } else if (utf8.front() == '&') {
       out_ += "&amp;";

@@ -5,12 +5,13 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <string_view>
+
+#include "page/html_text.hpp"
 
 namespace tessel_tool {
 
-/// Appends HTML to a string, call by call.
+/// Appends HTML to a text, call by call.
 ///
 ///     HtmlWriter html(out);
 ///     html.begin("p").attribute("class", "note").text("1 < 2").end("p");
@@ -23,23 +24,57 @@ namespace tessel_tool {
 /// out, is not ended.
 class HtmlWriter {
  public:
-  explicit HtmlWriter(std::string& out) noexcept : out_(out) {}
+  explicit HtmlWriter(HtmlText& out) noexcept : out_(out) {}
 
   HtmlWriter& doctype();
-  HtmlWriter& begin(std::string_view element);
-  HtmlWriter& end(std::string_view element);
+  HtmlWriter& begin(std::string_view element) {
+    closeTag();
+    out_ += '<';
+    out_ += element;
+    tagIsOpen_ = true;
+    return *this;
+  }
+  HtmlWriter& end(std::string_view element) {
+    closeTag();
+    out_ += "</";
+    out_ += element;
+    out_ += '>';
+    return *this;
+  }
 
   /// Of the element that was begun last, before anything is in it.
-  HtmlWriter& attribute(std::string_view name);
-  HtmlWriter& attribute(std::string_view name, std::string_view utf8);
-  HtmlWriter& attribute(std::string_view name, std::u16string_view utf16);
+  HtmlWriter& attribute(std::string_view name) {
+    out_ += ' ';
+    out_ += name;
+    return *this;
+  }
+  HtmlWriter& attribute(std::string_view name, std::string_view utf8) {
+    beginAttribute(name);
+    append(utf8, Inside::kAttribute);
+    out_ += '"';
+    return *this;
+  }
+  HtmlWriter& attribute(std::string_view name, std::u16string_view utf16) {
+    beginAttribute(name);
+    append(utf16, Inside::kAttribute);
+    out_ += '"';
+    return *this;
+  }
   HtmlWriter& attribute(std::string_view name, const char* utf8) {
     return attribute(name, std::string_view(utf8));
   }
   HtmlWriter& attribute(std::string_view name, double number);
 
-  HtmlWriter& text(std::string_view utf8);
-  HtmlWriter& text(std::u16string_view utf16);
+  HtmlWriter& text(std::string_view utf8) {
+    closeTag();
+    append(utf8, Inside::kText);
+    return *this;
+  }
+  HtmlWriter& text(std::u16string_view utf16) {
+    closeTag();
+    append(utf16, Inside::kText);
+    return *this;
+  }
   HtmlWriter& text(const char* utf8) { return text(std::string_view(utf8)); }
   HtmlWriter& number(double number);
   HtmlWriter& number(std::uint64_t integer);
@@ -47,6 +82,7 @@ class HtmlWriter {
   HtmlWriter& quoted(std::u16string_view utf16);
   /// A text the line feeds of which end its lines.
   HtmlWriter& lines(std::string_view utf8);
+  HtmlWriter& lineEnd();
 
   /// What another writer wrote, with every tag in it closed.
   HtmlWriter& written(std::string_view html);
@@ -61,12 +97,15 @@ class HtmlWriter {
     if (tagIsOpen_) out_ += '>';
     tagIsOpen_ = false;
   }
-  HtmlWriter& beginAttribute(std::string_view name);
+  void beginAttribute(std::string_view name) {
+    attribute(name);
+    out_ += "=\"";
+  }
   void append(std::string_view utf8, Inside inside);
   void append(std::u16string_view utf16, Inside inside);
   void appendShown(std::string_view utf8, Inside inside);
 
-  std::string& out_;
+  HtmlText& out_;
   bool tagIsOpen_ = false;
 };
 

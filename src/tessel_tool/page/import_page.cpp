@@ -12,6 +12,7 @@
 #include "input.hpp"
 #include "ordered_work.hpp"
 #include "page/document_section.hpp"
+#include "page/html_text.hpp"
 #include "page/page_head.hpp"
 #include "page/spool.hpp"
 #include "reference_host/diagnosis/knowledge.hpp"
@@ -30,7 +31,6 @@ constexpr std::size_t kMostLineSections = 200;
 /// What sections may have of a page's own bytes: all together, and each of several.
 constexpr std::size_t kSectionBytes = 30'000;
 constexpr std::size_t kOneSectionBytes = 2'000;
-constexpr std::size_t kPieceSize = 65536;
 constexpr std::size_t kPageEnd = 100;
 
 struct Batch {
@@ -46,7 +46,7 @@ struct MadeSection {
   bool failed = false;
   DuplicateMembers duplicates;
   bool isThere = false;
-  std::string text;                    ///< unless it is in the spool already
+  HtmlText text;                       ///< unless it is in the spool already
   std::optional<std::size_t> spooled;  ///< where it begins there
 };
 
@@ -130,11 +130,11 @@ class PageImport {
     const SectionOptions section{contents_.isAlone,
                                  contents_.isAlone ? kSectionBytes : kOneSectionBytes};
     appendSection(made.text, read, made.summary, section, [&] {
-      if (!made.spooled || made.text.size() < kPieceSize) return;
-      spool_.append(made.text);
+      if (!made.spooled || made.text.size() < Spool::kInMemory) return;
+      spool_.append(made.text.view());
       made.text.clear();
     });
-    if (made.spooled) spool_.append(std::exchange(made.text, {}));
+    if (made.spooled) spool_.append(std::exchange(made.text, {}).view());
   }
 
   void take(MadeSection made) {
@@ -151,7 +151,7 @@ class PageImport {
       return;
     }
     ++lineSections_;
-    if (!made.spooled) spool_.append(made.text);
+    if (!made.spooled) spool_.append(made.text.view());
     const std::size_t size = made.text.size();
     if (spool_.size() > kSectionBytes + kPageBytesPerByte * bytes_) {
       spool_.truncate(made.spooled.value_or(spool_.size() - size));
@@ -193,14 +193,14 @@ class PageImport {
 
   void write() {
     AnswerInProgress inProgress(first_, last_);
-    std::string text;
+    HtmlText text;
     appendPageHead(text, contents_,
                    kPageBytes + kPageBytesPerByte * bytes_ - spool_.size() - kPageEnd);
-    writeResult(text);
+    writeResult(text.view());
     spool_.writeAll();
     text.clear();
     appendPageEnd(text);
-    writeResult(text);
+    writeResult(text.view());
     inProgress.complete(contents_.read, last_);
   }
 

@@ -17,7 +17,7 @@ constexpr std::size_t kEndOfList = 500;
 
 class HeadWriter {
  public:
-  HeadWriter(std::string& out, const PageContents& contents, std::size_t room)
+  HeadWriter(HtmlText& out, const PageContents& contents, std::size_t room)
       : out_(out), html_(out), contents_(contents), end_(out.size() + room) {}
 
   void write() {
@@ -103,7 +103,7 @@ class HeadWriter {
       if (!counts.empty()) html_.text("; " + counts);
       html_.end("span");
       if (out_.size() + kEndOfList > end) {
-        out_.resize(mark);
+        out_.truncate(mark);
         break;
       }
     }
@@ -137,7 +137,7 @@ class HeadWriter {
         writeLink(summary, link);
         full = written == kMostLinks || isFull();
         if (full) {
-          out_.resize(mark);
+          out_.truncate(mark);
           break;
         }
         ++written;
@@ -162,7 +162,7 @@ class HeadWriter {
     html_.text(link.message).end("span");
   }
 
-  std::string& out_;
+  HtmlText& out_;
   HtmlWriter html_;
   const PageContents& contents_;
   std::size_t end_;  // of what it may hold
@@ -170,11 +170,11 @@ class HeadWriter {
 
 }  // namespace
 
-void appendPageHead(std::string& out, const PageContents& contents, std::size_t room) {
+void appendPageHead(HtmlText& out, const PageContents& contents, std::size_t room) {
   HeadWriter(out, contents, room).write();
 }
 
-void appendPageEnd(std::string& out) {
+void appendPageEnd(HtmlText& out) {
   HtmlWriter(out).end("main").end("body").end("html");
   out += '\n';
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "page/document_section.hpp"
+#include "page/html_text.hpp"
 
 namespace tessel_tool {
 
@@ -26,8 +27,8 @@ struct PageContents {
 
 /// Appends everything up to the sections.
 /// @param room how many bytes it may have; lists are cut at that, and say so.
-void appendPageHead(std::string& out, const PageContents& contents, std::size_t room);
+void appendPageHead(HtmlText& out, const PageContents& contents, std::size_t room);
 
-void appendPageEnd(std::string& out);
+void appendPageEnd(HtmlText& out);
 
 }  // namespace tessel_tool

@@ -10,7 +10,6 @@ namespace tessel_tool {
 
 namespace {
 
-constexpr std::size_t kInMemory = 1U << 20U;
 constexpr std::size_t kPiece = 65536;
 
 [[noreturn]] void fail() {
@@ -20,13 +19,20 @@ constexpr std::size_t kPiece = 65536;
 }  // namespace
 
 void Spool::append(std::string_view text) {
-  text_ += text;
   size_ += text.size();
-  if (text_.size() < kInMemory) return;
+  if (text_.size() + text.size() < kInMemory) {
+    text_ += text;
+    return;
+  }
+  write(text_);
+  text_.clear();
+  write(text);
+}
+
+void Spool::write(std::string_view text) {
   errno = 0;
   if (!file_) file_.reset(std::tmpfile());
-  if (!file_ || std::fwrite(text_.data(), 1, text_.size(), file_.get()) != text_.size()) fail();
-  text_.clear();
+  if (!file_ || std::fwrite(text.data(), 1, text.size(), file_.get()) != text.size()) fail();
 }
 
 void Spool::truncate(std::size_t size) {

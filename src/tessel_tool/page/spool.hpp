@@ -13,6 +13,9 @@ namespace tessel_tool {
 
 class Spool {
  public:
+  /// More than this is not kept in memory: a piece of that size goes straight to the file.
+  static constexpr std::size_t kInMemory = 1U << 20U;
+
   /// @throws OutputError
   void append(std::string_view text);
   std::size_t size() const noexcept { return size_; }
@@ -25,6 +28,8 @@ class Spool {
   struct Close {
     void operator()(std::FILE* file) const noexcept { std::fclose(file); }
   };
+
+  void write(std::string_view text);
 
   std::string text_;  // behind what is in the file
   std::unique_ptr<std::FILE, Close> file_;

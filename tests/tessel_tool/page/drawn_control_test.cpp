@@ -33,11 +33,13 @@ std::string ofClass(std::string_view className, std::string_view data) {
 /// What is drawn, and a line for each note.
 std::string drawn(const std::string& json) {
   const document::gxzero::Node node = nodeOf(json);
-  const ControlView view(*node.get());
-  std::string out;
-  HtmlWriter html(out);
+  ControlKinds kinds;
+  const ControlView view(*node.get(), kinds);
+  HtmlText text;
+  HtmlWriter html(text);
   std::vector<std::string> notes;
   view.draw(html, notes);
+  std::string out(text.view());
   for (const std::string& note : notes) out += "\n" + note;
   return out;
 }
@@ -190,27 +192,28 @@ TEST(DrawnControl, TasksAreBlocks) {
       R"({"className": "LumoAppLineNode", "anchorId": "a", "children": [
           {"className": "LumoAppIntegratedInlineNode", "instanceId": "t", "taskID": "clean",
            "text": "x\ny", "view": ""}]})");
-  const ControlView view(*node.get());
-  std::string out;
+  ControlKinds kinds;
+  const ControlView view(*node.get(), kinds);
+  HtmlText out;
   HtmlWriter html(out);
-  view.drawTask(html);
-  EXPECT_TRUE(view.kind().isTask);
-  EXPECT_EQ(out, R"(<p class="name"><strong>task header</strong> <bdi>M_a</bdi></p>)"
-                 R"(<div class="task" data-kind="task">)"
-                 R"(<p class="name"><strong>task</strong> <bdi>t</bdi></p>)"
-                 R"(<dl><div><dt>task<dd dir="auto">clean</dd></div></dl>)"
-                 "<pre><code dir=\"ltr\">x\ny</code></pre></div>");
+  view.drawTask(html, kinds);
+  EXPECT_TRUE(view.isTask());
+  EXPECT_EQ(out.view(), R"(<p class="name"><strong>task header</strong> <bdi>M_a</bdi></p>)"
+                        R"(<div class="task" data-kind="task">)"
+                        R"(<p class="name"><strong>task</strong> <bdi>t</bdi></p>)"
+                        R"(<dl><div><dt>task<dd dir="auto">clean</dd></div></dl>)"
+                        "<pre><code dir=\"ltr\">x\ny</code></pre></div>");
 }
 
 TEST(DrawnControl, TheTableHasEveryPropertyAndWhatIsContained) {
   const auto node =
       nodeOf(generic("comboBox", R"("text": "\\n", "items": [{"label": "A", "value": "1"}])"));
   ClassNames classes;
-  std::string out;
+  HtmlText out;
   HtmlWriter html(out);
   writeProperties(html, classes, ElementView(*node.get()));
   EXPECT_EQ(
-      out,
+      out.view(),
       R"(<table class="properties"><thead><tr><th>property<th>type<th>value<tbody>)"
       R"(<tr><th>anchorId<td>text<td class="unset">not set)"
       R"(<tr><th>children<td>Node<td class="unset">not set)"

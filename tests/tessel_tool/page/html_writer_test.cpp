@@ -42,17 +42,17 @@ const std::vector<Text>& texts() {
 }
 
 std::string utf8Of(std::u16string_view text) {
-  std::string out;
+  HtmlText out;
   HtmlWriter(out).text(text);
-  return out;
+  return std::string(out.view());
 }
 
 TEST(HtmlWriter, WritesAnyTextInUtf16) {
   for (const Text& row : texts()) {
     EXPECT_EQ(utf8Of(row.given), row.text);
-    std::string out;
+    HtmlText out;
     HtmlWriter(out).begin("a").attribute("b", row.given).text("");
-    EXPECT_EQ(out, "<a b=\"" + std::string(row.attribute) + "\">");
+    EXPECT_EQ(out.view(), "<a b=\"" + std::string(row.attribute) + "\">");
   }
 }
 
@@ -69,9 +69,9 @@ TEST(HtmlWriter, WritesAnyBytes) {
       {"\xF0\x9F\xBF\xBF\xF0\x9F\x98\x80", "\\ud83f\\udfff\U0001F600", "\\ud83f\\udfff\U0001F600"},
   };
   for (const auto& [given, text, attribute] : rows) {
-    std::string out;
+    HtmlText out;
     HtmlWriter(out).begin("a").attribute("b", given).text(given);
-    EXPECT_EQ(out, "<a b=\"" + std::string(attribute) + "\">" + std::string(text));
+    EXPECT_EQ(out.view(), "<a b=\"" + std::string(attribute) + "\">" + std::string(text));
   }
 }
 
@@ -84,19 +84,19 @@ TEST(HtmlWriter, QuotesTextsSoThatNoTwoAreAlike) {
       {u"\\n", R"("\\n")"}, {u"\uFFFF", R"("\uffff")"},
   };
   for (const auto& [given, written] : rows) {
-    std::string out;
+    HtmlText out;
     HtmlWriter(out).quoted(given);
-    EXPECT_EQ(out, written);
+    EXPECT_EQ(out.view(), written);
   }
 }
 
 TEST(HtmlWriter, WritesElementsAttributesNumbersAndLines) {
-  std::string out;
+  HtmlText out;
   HtmlWriter html(out);
   html.doctype().begin("p").attribute("hidden").attribute("min", 0.5).number(std::uint64_t{7});
   html.text(" ").number(-0.5).begin("br").end("p").begin("pre").lines("a<\n\r\nb\n").end("pre");
   html.style("b{}");
-  EXPECT_EQ(out,
+  EXPECT_EQ(out.view(),
             "<!DOCTYPE html>\n<p hidden min=\"0.5\">7 -0.5<br></p><pre>a&lt;\n\\r\nb\n</pre>"
             "<style>b{}</style>");
 }
