@@ -482,7 +482,7 @@ class SectionWriter {
       std::string excerpt;
       appendExcerpt(excerpt, text_, offsets_[index], line, place);
       excerpt.pop_back();
-      const std::size_t caret = excerpt.find('\n') + 1;
+      const std::size_t caret = excerpt.find('^', excerpt.find('\n'));
       html_.begin("pre").attribute("class", "excerpt").attribute("tabindex", "0");
       html_.attribute("role", "group").attribute("aria-label", "line " + std::to_string(line));
       html_.lines(std::string_view(excerpt).substr(0, caret));

@@ -27,7 +27,7 @@ body {
   -webkit-text-size-adjust: 100%; overflow-wrap: break-word;
 }
 h1, h2 { margin: 0; line-height: 1.2; font-weight: 650; letter-spacing: -.01em; overflow-wrap: anywhere; }
-h1 { font-size: clamp(1.4rem, 1.1rem + 1.6vw, 2rem); }
+h1 { font-size: clamp(1.2rem, .85rem + 2vw, 2rem); }
 h2 { font-size: 1.3rem; }
 p { margin: 0; }
 code, pre { font-family: var(--mono); }
@@ -140,11 +140,11 @@ summary::-webkit-details-marker { display: none; }
 .properties { margin: .5rem 0; border-collapse: collapse; width: 100%; }
 .properties :is(th, td) {
   padding: .18rem .9rem .18rem 0; border-bottom: 1px solid var(--rule); text-align: start;
-  vertical-align: top; font-weight: 400; overflow-wrap: anywhere;
+  vertical-align: top; font-weight: 400;
 }
 .properties thead th { color: var(--soft); font-size: .8125rem; }
 .properties td { color: var(--soft); }
-.properties td:last-child { color: var(--ink); font-family: var(--mono); }
+.properties td:last-child { color: var(--ink); font-family: var(--mono); overflow-wrap: anywhere; }
 .properties .unset { color: var(--soft) !important; font-family: inherit !important; font-style: italic; }
 .level1 th { padding-inline-start: 1.2rem; }
 .level2 th { padding-inline-start: 2.4rem; }
@@ -182,7 +182,14 @@ summary::-webkit-details-marker { display: none; }
 @media (max-width: 30rem) {
   body { padding-top: 1.5rem; }
   .line { padding: .4rem .6rem; }
-  .properties :is(th, td) { padding-inline-end: .5rem; }
+  .properties { table-layout: fixed; font-size: .75rem; }
+  .properties :is(th, td) { padding-inline-end: .4rem; overflow-wrap: anywhere; }
+  .properties thead th { width: 28%; }
+  .properties thead th:first-child { width: 40%; }
+  .properties thead th:last-child { width: auto; }
+  .level1 th { padding-inline-start: .5rem; }
+  .level2 th { padding-inline-start: 1rem; }
+  .level3 th { padding-inline-start: 1.5rem; }
 }
 @media print {
   body { max-width: none; padding: 0; background: none; font-size: 10pt; }
