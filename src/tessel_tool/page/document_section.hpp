@@ -9,12 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "check_answer.hpp"
-#include "document/gxzero.hpp"
-#include "input.hpp"
 #include "page/html_text.hpp"
-#include "reference_host/diagnosis/knowledge.hpp"
-#include "reference_host/importer/importer.hpp"
+#include "page/read_document.hpp"
 
 namespace tessel_tool {
 
@@ -24,37 +20,6 @@ inline constexpr std::size_t kPageBytesPerByte = 8;
 
 /// How many problems are linked from the top of a page.
 inline constexpr std::size_t kMostLinks = 1000;
-
-/// A document that was checked and imported.
-struct ReadDocument {
-  /// An object that came to something: a control that arrived or, where records are shown, one
-  /// that failed.
-  struct Object {
-    static constexpr std::size_t kFailed = static_cast<std::size_t>(-1);
-
-    std::string pointer;
-    std::size_t node;                  ///< its index in the result
-    std::vector<std::string> records;  ///< if they are shown
-    std::size_t line = 0;              ///< of the text, where the object begins
-    std::size_t begin = 0;             ///< in the text
-    std::size_t end = 0;
-  };
-
-  CheckAnswer check;  ///< with the document and its text
-  std::vector<document::gxzero::Node> nodes;
-  std::size_t failedObjects = 0;
-  std::vector<Object> objects;  ///< in the order of the text
-
-  /// Drops what there is: memory did not suffice for the document.
-  void runOutOfMemory();
-  /// Whether the document or an element of it failed.
-  bool failed() const { return check.errors != 0 || !check.failure.empty(); }
-  /// Why the document failed as a whole, as an import says it; empty where it did not.
-  std::string failure() const;
-};
-
-ReadDocument readDocument(const reference_host::diagnosis::Knowledge& knowledge, Document document,
-                          reference_host::importer::OnError onError, bool withLog);
 
 /// What the top of a page says of a document.
 struct DocumentSummary {

@@ -59,7 +59,4 @@ class ControlView {
   const DrawnKind* drawn_ = nullptr;
 };
 
-/// The properties of an element and of all that it contains, as a table.
-void writeProperties(HtmlWriter& html, ClassNames& classes, ElementView element);
-
 }  // namespace tessel_tool

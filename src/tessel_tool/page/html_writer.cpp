@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstring>
 #include <string>
 
 #include "reference_host/fl/utf16.hpp"
@@ -27,6 +28,30 @@ constexpr PlainBytes plainBytes(bool isInAttribute) {
 // What stands for itself.
 constexpr PlainBytes kPlainInText = plainBytes(false);
 constexpr PlainBytes kPlainInAttribute = plainBytes(true);
+
+constexpr std::size_t kBlock = 8;
+
+/// Whether as many characters as are in a block stand for themselves in texts: whether none of them
+/// gets its highest bit by being what it must not be, or has it.
+bool isPlainBlock(const char* characters) {
+  constexpr std::uint64_t kEach = 0x0101010101010101U;
+  std::uint64_t bytes = 0;
+  std::memcpy(&bytes, characters, kBlock);
+  const auto are = [&](char character) {
+    return (bytes ^ (static_cast<unsigned char>(character) * kEach)) - kEach;
+  };
+  const std::uint64_t special =
+      bytes | (bytes - 0x20 * kEach) | (bytes + kEach) | are('<') | are('&');
+  return (special & (0x80 * kEach)) == 0;
+}
+
+bool isPlain(std::string_view utf8, const PlainBytes& plain) {
+  if (&plain == &kPlainInText) {
+    while (utf8.size() >= kBlock && isPlainBlock(utf8.data())) utf8.remove_prefix(kBlock);
+  }
+  return std::all_of(utf8.begin(), utf8.end(),
+                     [&](char byte) { return plain[static_cast<unsigned char>(byte)]; });
+}
 
 bool isPlain(const PlainBytes& plain, char16_t unit) {
   return unit < plain.size() && plain[unit];
@@ -130,8 +155,7 @@ HtmlWriter& HtmlWriter::style(std::string_view css) {
 
 void HtmlWriter::append(std::string_view utf8, Inside inside) {
   const PlainBytes& plain = inside == Inside::kAttribute ? kPlainInAttribute : kPlainInText;
-  if (std::all_of(utf8.begin(), utf8.end(),
-                  [&](char byte) { return plain[static_cast<unsigned char>(byte)]; })) {
+  if (isPlain(utf8, plain)) {
     out_ += utf8;
     return;
   }

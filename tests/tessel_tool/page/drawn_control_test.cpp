@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "page/property_table.hpp"
 #include "reference_host/importer/importer.hpp"
 #include "reference_host/json/parse.hpp"
 #include "support/all_builders.hpp"
