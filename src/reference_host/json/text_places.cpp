@@ -75,7 +75,15 @@ class TextWalk {
   }
 
   void skipSpace() {
-    while (offset_ < utf8_.size() && isSpace(utf8_[offset_])) ++offset_;
+    constexpr std::string_view kIndentation = "        ";
+    const auto isIndented = [&] {
+      return offset_ + kIndentation.size() <= utf8_.size() &&
+             std::memcmp(utf8_.data() + offset_, kIndentation.data(), kIndentation.size()) == 0;
+    };
+    while (offset_ < utf8_.size() && isSpace(utf8_[offset_])) {
+      ++offset_;
+      while (isIndented()) offset_ += kIndentation.size();
+    }
   }
 
   bool nextIs(char character) const {
