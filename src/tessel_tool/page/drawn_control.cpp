@@ -16,9 +16,6 @@
 namespace tessel_tool {
 
 using gx::zero::ModelElement;
-using gx::zero::ReferenceCollection;
-using gx::zero::ValueMeta;
-using gx::zero::ValueStruct;
 using gx::zero::meta::Property;
 using reference_host::i18n::ustringToUtf8;
 

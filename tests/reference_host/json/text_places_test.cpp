@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <optional>
 #include <sstream>
@@ -88,6 +89,26 @@ TEST(TextPlaces, ManyValuesInTheOrderOfTheirPointers) {
     found += shown(place.value) + ' ';
   }
   EXPECT_EQ(found, "1:22-1:23 1:14-1:15 1:1-1:24 1:9-1:16 1:22-1:23 1:6-1:17 ");
+}
+
+TEST(TextPlaces, ManyElementsInAnyOrderOfTheirPointers) {
+  std::string text = "[";
+  std::vector<std::string> pointers;
+  for (int index = 0; index != 120; ++index) {
+    text += R"({"x":0,"xy":0},)";
+    for (const char* member : {"", "/x", "/xy"}) {
+      pointers.push_back('/' + std::to_string(index) + member);
+    }
+  }
+  text += "0]";
+  for (const bool isBackwards : {false, true}) {
+    if (isBackwards) std::reverse(pointers.begin(), pointers.end());
+    const auto places = findValues(text, {pointers.begin(), pointers.end()});
+    for (std::size_t index = 0; index != pointers.size(); ++index) {
+      EXPECT_EQ(shown(places[index].value), shown(findValues(text, {pointers[index]})[0].value));
+      EXPECT_EQ(places[index].missingTokens, 0U) << pointers[index];
+    }
+  }
 }
 
 struct DuplicateRow {

@@ -56,6 +56,20 @@ TEST(HtmlWriter, WritesAnyTextInUtf16) {
   }
 }
 
+TEST(HtmlWriter, WritesWhatIsSpecialAnywhereInALongText) {
+  const std::string plain = "plain ~}=;%'\"? ()[]";
+  for (int code = 0; code != 0x80; ++code) {
+    const std::string character(1, static_cast<char>(code));
+    HtmlText alone;
+    HtmlWriter(alone).text(character);
+    for (std::size_t place = 0; place != plain.size(); ++place) {
+      HtmlText out;
+      HtmlWriter(out).text(std::string(plain).replace(place, 1, character));
+      EXPECT_EQ(out.view(), std::string(plain).replace(place, 1, alone.view()));
+    }
+  }
+}
+
 TEST(HtmlWriter, WritesAnyBytes) {
   struct {
     std::string_view given;
