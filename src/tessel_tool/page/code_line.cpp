@@ -14,18 +14,18 @@ bool splitsPair(std::u16string_view code, std::size_t at) {
 /// Where a control goes, whatever the others cover.
 LinePiece placeOf(std::u16string_view code, const Columns& columns, std::size_t control) {
   const std::uint64_t length = code.size();
+  LinePiece piece{code.size(), code.size(), control};
   if (!columns.start || !columns.end) {
-    return {code.size(), code.size(), control, ColumnFault::kMissing};
+    piece.faults.missing = true;
+    return piece;
   }
   auto begin = static_cast<std::size_t>(std::min(*columns.start, length));
   auto end = static_cast<std::size_t>(std::min(*columns.end, length));
-  ColumnFault fault = ColumnFault::kNone;
   if (*columns.start > *columns.end) {
-    fault = ColumnFault::kReversed;
+    piece.faults.reversed = true;
     end = begin;
-  } else if (*columns.end > length) {
-    fault = ColumnFault::kBeyond;
   }
+  piece.faults.beyond = std::max(*columns.start, *columns.end) > length;
   const bool coversNothing = begin == end;
   if (splitsPair(code, begin)) --begin;
   if (coversNothing) {
@@ -33,7 +33,10 @@ LinePiece placeOf(std::u16string_view code, const Columns& columns, std::size_t 
   } else if (splitsPair(code, end)) {
     ++end;
   }
-  return {begin, end, control, fault};
+  piece.begin = begin;
+  piece.end = end;
+  piece.covered = code.substr(begin, end - begin);
+  return piece;
 }
 
 }  // namespace
@@ -52,7 +55,7 @@ std::vector<LinePiece> divideLine(std::u16string_view code, const std::vector<Co
   std::size_t covered = 0;
   for (LinePiece& piece : placed) {
     if (piece.begin < covered) {
-      if (piece.fault == ColumnFault::kNone) piece.fault = ColumnFault::kOverlap;
+      piece.faults.overlap = true;
       piece.begin = covered;
       piece.end = std::max(piece.end, covered);
     }

@@ -18,12 +18,11 @@ struct Columns {
 };
 
 /// Why a control does not stand where its columns say.
-enum class ColumnFault {
-  kNone,
-  kMissing,   ///< one of them is not set
-  kReversed,  ///< the end is before the start
-  kBeyond,    ///< they go beyond the line
-  kOverlap,   ///< another control covers some of them
+struct ColumnFaults {
+  bool missing = false;   ///< one of them is not set
+  bool reversed = false;  ///< the end is before the start
+  bool beyond = false;    ///< they go beyond the line
+  bool overlap = false;   ///< another control covers some of them
 };
 
 /// A part of a line: text, or what a control stands in place of.
@@ -33,7 +32,8 @@ struct LinePiece {
   std::size_t begin;
   std::size_t end;
   std::size_t control = kText;  ///< its index
-  ColumnFault fault = ColumnFault::kNone;
+  ColumnFaults faults{};
+  std::u16string_view covered{};  ///< the text in the control's columns, whatever others cover
 };
 
 /// Divides a line of code among controls: every unit of it is in one piece, every control has one,

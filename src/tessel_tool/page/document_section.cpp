@@ -270,15 +270,14 @@ class SectionWriter {
     std::vector<std::string> notes;
     html_.begin("div").attribute("class", code.empty() ? "line codeless" : "line").begin("code");
     for (const LinePiece& piece : pieces) {
-      const std::u16string_view covered = code.substr(piece.begin, piece.end - piece.begin);
       if (piece.control == LinePiece::kText) {
-        html_.begin("span").text(covered).end("span");
+        html_.begin("span").text(code.substr(piece.begin, piece.end - piece.begin)).end("span");
         continue;
       }
       const ControlView& view = views_[piece.control];
       beginControl(first + piece.control, view, "span", "control");
       std::vector<std::string> own;
-      view.draw(html_, own);
+      view.draw(html_, idOf('c', first + piece.control) + "-value", own);
       html_.end("span");
       if (!code.empty()) noteColumns(piece, columns[piece.control], code.size(), own);
       for (std::string& note : own) {
@@ -287,14 +286,14 @@ class SectionWriter {
     }
     html_.end("code").end("div");
     if (code.empty()) {
-      notes.insert(notes.begin(), isAlone ? "no line of code is set"
-                                          : "no line of code is set for these controls");
+      notes.insert(notes.begin(),
+                   isAlone ? R"(no line of code is set ("text" of the control))"
+                           : R"(no line of code is set ("text" of each of these controls))");
     }
     writeNotes(notes);
     for (const LinePiece& piece : pieces) {
       if (piece.control == LinePiece::kText) continue;
-      writeFold(first + piece.control, views_[piece.control],
-                code.substr(piece.begin, piece.end - piece.begin));
+      writeFold(first + piece.control, views_[piece.control], piece.covered);
     }
   }
 
@@ -303,24 +302,16 @@ class SectionWriter {
     const auto range = [&] {
       return "columns " + std::to_string(*columns.start) + " to " + std::to_string(*columns.end);
     };
-    switch (piece.fault) {
-      case ColumnFault::kNone:
-        return;
-      case ColumnFault::kMissing:
-        notes.emplace_back(!columns.start && !columns.end ? "no columns are set"
-                           : columns.start                ? "no end column is set"
-                                                          : "no start column is set");
-        return;
-      case ColumnFault::kReversed:
-        notes.push_back(range() + " end before they begin");
-        return;
-      case ColumnFault::kBeyond:
-        notes.push_back(range() + " go beyond the line, which ends at " + std::to_string(length));
-        return;
-      case ColumnFault::kOverlap:
-        notes.push_back(range() + " overlap those of another control");
-        return;
+    if (piece.faults.missing) {
+      notes.emplace_back(!columns.start && !columns.end ? "no columns are set"
+                         : columns.start                ? "no end column is set"
+                                                        : "no start column is set");
     }
+    if (piece.faults.reversed) notes.push_back(range() + " end before they begin");
+    if (piece.faults.beyond) {
+      notes.push_back(range() + " go beyond the line, which ends at " + std::to_string(length));
+    }
+    if (piece.faults.overlap) notes.push_back(range() + " overlap those of another control");
   }
 
   void writeNotes(const std::vector<std::string>& notes) {
@@ -336,7 +327,8 @@ class SectionWriter {
     if (detail_ == Detail::kNoFolds) return;
     const Object& folded = object(index);
     html_.begin("details").begin("summary").begin("b").text(view.name()).end("b");
-    if (!view.id().empty()) html_.text(" ").begin("bdi").text(view.id()).end("bdi");
+    const std::string own = view.ownName();
+    if (!own.empty()) html_.text(" ").begin("bdi").text(own).end("bdi");
     html_.text(" ").begin("span").attribute("class", "place").text("line ");
     html_.number(std::uint64_t{lineInInput(folded.line)}).end("span").end("summary");
     if (!covered.empty()) {
@@ -373,8 +365,11 @@ class SectionWriter {
       const std::size_t lineBegin = text_.rfind('\n', object.begin) + 1;  // 0 where there is none
       indent = indentOf(text_.substr(lineBegin, object.begin - lineBegin));
     }
+    const std::size_t first = lineInInput(object.line);
+    const auto further = static_cast<std::size_t>(std::count(left.begin(), left.end(), '\n'));
+    const std::size_t width = std::to_string(first + further).size();
     html_.begin("pre").attribute("class", "source");
-    for (std::size_t line = lineInInput(object.line);; ++line) {
+    for (std::size_t line = first;; ++line) {
       const std::size_t length = std::min(left.size(), left.find('\n'));
       std::string_view shown = left.substr(0, length);
       if (!shown.empty() && shown.back() == '\r') shown.remove_suffix(1);
@@ -382,7 +377,8 @@ class SectionWriter {
         shown.remove_prefix(indentOf(shown.substr(0, indent)));
         html_.lineEnd();
       }
-      html_.number(std::uint64_t{line}).text(" | ").text(shown);
+      const std::string number = std::to_string(line);
+      html_.text(std::string(width - number.size(), ' ')).text(number).text(" | ").text(shown);
       if (length == left.size()) break;
       left.remove_prefix(length + 1);
     }

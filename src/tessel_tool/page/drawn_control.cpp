@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <system_error>
 #include <type_traits>
@@ -33,6 +34,7 @@ struct Drawing {
   const ElementView& data;
   const std::string& name;  ///< its label, or what stands in for one
   bool isLabelled;
+  std::string_view valueId;  ///< of the element with a value that HTML does not get
   std::vector<std::string>& notes;
 };
 
@@ -56,9 +58,30 @@ HtmlWriter& beginInput(const Drawing& drawing, const char* type) {
   return drawing.html.begin("input").attribute("type", type);
 }
 
+/// What becomes of a default value.
+enum class Default {
+  kUnset,
+  kGiven,    ///< HTML gets it
+  kRefused,  ///< HTML would refuse or change it: it stands beside the form control
+};
+
+/// Writes attributes of a form control that stands on something whether or not a value was set.
+void markBlank(const Drawing& drawing, Default state) {
+  if (state != Default::kGiven) drawing.html.attribute("class", "blank");
+}
+
+/// Ties the form control that has been begun to the value beside it.
+void describe(const Drawing& drawing, Default state) {
+  if (state == Default::kRefused) drawing.html.attribute("aria-describedby", drawing.valueId);
+}
+
+void noteUnset(const Drawing& drawing, Default state) {
+  if (state == Default::kUnset) drawing.notes.emplace_back("no default value is set");
+}
+
 template <typename Value>
 void writeValue(const Drawing& drawing, Value value) {
-  drawing.html.begin("bdi").attribute("class", "value");
+  drawing.html.begin("bdi").attribute("class", "value").attribute("id", drawing.valueId);
   if constexpr (std::is_same_v<Value, double>) {
     drawing.html.number(value);
   } else {
@@ -66,6 +89,9 @@ void writeValue(const Drawing& drawing, Value value) {
   }
   drawing.html.end("bdi");
 }
+
+/// The lower and the upper end of what is chosen; one number twice where there is one.
+using Ends = std::pair<double, double>;
 
 /// Bounds and step as a form control has them.
 struct Bounds {
@@ -82,11 +108,16 @@ struct Bounds {
 
   /// Whether HTML leaves the value as it is.
   bool hold(double value) const {
-    constexpr double kRoundingError = 1e-9;
     if ((min && value < *min) || (max && value > *max)) return false;
     if (!step || !min) return true;
-    const double steps = (value - *min) / *step;
-    return std::abs(steps - std::round(steps)) <= kRoundingError * std::max(1.0, std::abs(steps));
+    constexpr double kRoundingError = 4 * std::numeric_limits<double>::epsilon();
+    const double onStep = *min + std::round((value - *min) / *step) * *step;
+    return std::abs(value - onStep) <= kRoundingError * std::max(std::abs(value), std::abs(*min));
+  }
+
+  Default stateOf(const std::optional<Ends>& value) const {
+    if (!value) return Default::kUnset;
+    return hold(value->first) && hold(value->second) ? Default::kGiven : Default::kRefused;
   }
 
   void write(HtmlWriter& html) const {
@@ -111,26 +142,53 @@ struct Bounds {
   }
 };
 
-/// A slider ends somewhere: where nothing is set, where HTML has it end.
-Bounds sliderBounds(const Drawing& drawing) {
+/// A slider ends somewhere: where nothing is set, where HTML has it end, or farther away, so that
+/// it has room for the other bound and the default value.
+Bounds sliderBounds(const Drawing& drawing, const std::optional<Ends>& value) {
   constexpr double kLeast = 0;
   constexpr double kGreatest = 100;
   Bounds bounds(drawing.data);
   bounds.noteFaults(drawing);
-  const auto fill = [&](std::optional<double>& bound, double value, const char* what) {
-    if (bound) return;
-    bound = value;
-    drawing.notes.push_back(std::string("no ") + what + " is set; drawn with " + written(value));
-  };
-  fill(bounds.min, kLeast, "minimum");
-  fill(bounds.max, kGreatest, "maximum");
+  const bool hasMin = bounds.min.has_value();
+  const bool hasMax = bounds.max.has_value();
+  if (!hasMin) {
+    const bool isBelow = hasMax && *bounds.max <= kLeast;
+    bounds.min = isBelow ? *bounds.max - (kGreatest - kLeast) : kLeast;
+    if (value) bounds.min = std::min(*bounds.min, value->first);
+    // Steps are counted from the minimum: one that was not set has the value on a step.
+    if (value && bounds.step && !bounds.hold(value->first)) {
+      const double below = value->first - *bounds.min;
+      bounds.min = value->first - std::floor(below / *bounds.step) * *bounds.step;
+    }
+    drawing.notes.push_back("no minimum is set; drawn with " + written(*bounds.min));
+  }
+  if (!hasMax) {
+    bounds.max = *bounds.min < kGreatest ? kGreatest : *bounds.min + (kGreatest - kLeast);
+    if (value) bounds.max = std::max(*bounds.max, value->second);
+    drawing.notes.push_back("no maximum is set; drawn with " + written(*bounds.max));
+  }
   return bounds;
 }
 
-void writeScale(const Drawing& drawing, const Bounds& bounds) {
+/// Writes the value, which a slider does not show, and between which bounds it is.
+void writeScale(const Drawing& drawing, const Bounds& bounds, const std::optional<Ends>& value) {
+  constexpr std::string_view kDash = "\xE2\x80\x93";
+  if (!bounds.min && !bounds.max) return;
   HtmlWriter& html = drawing.html;
-  html.begin("span").attribute("class", "scale").number(*bounds.min).text("\xE2\x80\x93");
-  html.number(*bounds.max).end("span");
+  html.begin("span").attribute("class", "scale");
+  if (value) {
+    html.number(value->first);
+    if (value->first < value->second) html.text(kDash).number(value->second);
+    html.text(" in ");
+  }
+  if (!bounds.max) {
+    html.text("from ").number(*bounds.min);
+  } else if (!bounds.min) {
+    html.text("up to ").number(*bounds.max);
+  } else {
+    html.number(*bounds.min).text(kDash).number(*bounds.max);
+  }
+  html.end("span");
 }
 
 void drawButton(const Drawing& drawing) {
@@ -155,96 +213,137 @@ void drawStateButton(const Drawing& drawing) {
   drawFlag(drawing, true);
 }
 
-void drawNumber(const Drawing& drawing, const char* type, const Bounds& bounds) {
-  const auto value = drawing.data.get<double>(u"defaultValue");
-  const bool fits = value && bounds.hold(*value);
-  writeLabelled(drawing, [&] {
-    bounds.write(beginInput(drawing, type));
-    if (fits) drawing.html.attribute("value", *value);
-  });
-  if (value && !fits) writeValue(drawing, *value);
+std::optional<Ends> defaultNumber(const ElementView& data) {
+  const auto value = data.get<double>(u"defaultValue");
+  return value ? std::optional(Ends(*value, *value)) : std::nullopt;
 }
 
 void drawSlider(const Drawing& drawing) {
-  const Bounds bounds = sliderBounds(drawing);
-  drawNumber(drawing, "range", bounds);
-  writeScale(drawing, bounds);
+  const auto value = defaultNumber(drawing.data);
+  const Bounds bounds = sliderBounds(drawing, value);
+  const Default state = bounds.stateOf(value);
+  writeLabelled(drawing, [&] {
+    bounds.write(beginInput(drawing, "range"));
+    if (state == Default::kGiven) drawing.html.attribute("value", value->first);
+    markBlank(drawing, state);
+    describe(drawing, state);
+  });
+  if (state == Default::kRefused) writeValue(drawing, value->first);
+  writeScale(drawing, bounds, state == Default::kGiven ? value : std::nullopt);
+  noteUnset(drawing, state);
 }
 
 void drawSpinner(const Drawing& drawing) {
+  const auto value = defaultNumber(drawing.data);
   const Bounds bounds(drawing.data);
   bounds.noteFaults(drawing);
-  drawNumber(drawing, "number", bounds);
+  const Default state = bounds.stateOf(value);
+  writeLabelled(drawing, [&] {
+    bounds.write(beginInput(drawing, "number"));
+    if (state == Default::kGiven) drawing.html.attribute("value", value->first);
+    describe(drawing, state);
+  });
+  if (state == Default::kRefused) writeValue(drawing, value->first);
+  writeScale(drawing, bounds, std::nullopt);
 }
 
-/// The number that a text begins with, which is taken off it with what separates it from the next.
-std::optional<double> takeNumber(std::string& text) {
-  const std::size_t length = text.find_first_of(" ,");
-  const std::string digits = text.substr(0, length);
-  if (digits.find_first_not_of("0123456789+-.eE") != std::string::npos) return std::nullopt;
-  double number = 0;
-  const char* const end = digits.data() + digits.size();
-  const auto read = std::from_chars(digits.data(), end, number);
-  if (read.ec != std::errc() || read.ptr != end) return std::nullopt;
-  text.erase(0, std::min(text.size(), text.find_first_not_of(" ,", digits.size())));
-  return number;
-}
-
-/// The two numbers of a text such as "[2 8]".
-std::optional<std::pair<double, double>> rangeOf(std::u16string_view value) {
-  std::string text = ustringToUtf8(value);
-  if (text.size() < 2 || text.front() != '[' || text.back() != ']') return std::nullopt;
-  text = text.substr(1, text.size() - 2);
-  const auto lower = takeNumber(text);
-  const auto upper = lower ? takeNumber(text) : std::nullopt;
-  if (!upper || !text.empty() || *lower > *upper) return std::nullopt;
-  return std::pair(*lower, *upper);
+/// The two numbers of a text such as "[2 8]" or "[2, 8]".
+std::optional<Ends> rangeOf(std::u16string_view value) {
+  const std::string text = ustringToUtf8(value);
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  const auto skipSpaces = [&] {
+    while (at != end && *at == ' ') ++at;
+  };
+  const auto take = [&](char expected) {
+    skipSpaces();
+    if (at == end || *at != expected) return false;
+    ++at;
+    return true;
+  };
+  const auto takeNumber = [&](double& number) {
+    skipSpaces();
+    const auto read = std::from_chars(at, end, number);
+    const bool isNumber = read.ec == std::errc() && std::isfinite(number);
+    if (isNumber) at = read.ptr;
+    return isNumber;
+  };
+  Ends ends;
+  if (!take('[') || !takeNumber(ends.first)) return std::nullopt;
+  const bool isSeparated = at != end && (*at == ' ' || *at == ',');
+  take(',');
+  if (!isSeparated || !takeNumber(ends.second) || !take(']') || at != end) return std::nullopt;
+  return ends.first <= ends.second ? std::optional(ends) : std::nullopt;
 }
 
 void drawRangeSlider(const Drawing& drawing) {
   HtmlWriter& html = drawing.html;
-  const Bounds bounds = sliderBounds(drawing);
   const std::u16string_view value = drawing.data.text(u"defaultValue");
-  auto range = rangeOf(value);
-  if (range && !(bounds.hold(range->first) && bounds.hold(range->second))) range.reset();
+  const auto range = rangeOf(value);
+  const Bounds bounds = sliderBounds(drawing, range);
+  const Default state = !range && !value.empty() ? Default::kRefused : bounds.stateOf(range);
   html.begin("span").attribute("role", "group").attribute("aria-label", drawing.name);
   html.attribute("class", "range");
   writeName(drawing);
   for (const bool upper : {false, true}) {
     bounds.write(beginInput(drawing, "range"));
     html.attribute("aria-label", drawing.name + (upper ? ", upper end" : ", lower end"));
-    if (range) html.attribute("value", upper ? range->second : range->first);
+    if (state == Default::kGiven) html.attribute("value", upper ? range->second : range->first);
+    markBlank(drawing, state);
+    describe(drawing, state);
   }
   html.end("span");
-  if (!range && !value.empty()) writeValue(drawing, value);
-  writeScale(drawing, bounds);
+  if (state == Default::kRefused) writeValue(drawing, value);
+  writeScale(drawing, bounds, state == Default::kGiven ? range : std::nullopt);
+  noteUnset(drawing, state);
 }
+
+struct Choice {
+  std::u16string_view label;
+  std::u16string_view value;
+};
 
 void drawComboBox(const Drawing& drawing) {
   HtmlWriter& html = drawing.html;
-  const std::u16string_view value = drawing.data.text(u"defaultValue");
   const auto& items = drawing.data.elements(u"items");
   const auto& labels = drawing.data.elements(u"itemLabels");
-  bool isAmongThem = value.empty();
+  std::vector<Choice> choices;
+  for (const ModelElement::Impl* item : items) {
+    const ElementView view(*item);
+    choices.push_back({view.text(u"label"), view.text(u"item")});
+  }
+  if (items.empty()) {
+    for (const ModelElement::Impl* item : labels) {
+      const std::u16string_view label = ElementView(*item).text(u"label");
+      choices.push_back({label, label});
+    }
+  }
+
+  const auto value = drawing.data.get<std::u16string_view>(u"defaultValue");
+  const auto find = [&](std::u16string_view Choice::*text) {
+    return std::find_if(choices.begin(), choices.end(),
+                        [&](const Choice& choice) { return choice.*text == *value; });
+  };
+  auto chosen = choices.end();
+  if (value) chosen = find(&Choice::value);
+  if (value && chosen == choices.end()) chosen = find(&Choice::label);
+  const bool isAmongThem = chosen != choices.end();
+  const Default state = isAmongThem                ? Default::kGiven
+                        : value && !value->empty() ? Default::kRefused
+                                                   : Default::kUnset;
   writeLabelled(drawing, [&] {
-    html.begin("select");
-    for (const bool isLabel : {false, true}) {
-      if (isLabel && !items.empty()) break;
-      for (const ModelElement::Impl* choice : isLabel ? labels : items) {
-        const ElementView view(*choice);
-        const std::u16string_view label = view.text(u"label");
-        const std::u16string_view item = isLabel ? label : view.text(u"item");
-        html.begin("option").attribute("value", item);
-        if (!value.empty() && !isAmongThem && (item == value || label == value)) {
-          html.attribute("selected");
-          isAmongThem = true;
-        }
-        html.text(label);
-      }
+    html.begin("select").attribute("dir", "auto");
+    describe(drawing, state);
+    // Otherwise the first choice would look like the default one.
+    if (!isAmongThem) html.begin("option").attribute("selected").attribute("value", "");
+    for (auto choice = choices.begin(); choice != choices.end(); ++choice) {
+      html.begin("option").attribute("value", choice->value);
+      if (choice == chosen) html.attribute("selected");
+      html.attribute("dir", "auto").text(choice->label);
     }
     html.end("select");
   });
-  if (!isAmongThem) writeValue(drawing, value);
+  if (state == Default::kRefused) writeValue(drawing, *value);
   if (items.empty() || labels.empty()) return;
   std::string note = "labels beside the items:";
   for (const ModelElement::Impl* label : labels) {
@@ -254,13 +353,27 @@ void drawComboBox(const Drawing& drawing) {
   drawing.notes.push_back(std::move(note));
 }
 
+Default stateOf(std::u16string_view value, bool isTaken) {
+  if (value.empty()) return Default::kUnset;
+  return isTaken ? Default::kGiven : Default::kRefused;
+}
+
 /// A field whose text is one that HTML takes for its type, or none.
-void drawText(const Drawing& drawing, const char* type, std::u16string_view value, bool isTaken) {
+/// @param writeMore writes more attributes of the field.
+template <typename WriteMore>
+void drawText(const Drawing& drawing, const char* type, std::u16string_view value, Default state,
+              const WriteMore& writeMore) {
   writeLabelled(drawing, [&] {
     beginInput(drawing, type);
-    if (isTaken && !value.empty()) drawing.html.attribute("value", value);
+    writeMore();
+    if (state == Default::kGiven) drawing.html.attribute("value", value);
+    describe(drawing, state);
   });
-  if (!isTaken && !value.empty()) writeValue(drawing, value);
+  if (state == Default::kRefused) writeValue(drawing, value);
+}
+
+void drawText(const Drawing& drawing, const char* type, std::u16string_view value, Default state) {
+  drawText(drawing, type, value, state, [] {});
 }
 
 void drawEditField(const Drawing& drawing) {
@@ -273,7 +386,8 @@ void drawEditField(const Drawing& drawing) {
     });
   } else {
     const auto value = holder ? holder->text(u"defaultValue") : std::u16string_view();
-    drawText(drawing, "text", value, isShownAsIs(value));
+    drawText(drawing, "text", value, stateOf(value, isShownAsIs(value)),
+             [&] { drawing.html.attribute("dir", "auto"); });
   }
 }
 
@@ -287,7 +401,9 @@ void drawColorPicker(const Drawing& drawing) {
                        std::all_of(value.begin() + 1, value.end(), [](char16_t unit) {
                          return isOneOf(unit, u"0123456789abcdef");
                        });
-  drawText(drawing, "color", value, isTaken);
+  const Default state = stateOf(value, isTaken);
+  drawText(drawing, "color", value, state, [&] { markBlank(drawing, state); });
+  noteUnset(drawing, state);
 }
 
 /// Whether a text is a date of the calendar, as HTML writes them.
@@ -313,11 +429,16 @@ bool isDate(std::u16string_view text) {
 
 void drawDatePicker(const Drawing& drawing) {
   const std::u16string_view value = drawing.data.text(u"defaultValue");
-  drawText(drawing, "date", value, isDate(value));
+  drawText(drawing, "date", value, stateOf(value, isDate(value)));
+  // A browser shows days as its reader writes them.
+  const std::u16string_view format = drawing.data.text(u"displayFormat");
+  if (format.empty()) return;
+  drawing.html.begin("bdi").attribute("class", "format").text(format).end("bdi");
 }
 
 void drawFileBrowser(const Drawing& drawing) {
-  drawText(drawing, "file", drawing.data.text(u"defaultValue"), false);
+  const std::u16string_view value = drawing.data.text(u"defaultValue");
+  drawText(drawing, "file", value, stateOf(value, false));
 }
 
 /// Says which variables supply what the control starts with.
@@ -428,19 +549,29 @@ Columns ControlView::columns() const {
   return {position->get<std::uint64_t>(u"startColumn"), position->get<std::uint64_t>(u"endColumn")};
 }
 
+std::string ControlView::label() const {
+  return ustringToUtf8((data_ ? *data_ : node_).text(u"label"));
+}
+
+std::string ControlView::ownName() const {
+  const std::string id = ustringToUtf8(this->id());
+  return reference_host::json::isBlank(id) ? label() : id;
+}
+
 std::string ControlView::title() const {
   std::string title = name();
-  const std::string id = ustringToUtf8(this->id());
-  if (!reference_host::json::isBlank(id)) title.append(" ").append(id);
+  const std::string own = ownName();
+  if (!reference_host::json::isBlank(own)) title.append(" ").append(own);
   return title;
 }
 
-void ControlView::draw(HtmlWriter& html, std::vector<std::string>& notes) const {
+void ControlView::draw(HtmlWriter& html, std::string_view valueId,
+                       std::vector<std::string>& notes) const {
   const ElementView& data = data_ ? *data_ : node_;
-  std::string name = ustringToUtf8(data.text(u"label"));
+  std::string name = label();
   const bool isLabelled = !reference_host::json::isBlank(name);
   if (!isLabelled) name = title();
-  const Drawing drawing{html, data, name, isLabelled, notes};
+  const Drawing drawing{html, data, name, isLabelled, valueId, notes};
   if (drawn_ != nullptr) {
     drawn_->draw(drawing);
   } else {

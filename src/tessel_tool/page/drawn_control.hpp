@@ -42,17 +42,22 @@ class ControlView {
   /// The line of code that holds the control; empty where none was set.
   std::u16string_view code() const { return code_; }
   Columns columns() const;
-  /// "slider" and, where there is one, the id.
+  /// The id; the label where there is none.
+  std::string ownName() const;
+  /// "slider" and, where there is one, the control's own name.
   std::string title() const;
 
   /// Writes the form control with its label and, behind it, a value that HTML would refuse or
   /// change. A control of a class that nobody knows is a plain box.
+  /// @param valueId the id of that value on the page.
   /// @param notes what else is to be said of it.
-  void draw(HtmlWriter& html, std::vector<std::string>& notes) const;
+  void draw(HtmlWriter& html, std::string_view valueId, std::vector<std::string>& notes) const;
   /// Writes what stands in the block of a task, or of the header of tasks.
   void drawTask(HtmlWriter& html, ControlKinds& kinds) const;
 
  private:
+  std::string label() const;
+
   ElementView node_;
   std::optional<ElementView> data_;
   std::u16string_view code_;

@@ -107,7 +107,12 @@ nav details { margin: .4rem 0 0; }
 .unnamed { font-style: italic; }
 .value { font-family: var(--mono); font-size: .8125rem; white-space: pre-wrap; }
 .value::before { content: "= "; color: var(--soft); }
-.scale { color: var(--soft); font-size: .8125rem; font-variant-numeric: tabular-nums; }
+.blank { accent-color: var(--soft); opacity: .75; }
+.control [type=color].blank { border-style: dashed; }
+.blank::-webkit-color-swatch { visibility: hidden; }
+.blank::-moz-color-swatch { visibility: hidden; }
+.format { font-family: var(--mono); }
+.scale, .format { color: var(--soft); font-size: .8125rem; font-variant-numeric: tabular-nums; }
 
 .task {
   padding: .8rem 1rem; border: 1px solid var(--rule); border-inline-start: .3rem solid var(--mark);

@@ -22,9 +22,12 @@ std::string divided(std::u16string_view code, const std::vector<Columns>& contro
       text += part;
       continue;
     }
-    constexpr const char* kMarks[] = {"", "?", "<>", ">", "&"};
-    text += '[' + std::to_string(piece.control) + kMarks[static_cast<int>(piece.fault)] + ':' +
-            part + ']';
+    text += '[' + std::to_string(piece.control);
+    if (piece.faults.missing) text += '?';
+    if (piece.faults.reversed) text += "<>";
+    if (piece.faults.beyond) text += '>';
+    if (piece.faults.overlap) text += '&';
+    text += ':' + part + ']';
   }
   return text;
 }
@@ -48,13 +51,32 @@ TEST(DivideLine, PutsControlsInPlaceOfTheirColumns) {
       {u"abc", {{2, 9}}, "ab[0>:c]"},
       {u"abc", {{4, 9}, {kHuge, kHuge}}, "abc[0>:][1>:]"},
       {u"abc", {{2, 1}}, "ab[0<>:]c"},
-      {u"abc", {{kHuge, 1}}, "abc[0<>:]"},
+      {u"abc", {{kHuge, 1}}, "abc[0<>>:]"},
       {u"abc", {{{}, {}}}, "abc[0?:]"},
       {u"abc", {{1, {}}, {{}, 2}, {0, 1}}, "[2:a]bc[0?:][1?:]"},
       {u"", {{0, 1}, {{}, {}}}, "[0>:][1?:]"},
+      {u"abcd", {{1, 9}, {2, 10}}, "a[0>:bcd][1>&:]"},
+      {u"abcd", {{0, 3}, {2, 1}}, "[0:abc][1<>&:]d"},
       {u"abc", {}, "abc"},
   };
   for (const auto& [code, controls, pieces] : rows) EXPECT_EQ(divided(code, controls), pieces);
+}
+
+TEST(DivideLine, KnowsWhatControlsWouldCover) {
+  struct {
+    Columns columns;
+    std::u16string_view covered;
+  } const rows[] = {
+      {{5, 15}, u"56789ABCDE"}, {{2, 4}, u"23"}, {{14, 99}, u"EF"}, {{3, 3}, u""}, {{5, 3}, u""},
+      {{3, {}}, u""},           {{99, 99}, u""},
+  };
+  for (const auto& [columns, covered] : rows) {
+    for (const LinePiece& piece : divideLine(u"0123456789ABCDEF", {{0, 10}, columns})) {
+      if (piece.control == 1) {
+        EXPECT_EQ(piece.covered, covered);
+      }
+    }
+  }
 }
 
 TEST(DivideLine, EndsNoPieceInsideASurrogatePair) {
