@@ -67,7 +67,9 @@ const kinds = [
   { says: "a value off the step", control: slider({ text: "Off", ...bounds, defaultValue: 2.7 }),
     is: [{ role: "slider", name: "Off" }], beside: "2.7" },
   { says: "a value that is no item", control: comboBox({ text: "Other", items, defaultValue: "max" }),
-    is: [{ role: "combobox", name: "Other" }], beside: "max", options: ["Mean", "Median"] },
+    is: [{ role: "combobox", name: "Other" }], beside: "max", options: ["", "Mean", "Median"] },
+  { says: "no choice that is set", control: comboBox({ text: "Open", items }),
+    is: [{ role: "combobox", name: "Open" }], options: ["", "Mean", "Median"] },
   { says: "no label", control: { ...button({}), controlId: "run-it" }, is: [{ role: "button", name: /run-it/ }] },
   { says: "a label from right to left", control: button({ text: "שלום (1)" }), is: [{ role: "button", name: "שלום (1)" }] },
 ];

@@ -55,6 +55,22 @@ class Documents(PageTest):
         found = re.findall(r'id="(d1-[cp]\d+)"', page)
         self.assertEqual(found, ["d1-p1", "d1-c1", "d1-p2"])
 
+    def test_tasks_and_what_their_header_passes_over_are_counted(self):
+        task = '{"className": "LumoAppIntegratedInlineNode", "instanceId": "t"}'
+        text = '{"className": "TextNode", "text": "prose"}'
+        mark = '{"className": "X", "controlId": "x"}'
+        for children, verdict, tasks in (
+                ([task, text], "all 2 controls arrived", 1),
+                ([task, task, BUTTON], "3 of 4 controls arrived", 2),
+                ([task, '{"className": "button"}'], "2 of 3 controls arrived", 1),
+                ([task, mark, BUTTON], "2 of 4 controls arrived", 1),
+                ([task, "7", '{"a": 1}'], "all 2 controls arrived", 1)):
+            with self.subTest(children):
+                header = f'{{"className": "LumoAppLineNode", "anchorId": "a", "children": [{", ".join(children)}]}}'
+                page = self.page(self.file("a.json", header))
+                self.assertIn(verdict, page)
+                self.assertIn(f"<tr><th>task<td>{tasks}", page)
+
     def test_members_are_shown_in_the_order_of_the_text(self):
         page = self.page(self.file("a.json", f'{{"b": {BUTTON},\n"a": {BUTTON.replace("run", "x")}}}'))
         self.assertEqual(re.findall(r'data-pointer="([^"]*)"', page), ["/b", "/a"])
@@ -117,6 +133,20 @@ class Documents(PageTest):
             self.assertIn(control, log)
             for record in re.findall(r"<li>([^<\n]*)", log):
                 self.assertIn(record.replace("&lt;", "<").replace("&amp;", "&"), tree)
+
+    def test_columns_are_told_as_they_were_set(self):
+        one = '{"className": "button", "controlId": "%s", "text": "0123456789ABCDEF", "startColumn": %d, "endColumn": %d}'
+        page = self.page(self.file("a.json", f'[{one % ("a", 0, 10)}, {one % ("b", 5, 15)}, {one % ("c", 7, 200)}]'))
+        self.assertEqual(re.findall(r'covers columns ([^<]*)<code>([^<]*)', page),
+                         [("0 to 10: ", "0123456789"), ("5 to 15: ", "56789ABCDE"), ("7 to 200: ", "789ABCDEF")])
+        self.assertEqual(re.findall(r'<li class="note" dir="auto">([^<]*)', page),
+                         ["button b: columns 5 to 15 overlap those of another control",
+                          "button c: columns 7 to 200 go beyond the line, which ends at 16",
+                          "button c: columns 7 to 200 overlap those of another control"])
+
+    def test_numbers_of_lines_stand_under_each_other(self):
+        page = self.page(self.file("a.json", "\n" * 8 + '{"className":\n"button"}'))
+        self.assertIn('<pre class="source"> 9 | {"className":\n10 | "button"}</pre>', page)
 
     def test_lines_keep_their_numbers(self):
         page = self.page(self.file("a.json", f'[\r\n    {{"className": "button",\r\n      "text": "x"}}]'))

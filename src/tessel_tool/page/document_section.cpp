@@ -447,14 +447,22 @@ DocumentSummary summaryOf(const ReadDocument& document, std::size_t number) {
   summary.errors = document.check.errors + (document.check.failure.empty() ? 0 : 1);
   summary.warnings = document.check.warnings;
   ControlKinds kinds;
-  for (const auto& node : document.nodes) ++summary.kinds[ControlView(*node.get(), kinds).name()];
+  const auto count = [&](const ControlView& view) {
+    ++summary.kinds[view.name()];
+    ++summary.arrived;
+  };
+  for (const auto& node : document.nodes) {
+    const ControlView view(*node.get(), kinds);
+    count(view);
+    if (!view.isTask()) continue;
+    for (const auto* child : view.children()) count(ControlView(*child, kinds));
+  }
   const auto looksLikeOne = [](const PlacedProblem& placed) {
     return placed.problem.code == Code::kUnknownClass || placed.problem.code == Code::kUnknownType;
   };
   const auto& problems = document.check.problems;
-  summary.arrived = document.nodes.size();
   summary.expected =
-      summary.arrived + document.failedObjects +
+      summary.arrived + document.failedObjects + document.passedOver +
       static_cast<std::size_t>(std::count_if(problems.begin(), problems.end(), looksLikeOne));
   return summary;
 }

@@ -603,7 +603,7 @@ void ControlView::drawTask(HtmlWriter& html, ControlKinds& kinds) const {
       html.end("code").end("pre");
     }
   }
-  for (const ModelElement::Impl* child : node_.elements(u"children")) {
+  for (const ModelElement::Impl* child : children()) {
     const ControlView view(*child, kinds);
     html.begin("div").attribute("class", "task").attribute("data-kind", view.word());
     if (view.isTask()) {

@@ -39,6 +39,10 @@ class ControlView {
   std::string name() const;  ///< "check box"
   bool isTask() const;       ///< a block of its own, in no line of code
   std::u16string_view id() const;
+  /// The tasks of a header.
+  const std::vector<gx::zero::ModelElement::Impl*>& children() const {
+    return node_.elements(u"children");
+  }
   /// The line of code that holds the control; empty where none was set.
   std::u16string_view code() const { return code_; }
   Columns columns() const;

@@ -1,6 +1,7 @@
 #include "page/read_document.hpp"
 
 #include <algorithm>
+#include <new>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -8,6 +9,7 @@
 #include "console.hpp"
 #include "problem_report.hpp"
 #include "reference_host/diagnosis/document_check.hpp"
+#include "reference_host/diagnosis/unclaimed_object.hpp"
 #include "reference_host/json/parse.hpp"
 #include "reference_host/json/text_places.hpp"
 #include "reference_host/logging/log_capture.hpp"
@@ -16,6 +18,8 @@ namespace tessel_tool {
 
 using reference_host::diagnosis::Code;
 using reference_host::diagnosis::Knowledge;
+using reference_host::diagnosis::looksLikeControl;
+using reference_host::diagnosis::Recognition;
 using reference_host::importer::OnError;
 using reference_host::logging::LogCapture;
 using Object = ReadDocument::Object;
@@ -90,6 +94,28 @@ class ObjectNotes final : public CheckedObjects {
   std::optional<LogCapture> capture_;
 };
 
+/// How many of the elements that a builder passed over are controls or look like one.
+std::size_t countPassedOver(const Knowledge& knowledge, const CheckAnswer& check) {
+  const std::string_view text = check.document.content();
+  const std::vector<Recognition>& recognitions = knowledge.recognitions();
+  Offsets begins(text);
+  Offsets ends(text);
+  std::size_t count = 0;
+  for (const auto& [problem, place] : check.problems) {
+    if (problem.code != Code::kIgnoredMember) continue;
+    const std::size_t begin = begins.of(place.begin);
+    if (text[begin] != '{') continue;  // it begins with the name of a member, or is no object
+    const auto object = reference_host::json::parse(text.substr(begin, ends.of(place.end) - begin));
+    const auto* className = find_member(object, "className");
+    const auto* word = className == nullptr ? nullptr : className->get_if<std::string>();
+    const bool isKnown =
+        word != nullptr && std::any_of(recognitions.begin(), recognitions.end(),
+                                       [&](const auto& row) { return row.className == *word; });
+    if (isKnown || looksLikeControl(object)) ++count;
+  }
+  return count;
+}
+
 }  // namespace
 
 std::string ReadDocument::failure() const {
@@ -104,7 +130,7 @@ std::string ReadDocument::failure() const {
 void ReadDocument::runOutOfMemory() {
   objects.clear();
   nodes.clear();
-  failedObjects = 0;
+  failedObjects = passedOver = 0;
   check.runOutOfMemory();
 }
 
@@ -114,6 +140,11 @@ ReadDocument readDocument(const Knowledge& knowledge, Document document, OnError
   ObjectNotes notes(read, onError, withLog);
   read.check =
       checkOne(knowledge, std::move(document), reference_host::diagnosis::Warnings::kYes, &notes);
+  try {
+    read.passedOver = countPassedOver(knowledge, read.check);
+  } catch (const std::bad_alloc&) {
+    read.runOutOfMemory();
+  }
   if (read.check.failure == kOutOfMemory || !notes.haveAllRecords()) read.runOutOfMemory();
   return read;
 }

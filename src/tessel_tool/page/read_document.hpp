@@ -33,6 +33,7 @@ struct ReadDocument {
   CheckAnswer check;  ///< with the document and its text
   std::vector<document::gxzero::Node> nodes;
   std::size_t failedObjects = 0;
+  std::size_t passedOver = 0;   ///< children of controls that are or look like controls
   std::vector<Object> objects;  ///< in the order of the text
 
   /// Drops what there is: memory did not suffice for the document.

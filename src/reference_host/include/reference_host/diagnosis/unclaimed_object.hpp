@@ -37,7 +37,7 @@ TESSEL_HOST_API bool isGeneric(const std::string& className,
                                const std::vector<Recognition>& recognitions);
 
 /// Whether an object has one of the members by which it looks like a control.
-bool looksLikeControl(const foundation::json::Value& object);
+TESSEL_HOST_API bool looksLikeControl(const foundation::json::Value& object);
 
 /// The members by which an object looks like a control, whatever its class.
 TESSEL_HOST_API const std::vector<Path>& controlMarks();
