@@ -107,7 +107,7 @@ nav details { margin: .4rem 0 0; }
 .unnamed { font-style: italic; }
 .value { font-family: var(--mono); font-size: .8125rem; white-space: pre-wrap; }
 .value::before { content: "= "; color: var(--soft); }
-.blank { accent-color: var(--soft); opacity: .75; }
+.control .blank { accent-color: var(--soft); opacity: .75; }
 .control [type=color].blank { border-style: dashed; }
 .blank::-webkit-color-swatch { visibility: hidden; }
 .blank::-moz-color-swatch { visibility: hidden; }
