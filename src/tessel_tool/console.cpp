@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "platform.hpp"
+#include "stop.hpp"
 #include "text_form.hpp"
 
 namespace tessel_tool {
@@ -46,6 +47,37 @@ void writeLine(std::initializer_list<std::string_view> parts) noexcept {
   }
 }
 
+/// The path that a path leads to through links, whether there is something or not.
+std::string withoutLinks(const std::string& path) {
+  namespace fs = std::filesystem;
+  constexpr int kMostLinks = 40;
+  std::error_code failed;
+  fs::path target(path);
+  for (int links = 0; fs::is_symlink(fs::symlink_status(target, failed)); ++links) {
+    const fs::path link = fs::read_symlink(target, failed);
+    if (failed || links == kMostLinks) {
+      errno = failed ? failed.value() : ELOOP;
+      throw OutputError(path);
+    }
+    target = target.parent_path() / link;  // the link alone where it is absolute
+  }
+  return target.string();
+}
+
+/// Makes a file of a name that is not in use, beside another one. @return null where that fails
+std::FILE* createBeside(const std::string& target, std::string& path) {
+  constexpr int kMostTries = 1000;
+  for (int number = 1;; ++number) {
+    path = target + (number == 1 ? ".part" : ".part" + std::to_string(number));
+    errno = 0;
+    std::FILE* const file = std::fopen(path.c_str(), "wbx");
+    if (file != nullptr) return file;
+    if (errno == EEXIST && number != kMostTries) continue;
+    path.clear();  // nothing of ours is there
+    return nullptr;
+  }
+}
+
 }  // namespace
 
 OutputError::OutputError(std::string where)
@@ -64,29 +96,30 @@ ResultFile::ResultFile(std::string path) : path_(std::move(path)) {
   namespace fs = std::filesystem;
   std::error_code failed;
   const fs::file_status status = fs::status(path_, failed);
+  stopBetweenAnswers();
   if (fs::exists(status) && !fs::is_regular_file(status)) {
-    written_ = path_;
+    errno = 0;
+    resultFile = std::fopen(path_.c_str(), "wb");
   } else {
-    target_ = path_;
     if (fs::exists(status)) {
-      // A link stays, and what cannot be written is not replaced either.
+      // What cannot be written is not replaced either.
       errno = 0;
       std::FILE* const writable = std::fopen(path_.c_str(), "ab");
       if (writable == nullptr) throw OutputError(path_);
       static_cast<void>(std::fclose(writable));
-      target_ = fs::canonical(path_, failed).string();
     }
-    written_ = target_ + ".part";
+    target_ = withoutLinks(path_);
+    resultFile = createBeside(target_, written_);
+    if (resultFile != nullptr) removeWhenStopped(written_.c_str());
   }
-  errno = 0;
-  resultFile = std::fopen(written_.c_str(), "wb");
   if (resultFile == nullptr) throw OutputError(path_);
   resultPath = path_;
 }
 
 ResultFile::~ResultFile() {
+  removeWhenStopped(nullptr);
   if (resultFile != nullptr) static_cast<void>(std::fclose(std::exchange(resultFile, nullptr)));
-  if (!target_.empty() && !written_.empty()) static_cast<void>(std::remove(written_.c_str()));
+  if (!written_.empty()) static_cast<void>(std::remove(written_.c_str()));
 }
 
 void ResultFile::complete() {
@@ -98,6 +131,7 @@ void ResultFile::complete() {
   if (std::filesystem::exists(before)) {
     std::filesystem::permissions(written_, before.permissions(), failed);
   }
+  removeWhenStopped(nullptr);
   std::filesystem::rename(written_, target_, failed);
   if (failed) {
     errno = failed.value();

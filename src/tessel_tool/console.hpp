@@ -35,8 +35,8 @@ void writeResult(std::string_view text);
 
 /// While it lives, results go to a file instead of standard output; no two live at a time. They are
 /// written beside the file and take its place when they are complete, so that it may be an input,
-/// and is left as it was where something fails. What is no ordinary file, such as a device, is
-/// written directly.
+/// and is left as it was where something fails or somebody stops the tool. Links to it stay. What
+/// is no ordinary file, such as a device, is written directly.
 class ResultFile {
  public:
   /// @throws OutputError
@@ -51,7 +51,7 @@ class ResultFile {
 
  private:
   std::string path_;     // as given
-  std::string written_;  // the file that is being written; empty once it is complete
+  std::string written_;  // the file beside it; empty where there is none, or none any more
   std::string target_;   // what it is to be renamed to; empty where it stays
 };
 

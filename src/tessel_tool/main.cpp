@@ -58,7 +58,9 @@ struct CommandLine {
     importCommand
         ->add_option("-o,--output", resultPath,
                      "Write the results to this file; - is standard output")
-        ->type_name("FILE");
+        ->type_name("FILE")
+        ->check(CLI::Validator(
+            [](const std::string& path) { return path.empty() ? "a file has a name" : ""; }, ""));
     addFiles(*importCommand, importOptions.files);
 
     addFormat(*checkCommand, "text", {"sarif"});

@@ -29,4 +29,7 @@ void setStopHandler(void (*handler)(int signal)) noexcept;
 /// Writes to standard error and past its buffer. A handler may call it.
 void writeFromHandler(std::string_view text) noexcept;
 
+/// Removes a file. A handler may call it.
+void removeFromHandler(const char* path) noexcept;
+
 }  // namespace tessel_tool

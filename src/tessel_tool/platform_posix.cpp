@@ -53,4 +53,8 @@ void writeFromHandler(std::string_view text) noexcept {
   }
 }
 
+void removeFromHandler(const char* path) noexcept {
+  static_cast<void>(unlink(path));
+}
+
 }  // namespace tessel_tool

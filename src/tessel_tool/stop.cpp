@@ -19,10 +19,12 @@ enum class State { kBetweenAnswers, kInAnswer, kStopped };
 
 // A handler may use them only if they need no lock.
 static_assert(std::atomic<State>::is_always_lock_free && std::atomic<int>::is_always_lock_free &&
-              std::atomic<bool>::is_always_lock_free);
+              std::atomic<bool>::is_always_lock_free &&
+              std::atomic<const char*>::is_always_lock_free);
 std::atomic<State> state{State::kBetweenAnswers};
 std::atomic<int> stopSignal{0};
 std::atomic<bool> incomplete{false};
+std::atomic<const char*> unfinishedFile{nullptr};
 
 /// What is said at the end. It changes only while an answer is in progress, when no handler reads
 /// it.
@@ -56,9 +58,14 @@ void setLastLine(std::size_t documents, std::string_view last) {
   lastLine() = line + '\n';
 }
 
+[[noreturn]] void end() noexcept {
+  if (const char* const path = unfinishedFile) removeFromHandler(path);
+  endBySignal(stopSignal);
+}
+
 [[noreturn]] void sayHowFarAndEnd() noexcept {
   writeFromHandler(lastLine());
-  endBySignal(stopSignal);
+  end();
 }
 
 void handleStop(int signal) {
@@ -70,7 +77,7 @@ void handleStop(int signal) {
       return;  // whoever writes it ends the process
     case State::kStopped:
       sayWhatIsCut();
-      endBySignal(signal);
+      end();
   }
 }
 
@@ -80,6 +87,10 @@ void stopBetweenAnswers() {
   cutLine();
   setLastLine(0, "");
   setStopHandler(handleStop);
+}
+
+void removeWhenStopped(const char* path) noexcept {
+  unfinishedFile = path;
 }
 
 AnswerInProgress::AnswerInProgress(std::string_view first, std::string_view last) noexcept {

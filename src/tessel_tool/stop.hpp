@@ -14,6 +14,10 @@ namespace tessel_tool {
 /// that answer; what was not begun is left. A second signal ends the process wherever it is.
 void stopBetweenAnswers();
 
+/// Names a file that a signal does not leave behind; null where there is none. The text of the path
+/// stays until another one is named.
+void removeWhenStopped(const char* path) noexcept;
+
 /// While it lives, answers are being written; no two live at a time.
 class AnswerInProgress {
  public:

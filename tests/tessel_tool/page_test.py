@@ -4,9 +4,11 @@ import json
 import os
 import pathlib
 import re
+import signal
 import stat
 import subprocess
 import tempfile
+import time
 import unittest
 
 TOOL = os.environ["TOOL"]
@@ -22,6 +24,14 @@ BYTES_PER_BYTE = 8
 def tessel(*arguments, given=b"", **options):
     return subprocess.run([TOOL, "import", *arguments], input=given, capture_output=True,
                           timeout=SECONDS, check=False, **options)
+
+
+def wait_until(holds):
+    end = time.monotonic() + SECONDS
+    while not holds():
+        if time.monotonic() > end:
+            raise AssertionError("it never came")
+        time.sleep(0.01)
 
 
 class PageTest(unittest.TestCase):
@@ -226,6 +236,50 @@ class ResultFile(PageTest):
         self.assertEqual(json.loads((self.folder / "a.json").read_text())["summary"]["built"], 1)
         self.assertTrue((self.folder / "link").is_symlink())
         self.assertEqual(stat.S_IMODE((self.folder / "a.json").stat().st_mode), 0o640)
+
+    def test_files_beside_it_stay(self):
+        for name in ("a.json.part", "out.part"):
+            self.file(name, BUTTON)
+        (self.folder / "link.part").symlink_to("elsewhere")
+        (self.folder / "folder.part").mkdir()
+        for path in ("a.json", "out", "link", "folder"):
+            done = tessel("--format", "json", "a.json.part", "-o", path, cwd=self.folder)
+            self.assertEqual((done.returncode, done.stderr), (0, b""))
+        self.assertEqual(sorted(path.name for path in self.folder.iterdir()),
+                         ["a.json", "a.json.part", "folder", "folder.part", "link", "link.part", "out",
+                          "out.part"])
+        self.assertEqual((self.folder / "a.json.part").read_text(), BUTTON)
+        self.assertEqual((self.folder / "out.part").read_text(), BUTTON)
+
+    def test_a_link_that_leads_to_nothing_stays(self):
+        (self.folder / "there").mkdir()
+        (self.folder / "link").symlink_to("there/second")
+        (self.folder / "there/second").symlink_to("new")
+        self.page("-o", "link", given=BUTTON.encode())
+        self.assertTrue((self.folder / "link").is_symlink())
+        self.assertIn("1 control arrived", (self.folder / "there/new").read_text())
+        (self.folder / "loop").symlink_to("loop")
+        done = tessel("-o", "loop", cwd=self.folder, given=BUTTON.encode())
+        self.assertEqual((done.returncode, done.stderr),
+                         (1, b"tessel: loop: Too many levels of symbolic links\n"))
+
+    def test_a_file_has_a_name(self):
+        done = tessel("-o", "", cwd=self.folder, given=BUTTON.encode())
+        self.assertEqual(done.returncode, 2)
+        self.assertIn(b"a file has a name", done.stderr)
+        self.assertEqual(list(self.folder.iterdir()), [])
+
+    def test_a_signal_leaves_nothing(self):
+        for given in (b"", (BUTTON + "\n").encode() * 2000):
+            with subprocess.Popen([TOOL, "import", "--ndjson", "-o", "out"], cwd=self.folder,
+                                  stdin=subprocess.PIPE, stderr=subprocess.DEVNULL) as process:
+                process.stdin.write(given)
+                process.stdin.flush()
+                part = self.folder / "out.part"
+                wait_until(lambda: part.exists() and (not given or part.stat().st_size != 0))
+                process.send_signal(signal.SIGTERM)
+                self.assertEqual(process.wait(SECONDS), -signal.SIGTERM)
+            self.assertEqual(list(self.folder.iterdir()), [])
 
     def test_a_file_that_cannot_be_written(self):
         for path, reason in ((".", "Is a directory"), ("no/such/file", "No such file or directory"),
