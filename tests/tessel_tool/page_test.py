@@ -63,7 +63,7 @@ class Documents(PageTest):
     def test_what_is_wrong_stands_in_its_place(self):
         page = self.page(self.file("a.json", f"[{WRONG},\n{BUTTON},\n{WRONG}]"), status=1)
         found = re.findall(r'id="(d1-[cp]\d+)"', page)
-        self.assertEqual(found, ["d1-p1", "d1-c1", "d1-p2"])
+        self.assertEqual(found, ["d1-p1", "d1-c2", "d1-p2"])
 
     def test_tasks_and_what_their_header_passes_over_are_counted(self):
         task = '{"className": "LumoAppIntegratedInlineNode", "instanceId": "t"}'
@@ -122,15 +122,64 @@ class Documents(PageTest):
             self.assertEqual(found, [str(3 * number + 3) for number in range(200)])
             self.assertIn("250 of 500 controls arrived", page)
             self.assertIn("250 errors; 250 lines failed", page)
-            self.assertIn("and 50 more failed lines", page)
+            self.assertIn("and 50 more lines that failed or lost a control", page)
 
     def test_no_lines_at_all(self):
-        self.assertIn("no controls", self.page("--ndjson"))
+        page = self.page("--ndjson")
+        self.assertIn("no controls", page)
+        self.assertNotIn("<nav", page)
+
+    def test_lines_that_lost_a_control_are_shown(self):
+        unknown = '{"className": "buton"}'
+        doubtful = '{"className": "button", "startColumn": 5, "endColumn": 3}'
+        page = self.page("--ndjson", given="\n".join([BUTTON, unknown, doubtful, "[]"]).encode())
+        self.assertEqual(re.findall(r'<h2 id="d\d+-name"><bdi>([^<]*)<', page), ["-:2"])
+        self.assertIn("2 of 3 controls arrived", page)
+        self.assertIn("1 line with warnings only not shown", page)
+        self.assertIn("<tr><th>not arrived<td>1", page)
+        self.assertRegex(page, r"<strong>did not arrive</strong> <code>unknown-class<")
+
+    def test_what_did_not_arrive_is_said_in_words(self):
+        page = self.page(self.file("a.json", f"[{WRONG}, {BUTTON}]"), status=1)
+        self.assertEqual(page.count("<strong>did not arrive</strong>"), 1)
+        self.assertIn("<tr><th>button<td>1<tr><th>not arrived<td>1", page)
+        self.assertNotIn("not arrive", self.page(self.file("b.json", f"[{BUTTON}]")))
+
+    def test_documents_that_cannot_be_read_come_first(self):
+        files = [self.file("a.json", BUTTON), self.file("b.json", BUTTON), self.file("c.json", "[1,")]
+        page = self.page(*files, status=1)
+        self.assertIn("1 of 3 documents could not be read; in the others all 2 controls arrived", page)
+        page = self.page("missing", "c.json", status=1)
+        self.assertIn(">2 of 2 documents could not be read</p>", page)
+
+    def test_a_line_of_code_is_the_same_with_records(self):
+        one = '{"className": "button", "controlId": "%s", "text": "x = 1", "startColumn": %s, "endColumn": %d}'
+        self.file("a.json", "[%s]" % ", ".join(
+            [one % ("a", 0, 1), one % ("b", '"2"', 3), one % ("c", 4, 5)]))
+        for options in ([], ["--log"]):
+            page = self.page(*options, "a.json", status=1)
+            self.assertEqual(page.count('<div class="line">'), 1)
+            self.assertIn("</span><span> = </span><span", page)
+            self.assertEqual(page.count("what did not arrive"), len(options))
+
+    def test_only_elements_of_an_array_share_a_line(self):
+        one = '{"className": "button", "text": "x = 1"}'
+        for text, lines in ((f"[{one}, {one}]", 1), (f"[{one}, 7, {one}]", 1),
+                            (f'{{"1": {one}, "2" : {one}}}', 2), (f"[[{one}], [{one}]]", 2)):
+            page = self.page(given=text.encode())
+            self.assertEqual(page.count('<div class="line">'), lines, text)
+
+    def test_a_line_of_very_many_controls_goes_on(self):
+        one = '{"className": "button", "text": "x = 1"}'
+        page = self.page(given=f"[{', '.join([one] * 101)}]".encode())
+        self.assertEqual(page.count('<div class="line">'), 3)
+        self.assertEqual(page.count(">continued"), 2)
 
     def test_the_page_ends_with_the_first_error_that_was_asked_for(self):
         page = self.page("--fail-fast", self.file("a.json", f"[{BUTTON}, {WRONG}, {BUTTON}]"),
                          self.file("b.json", BUTTON), status=1)
-        self.assertIn("stopped at the first error", page)
+        self.assertIn("stopped at the first error: nothing after it was imported, and only problems "
+                      "are told of it", page)
         self.assertEqual(len(re.findall(r'class="control"', page)), 1)
         self.assertNotIn("b.json", page)
 
@@ -191,6 +240,38 @@ class Size(PageTest):
                     self.assertIn("left out: the page would be too large", page)
                 linked = set(re.findall(r'href="#(d1-p\d+)"', page))
                 self.assertLessEqual(linked, set(re.findall(r'id="(d1-p\d+)"', page)))
+
+    def test_details_that_are_left_out_are_missed_in_place(self):
+        slider = {"className": "LumoControlNode", "controlId": "b",
+                  "context": {"type": "slider", "data": {"text": "N"}}}
+        text = json.dumps([slider] * 400, separators=(",", ":"))
+        page = self.assert_within_limit("--log", given=text.encode(), bytes_read=len(text), status=0)
+        self.assertEqual(page.count('class="control"'), 400)
+        whole = page.count('<pre class="source">')
+        tables = page.count('class="properties"')
+        self.assertGreater(whole, 0)
+        self.assertEqual(tables - whole, page.count("JSON and records left out: the page would be too large"))
+        self.assertIn(">details left out: the page would be too large", page)
+
+    def test_there_are_details_as_long_as_there_is_room(self):
+        slider = {"className": "LumoControlNode", "controlId": "b",
+                  "context": {"type": "slider", "data": {"text": "N"}}}
+        text = json.dumps([slider] * 50, separators=(",", ":"))
+        page = self.assert_within_limit(given=text.encode(), bytes_read=len(text), status=0)
+        self.assertGreater(page.count('class="properties"'), 40)
+        self.assertGreater(len(page), 0.9 * (OWN_BYTES + BYTES_PER_BYTE * len(text)))
+        text = json.dumps([slider] * 3, indent=2)
+        names = [self.file(f"{number}.json", text) for number in range(3)]
+        page = self.assert_within_limit("--log", *names, bytes_read=3 * len(text), status=0)
+        self.assertEqual(page.count('<pre class="source">'), 9)
+        self.assertNotIn("left out", page)
+
+    def test_each_of_200_lines_has_a_section(self):
+        for line in (WRONG.replace(" ", ""), '{"className":"button","text":7}', '{"className":7}', "[1,"):
+            text = "\n".join([line] * 250)
+            page = self.assert_within_limit("--ndjson", given=text.encode(), bytes_read=len(text), status=1)
+            self.assertEqual(len(re.findall(r'<section class="document" id="(d\d+)"', page)), 200, line)
+            self.assertEqual(len(re.findall(r'<div class="problem error" id="d\d+-p1"', page)), 200, line)
 
     def test_all_small_buttons_are_there(self):
         text = "[" + ",".join(['{"className":"button"}'] * 3000) + "]"

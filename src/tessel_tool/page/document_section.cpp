@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <unordered_set>
 #include <utility>
 
 #include "page/code_line.hpp"
@@ -25,17 +26,29 @@ std::string_view parentOf(std::string_view pointer) {
   return pointer.substr(0, std::min(pointer.size(), pointer.rfind('/')));
 }
 
-bool isBetweenElements(const Object& left, const Object& right) {
-  return parentOf(left.pointer) == parentOf(right.pointer);
-}
-
 /// How much of a part there is room for.
 enum class Detail {
   kAll,
   kNoSource,  ///< no JSON text, no records
   kNoFolds,   ///< and no properties, no excerpts
+  kMessages,  ///< what is wrong and where, without the controls
   kNothing,
 };
+
+Detail lessThan(Detail detail) {
+  return static_cast<Detail>(static_cast<int>(detail) + 1);
+}
+
+Detail moreThan(Detail detail) {
+  return detail == Detail::kAll ? detail : static_cast<Detail>(static_cast<int>(detail) - 1);
+}
+
+/// Whether a problem is about what looks like a control and is none.
+bool looksLikeOne(Code code) {
+  return code == Code::kUnknownClass || code == Code::kUnknownType;
+}
+
+constexpr const char* kTooLarge = " left out: the page would be too large";
 
 /// Some controls that share a line, and the problems behind it; or problems alone.
 struct Part {
@@ -47,7 +60,13 @@ struct Part {
 
 /// A line with more controls goes on in another one: it would be slow to show.
 constexpr std::size_t kMostInLine = 50;
-constexpr std::size_t kLeftOutBytes = 400;  // what the sentence about it takes
+constexpr std::size_t kLeftOutBytes = 250;  // what a sentence about it takes
+constexpr std::size_t kSectionEnd = 20;
+/// What is kept for each byte of the text to come, beyond what it brings.
+constexpr std::size_t kKeptPerByte = 4;
+constexpr std::size_t kEndless = static_cast<std::size_t>(-1);
+/// A section with less room than this has messages alone.
+constexpr std::size_t kTightSection = 700;
 
 class SectionWriter {
  public:
@@ -67,9 +86,16 @@ class SectionWriter {
   void write() {
     html_.begin("section").attribute("class", "document").attribute("id", prefix_);
     html_.attribute("aria-labelledby", prefix_ + "-name").text("");
+    if (options_.share + kPageBytesPerByte * text_.size() < kTightSection) {
+      detail_ = Detail::kMessages;
+    }
+    isTight_ = detail_ == Detail::kMessages;
     if (!options_.isAlone) writeHeading();
     if (!read_.check.failure.empty()) writeFailure();
     problemOffsets();
+    for (const Object& object : read_.objects) {
+      if (object.node == Object::kFailed) failed_.insert(object.pointer);
+    }
     while (object_ != read_.objects.size() || problem_ != problems().size()) writePart();
     writeLeftOut();
     html_.end("section");
@@ -94,10 +120,13 @@ class SectionWriter {
   void writeHeading() {
     html_.begin("h2").attribute("id", prefix_ + "-name").begin("bdi");
     html_.text(summary_.name).end("bdi").end("h2");
-    html_.begin("p")
-        .attribute("class", verdictClassOf(summary_))
-        .text(verdictOf(summary_))
-        .end("p");
+    html_.begin("p");
+    if (isTight_) {
+      html_.attribute("class", "note left-out").text("details left out");
+    } else {
+      html_.attribute("class", verdictClassOf(summary_)).text(verdictOf(summary_));
+    }
+    html_.end("p");
   }
 
   void writeFailure() {
@@ -121,6 +150,7 @@ class SectionWriter {
   Part nextPart() {
     Part part{object_, 0, problem_, 0};
     views_.clear();
+    viewed_.clear();
     const auto takeProblems = [&](std::size_t end) {
       while (problem_ != problems().size() && offsets_[problem_] < end) ++problem_;
       part.problems = problem_ - part.firstProblem;
@@ -133,33 +163,55 @@ class SectionWriter {
       return part;
     }
     const Object& first = object(object_++);
-    ++part.objects;
-    if (first.node != Object::kFailed) {
-      views_.push_back(viewOf(first));
-      while (object_ != read_.objects.size() && part.objects != kMostInLine &&
-             joins(first, object(object_))) {
-        ++object_;
-        ++part.objects;
+    if (first.node == Object::kFailed) {
+      // What it holds comes behind it.
+      const bool isLast = object_ == read_.objects.size();
+      takeProblems(isLast ? first.end : std::min(first.end, object(object_).begin));
+    } else {
+      isContinued_ = std::exchange(goesOn_, false);
+      keepView(part.firstObject);
+      for (std::size_t next = nextInLine(first); next != read_.objects.size();
+           next = nextInLine(first)) {
+        goesOn_ = next - part.firstObject >= kMostInLine;
+        if (goesOn_) break;
+        keepView(next);
+        object_ = next + 1;
       }
+      takeProblems(object(object_ - 1).end);
     }
-    takeProblems(object(object_ - 1).end);
+    part.objects = object_ - part.firstObject;
     return part;
   }
 
-  /// Whether a control stands in the line of the first one. If so, its view is kept.
-  bool joins(const Object& first, const Object& next) {
+  void keepView(std::size_t index) {
+    views_.push_back(viewOf(object(index)));
+    viewed_.push_back(index);
+  }
+
+  /// The next control that stands in the line of the first one, behind such as failed; the number
+  /// of objects where the line ends.
+  std::size_t nextInLine(const Object& first) {
+    const std::size_t none = read_.objects.size();
     const ControlView& before = views_.front();
-    if (before.isTask() || next.node == Object::kFailed || !isBetweenElements(first, next)) {
-      return false;
-    }
+    if (before.isTask() || !isElement(first)) return none;
+    std::size_t index = object_;
+    while (index != none && object(index).node == Object::kFailed) ++index;
+    if (index == none) return none;
+    const Object& next = object(index);
+    if (parentOf(next.pointer) != parentOf(first.pointer)) return none;
     const ControlView view = viewOf(next);
-    if (view.isTask() || view.code() != before.code()) return false;
+    if (view.isTask() || view.code() != before.code()) return none;
     // What is wrong between controls of no line is told between them.
     if (before.code().empty() && problem_ != problems().size() && offsets_[problem_] < next.begin) {
-      return false;
+      return none;
     }
-    views_.push_back(view);
-    return true;
+    return index;
+  }
+
+  /// Whether an object stands in an array: a member has a colon before it.
+  bool isElement(const Object& object) const {
+    const std::size_t before = text_.substr(0, object.begin).find_last_not_of(" \t\r\n");
+    return before != std::string_view::npos && text_[before] != ':';
   }
 
   std::size_t endOf(const Part& part) const {
@@ -171,29 +223,53 @@ class SectionWriter {
 
   std::size_t written() const { return left_ + out_.size() - begin_; }
 
-  bool fits(std::size_t textEnd) const {
-    return written() + kLeftOutBytes <= options_.share + kPageBytesPerByte * textEnd;
+  /// What may be written where so much of the text is shown, beside what is told of the rest.
+  std::size_t allowed(std::size_t textEnd, std::size_t share) const {
+    const bool isLast = object_ == read_.objects.size() && problem_ == problems().size() &&
+                        leftOutControls_ + leftOutProblems_ == 0;
+    const std::size_t all = share + kPageBytesPerByte * textEnd;
+    return all - std::min(all, isLast ? kSectionEnd : kLeftOutBytes);
   }
 
   void writePart() {
     const Part part = nextPart();
+    // What failed together with what it stands in has told nothing of its own.
+    if (views_.empty() && part.problems == 0 && object(part.firstObject).records.empty()) return;
     const std::size_t end = endOf(part);
     const std::size_t mark = out_.size();
+    const Part leftOut{0, leftOutControls_, 0, leftOutProblems_};
+    // Details do not take the place of controls and problems that are to come.
+    const std::size_t kept = std::min(options_.share / 4 * 3, kKeptPerByte * (text_.size() - end));
+    const std::size_t limit = allowed(end, options_.share - kept);
     // Where there was no room, there will hardly be more than a little.
-    if (detail_ != Detail::kAll) detail_ = static_cast<Detail>(static_cast<int>(detail_) - 1);
-    for (;; detail_ = static_cast<Detail>(static_cast<int>(detail_) + 1)) {
-      if (detail_ == Detail::kNothing) {
-        leftOutControls_ += part.objects;
-        leftOutProblems_ += part.problems;
-        return;
-      }
-      const Part leftOut{0, leftOutControls_, 0, leftOutProblems_};
-      writeLeftOut();
-      writePart(part);
-      if (fits(end)) break;
+    if (!isTight_) detail_ = moreThan(detail_);
+    const auto tryPart = [&](Detail detail, std::size_t room) {
       out_.truncate(mark);
       leftOutControls_ = leftOut.objects;
       leftOutProblems_ = leftOut.problems;
+      detail_ = detail;
+      room_ = room;
+      writeLeftOut();
+      writePart(part);
+    };
+    const Detail wanted = detail_;
+    if (wanted == Detail::kAll) tryPart(wanted, kEndless);
+    if (wanted != Detail::kAll || written() > limit) {
+      for (Detail least = std::max(wanted, Detail::kNoFolds);; least = lessThan(least)) {
+        if (least == Detail::kNothing) {
+          out_.truncate(mark);
+          detail_ = least;
+          leftOutControls_ = leftOut.objects + views_.size();
+          leftOutProblems_ = leftOut.problems + part.problems;
+          return;
+        }
+        tryPart(least, 0);
+        if (written() <= allowed(end, options_.share)) break;
+      }
+      // The rest of the room is for details of as many as it is enough for.
+      if (detail_ == Detail::kNoFolds && wanted < Detail::kNoFolds && written() < limit) {
+        tryPart(wanted, limit - written());
+      }
     }
     for (std::size_t index = part.firstProblem;
          index != part.firstProblem + part.problems && summary_.links.size() != kMostLinks;
@@ -208,31 +284,71 @@ class SectionWriter {
   }
 
   void writePart(const Part& part) {
+    isWithoutDetails_ = false;
+    if (detail_ == Detail::kMessages) {
+      leftOutControls_ += views_.size();
+      for (std::size_t index = 0; index != part.problems; ++index) {
+        writeProblem(part.firstProblem + index);
+      }
+      return;
+    }
     html_.begin("div").attribute("class", "part");
     if (views_.empty()) {
       // What is wrong says what it is.
     } else if (views_.front().isTask()) {
       writeTask(part.firstObject);
     } else {
-      writeLine(part.firstObject);
+      writeLine();
     }
     for (std::size_t index = 0; index != part.problems; ++index) {
       writeProblem(part.firstProblem + index);
     }
-    if (part.objects == 1 && detail_ == Detail::kAll && !object(part.firstObject).records.empty() &&
-        object(part.firstObject).node == Object::kFailed) {
-      html_.begin("details").begin("summary").text("what did not arrive, line ");
-      html_.number(std::uint64_t{lineInInput(object(part.firstObject).line)}).end("summary");
-      writeSource(object(part.firstObject));
-      writeRecords(object(part.firstObject));
-      html_.end("details");
+    for (std::size_t index = part.firstObject; index != part.firstObject + part.objects; ++index) {
+      if (object(index).node == Object::kFailed) writeFailedFold(object(index));
     }
-    if (detail_ == Detail::kNoFolds) {
-      html_.begin("p").attribute("class", "note left-out");
-      html_.text("details left out: the page would be too large").end("p");
+    if (isWithoutDetails_) {
+      html_.begin("p").attribute("class", "note left-out").text("details").text(kTooLarge).end("p");
     }
     html_.end("div");
     out_ += '\n';
+  }
+
+  /// Writes what a part can do without, if there is room: with less and less detail, and from there
+  /// on no more of the others either.
+  template <typename Write>
+  void writeDetails(const Write& write) {
+    const std::size_t mark = out_.size();
+    for (; detail_ < Detail::kNoFolds; detail_ = lessThan(detail_)) {
+      write();
+      const std::size_t size = out_.size() - mark;
+      if (size <= room_) {
+        room_ -= size;
+        return;
+      }
+      out_.truncate(mark);
+    }
+    isWithoutDetails_ = true;
+  }
+
+  void writeFailedFold(const Object& failed) {
+    if (failed.records.empty()) return;
+    writeDetails([&] {
+      html_.begin("details").begin("summary").text("what did not arrive, line ");
+      html_.number(std::uint64_t{lineInInput(failed.line)}).end("summary");
+      writeOrigin(failed);
+      html_.end("details");
+    });
+  }
+
+  /// The JSON of an object, and its records.
+  void writeOrigin(const Object& object) {
+    if (detail_ == Detail::kAll) {
+      writeSource(object);
+      writeRecords(object);
+    } else {
+      html_.begin("p").attribute("class", "note left-out");
+      html_.text(object.records.empty() ? "JSON" : "JSON and records").text(kTooLarge).end("p");
+    }
   }
 
   void writeLeftOut() {
@@ -240,8 +356,8 @@ class SectionWriter {
     const std::size_t problems = std::exchange(leftOutProblems_, 0);
     if (controls + problems == 0) return;
     html_.begin("p").attribute("class", "note left-out");
-    html_.text(counted(controls, "control") + " and " + counted(problems, "problem") +
-               " left out: the page would be too large; tessel check tells all problems");
+    html_.text(counted(controls, "control") + " and " + counted(problems, "problem"));
+    html_.text(kTooLarge).text("; tessel check tells all problems");
     html_.end("p");
     out_ += '\n';
   }
@@ -261,7 +377,7 @@ class SectionWriter {
     writeFold(index, view, {});
   }
 
-  void writeLine(std::size_t first) {
+  void writeLine() {
     const bool isAlone = views_.size() == 1;
     std::vector<Columns> columns;
     for (const ControlView& view : views_) columns.push_back(view.columns());
@@ -275,9 +391,9 @@ class SectionWriter {
         continue;
       }
       const ControlView& view = views_[piece.control];
-      beginControl(first + piece.control, view, "span", "control");
+      beginControl(viewed_[piece.control], view, "span", "control");
       std::vector<std::string> own;
-      view.draw(html_, idOf('c', first + piece.control) + "-value", own);
+      view.draw(html_, idOf('c', viewed_[piece.control]) + "-value", own);
       html_.end("span");
       if (!code.empty()) noteColumns(piece, columns[piece.control], code.size(), own);
       for (std::string& note : own) {
@@ -290,10 +406,11 @@ class SectionWriter {
                    isAlone ? R"(no line of code is set ("text" of the control))"
                            : R"(no line of code is set ("text" of each of these controls))");
     }
+    if (isContinued_) notes.insert(notes.begin(), "continued");
     writeNotes(notes);
     for (const LinePiece& piece : pieces) {
       if (piece.control == LinePiece::kText) continue;
-      writeFold(first + piece.control, views_[piece.control], piece.covered);
+      writeFold(viewed_[piece.control], views_[piece.control], piece.covered);
     }
   }
 
@@ -324,7 +441,10 @@ class SectionWriter {
   }
 
   void writeFold(std::size_t index, const ControlView& view, std::u16string_view covered) {
-    if (detail_ == Detail::kNoFolds) return;
+    writeDetails([&] { writeWholeFold(index, view, covered); });
+  }
+
+  void writeWholeFold(std::size_t index, const ControlView& view, std::u16string_view covered) {
     const Object& folded = object(index);
     html_.begin("details").begin("summary").begin("b").text(view.name()).end("b");
     const std::string own = view.ownName();
@@ -338,10 +458,7 @@ class SectionWriter {
       html_.begin("code").text(covered).end("code").end("p");
     }
     writeProperties(html_, classes_, ElementView(*read_.nodes[folded.node].get()));
-    if (detail_ == Detail::kAll) {
-      writeSource(folded);
-      writeRecords(folded);
-    }
+    writeOrigin(folded);
     html_.end("details");
   }
 
@@ -391,28 +508,39 @@ class SectionWriter {
     const std::size_t line = lineInInput(place.begin.line);
     html_.begin("div").attribute("class", error ? "problem error" : "problem warning");
     html_.attribute("id", idOf('p', index)).attribute("data-code", codeName(problem.code));
-    html_.attribute("data-pointer", problem.pointer);
+    if (detail_ != Detail::kMessages) html_.attribute("data-pointer", problem.pointer);
     html_.begin("p").attribute("class", "message");
     html_.begin("strong").text(error ? "Error" : "Warning").end("strong").text(" ");
     html_.begin("span").attribute("class", "place").number(std::uint64_t{line}).text(":");
     html_.number(std::uint64_t{place.begin.column}).end("span").text(" ");
-    html_.begin("span").attribute("dir", "auto").text(problem.message).end("span").text(" ");
-    html_.begin("code").text(codeName(problem.code)).end("code").end("p");
-    if (detail_ != Detail::kNoFolds) {
-      std::string excerpt;
-      appendExcerpt(excerpt, text_, offsets_[index], line, place);
-      excerpt.pop_back();
-      const std::size_t caret = excerpt.find('^', excerpt.find('\n'));
-      html_.begin("pre").attribute("class", "excerpt").attribute("tabindex", "0");
-      html_.attribute("role", "group").attribute("aria-label", "line " + std::to_string(line));
-      html_.lines(std::string_view(excerpt).substr(0, caret));
-      html_.begin("b").text(std::string_view(excerpt).substr(caret)).end("b").end("pre");
-      if (problem.hint) {
-        html_.begin("p").attribute("class", "hint").attribute("dir", "auto").text(*problem.hint);
-        html_.end("p");
-      }
+    html_.begin("span").attribute("dir", "auto").text(problem.message).end("span");
+    if (looksLikeOne(problem.code) || failed_.count(problem.pointer) != 0) {
+      html_.text(" ").begin("strong").text("did not arrive").end("strong");
+    }
+    if (detail_ != Detail::kMessages) {
+      html_.text(" ").begin("code").text(codeName(problem.code)).end("code");
+    }
+    html_.end("p");
+    if (detail_ != Detail::kMessages) {
+      writeDetails([&] { writeExcerpt(index, line); });
     }
     html_.end("div");
+  }
+
+  void writeExcerpt(std::size_t index, std::size_t line) {
+    const auto& [problem, place] = problems()[index];
+    std::string excerpt;
+    appendExcerpt(excerpt, text_, offsets_[index], line, place);
+    excerpt.pop_back();
+    const std::size_t caret = excerpt.find('^', excerpt.find('\n'));
+    html_.begin("pre").attribute("class", "excerpt").attribute("tabindex", "0");
+    html_.attribute("role", "group").attribute("aria-label", "line " + std::to_string(line));
+    html_.lines(std::string_view(excerpt).substr(0, caret));
+    html_.begin("b").text(std::string_view(excerpt).substr(caret)).end("b").end("pre");
+    if (problem.hint) {
+      html_.begin("p").attribute("class", "hint").attribute("dir", "auto").text(*problem.hint);
+      html_.end("p");
+    }
   }
 
   HtmlText& out_;
@@ -428,11 +556,18 @@ class SectionWriter {
   std::string prefix_;    // of ids
   ClassNames classes_;
   ControlKinds kinds_;
-  std::vector<ControlView> views_;    // of the controls in a part
-  std::vector<std::size_t> offsets_;  // of the problems
-  std::size_t object_ = 0;            // the next one
+  std::vector<ControlView> views_;               // of the controls in a part
+  std::vector<std::size_t> viewed_;              // which objects they are
+  bool goesOn_ = false;                          // the line of the last part, in the next one
+  bool isContinued_ = false;                     // the line of this part
+  std::unordered_set<std::string_view> failed_;  // the pointers of what failed
+  std::vector<std::size_t> offsets_;             // of the problems
+  std::size_t object_ = 0;                       // the next one
   std::size_t problem_ = 0;
-  Detail detail_ = Detail::kAll;  // of the last part
+  Detail detail_ = Detail::kAll;   // of the last part, and of what comes next in it
+  bool isTight_ = false;           // there is room for messages alone
+  std::size_t room_ = 0;           // for details of a part
+  bool isWithoutDetails_ = false;  // some of the part's were left out
   std::size_t leftOutControls_ = 0;
   std::size_t leftOutProblems_ = 0;
 };
@@ -457,13 +592,11 @@ DocumentSummary summaryOf(const ReadDocument& document, std::size_t number) {
     if (!view.isTask()) continue;
     for (const auto* child : view.children()) count(ControlView(*child, kinds));
   }
-  const auto looksLikeOne = [](const PlacedProblem& placed) {
-    return placed.problem.code == Code::kUnknownClass || placed.problem.code == Code::kUnknownType;
-  };
+  const auto isNone = [](const PlacedProblem& placed) { return looksLikeOne(placed.problem.code); };
   const auto& problems = document.check.problems;
   summary.expected =
       summary.arrived + document.failedObjects + document.passedOver +
-      static_cast<std::size_t>(std::count_if(problems.begin(), problems.end(), looksLikeOne));
+      static_cast<std::size_t>(std::count_if(problems.begin(), problems.end(), isNone));
   return summary;
 }
 

@@ -58,7 +58,7 @@ struct SectionOptions {
 
 /// Appends the section of a document, and adds the links to its problems to the summary. What the
 /// size of the section does not allow is left out, and said so: first the source and the records of
-/// the controls, then all their folds and the excerpts of problems, then controls and problems.
+/// controls, then whole folds and excerpts of problems, then controls, and problems at last.
 /// @param partEnds called between parts: what the string holds by then may be taken away.
 void appendSection(HtmlText& out, const ReadDocument& document, DocumentSummary& summary,
                    const SectionOptions& options, const std::function<void()>& partEnds);

@@ -1,6 +1,6 @@
 #include "page/import_page.hpp"
 
-#include <atomic>
+#include <algorithm>
 #include <cstddef>
 #include <new>
 #include <optional>
@@ -26,11 +26,16 @@ namespace {
 using reference_host::diagnosis::Knowledge;
 using reference_host::importer::OnError;
 
-/// Of lines only those that failed have a section, and no more of them than this.
+/// Of lines only those that lost something have a section, and no more of them than this.
 constexpr std::size_t kMostLineSections = 200;
-/// What sections may have of a page's own bytes: all together, and each of several.
-constexpr std::size_t kSectionBytes = 30'000;
-constexpr std::size_t kOneSectionBytes = 2'000;
+/// What sections may have of a page's own bytes; the rest is for its head.
+constexpr std::size_t kSectionBytes = 70'000;
+/// What each byte of a name may become in the head, where it stands as title and as heading.
+constexpr std::size_t kNameBytesPerByte = 12;
+/// A section of one message takes no more, with what its text has room for.
+constexpr std::size_t kLeastSectionBytes = 340;
+/// With more text than this documents do not wait for their sections.
+constexpr std::size_t kMostWaitingBytes = 1U << 18U;
 constexpr std::size_t kPageEnd = 100;
 
 struct Batch {
@@ -38,16 +43,14 @@ struct Batch {
   std::vector<Document> documents;
 };
 
-/// A document as it goes to the page.
-struct MadeSection {
+/// A document on its way to the page.
+struct MadeDocument {
   DocumentSummary summary;
   std::string path;
+  DuplicateMembers duplicates;
   std::size_t bytes = 0;  ///< of the document
   bool failed = false;
-  DuplicateMembers duplicates;
-  bool isThere = false;
-  HtmlText text;                       ///< unless it is in the spool already
-  std::optional<std::size_t> spooled;  ///< where it begins there
+  std::optional<ReadDocument> read;  ///< if it is to have a section
 };
 
 class PageImport {
@@ -69,7 +72,7 @@ class PageImport {
     runInOrder(
         options_.jobs,
         [&] {
-          auto documents = inPieces() ? source_.nextAlone() : source_.nextBatch();
+          auto documents = isAloneAtATime() ? source_.nextAlone() : source_.nextBatch();
           std::optional<Batch> batch;
           if (documents) {
             const std::size_t count = documents->size();
@@ -79,89 +82,134 @@ class PageImport {
           return batch;
         },
         [&](Batch& batch) {
-          std::vector<MadeSection> made;
+          std::vector<MadeDocument> made;
           for (Document& document : batch.documents) {
             made.push_back(make(std::move(document), batch.firstNumber + made.size()));
             if (made.back().failed && options_.failFast) break;
           }
           return made;
         },
-        [&](std::vector<MadeSection> made) {
-          for (MadeSection& section : made) take(std::move(section));
+        [&](std::vector<MadeDocument> made) {
+          for (MadeDocument& document : made) take(std::move(document));
           progress_.show(contents_.read, contents_.failed);
           contents_.isStopped = contents_.failed != 0 && options_.failFast;
           return !contents_.isStopped;
         });
     progress_.erase();
+    isRead_ = true;
+    writeSections();
     if (duplicates_.count != 0) complainOf(duplicates_);
     write();
     return contents_.failed == 0 ? ExitStatus::kSuccess : ExitStatus::kInputFailed;
   }
 
  private:
-  /// With one job each section is the next one, and need not be whole before it is put away.
-  bool inPieces() const { return options_.jobs == 1 && !options_.ndjson; }
+  /// With one job no document is read before the last one is done with.
+  bool isAloneAtATime() const { return options_.jobs == 1 && !options_.ndjson; }
 
-  MadeSection make(Document document, std::size_t number) {
-    MadeSection made;
-    made.path = document.path;
+  MadeDocument make(Document document, std::size_t number) {
     const OnError onError = options_.failFast ? OnError::kStop : OnError::kContinue;
-    ReadDocument read = readDocument(knowledge_, std::move(document), onError, options_.log);
-    made.bytes = read.check.document.content().size();
-    made.duplicates = read.check.document.duplicates;
-    made.summary = summaryOf(read, number);
-    try {
-      append(made, read);
-    } catch (const std::bad_alloc&) {
-      if (made.spooled) spool_.truncate(*made.spooled);
-      made.text.clear();
-      read.runOutOfMemory();
-      made.summary = summaryOf(read, number);
-      append(made, read);
-    }
-    made.failed = read.failed();
+    MadeDocument made;
+    made.read = readDocument(knowledge_, std::move(document), onError, options_.log);
+    const Document& read = made.read->check.document;
+    made.path = read.path;
+    made.duplicates = read.duplicates;
+    made.bytes = read.content().size();
+    made.summary = summaryOf(*made.read, number);
+    made.failed = made.read->failed();
+    if (!isListed(made)) made.read.reset();
     return made;
   }
 
-  void append(MadeSection& made, const ReadDocument& read) {
-    made.isThere = !options_.ndjson || (read.failed() && lineSections_.load() < kMostLineSections);
-    if (!made.isThere) return;
-    if (inPieces()) made.spooled = spool_.size();
-    const SectionOptions section{contents_.isAlone,
-                                 contents_.isAlone ? kSectionBytes : kOneSectionBytes};
-    appendSection(made.text, read, made.summary, section, [&] {
-      if (!made.spooled || made.text.size() < Spool::kInMemory) return;
-      spool_.append(made.text.view());
-      made.text.clear();
-    });
-    if (made.spooled) spool_.append(std::exchange(made.text, {}).view());
+  bool isListed(const MadeDocument& made) const {
+    return !options_.ndjson || made.failed || made.summary.arrived != made.summary.expected;
   }
 
-  void take(MadeSection made) {
+  void take(MadeDocument made) {
     bytes_ += made.bytes;
     ++contents_.read;
     if (made.failed) ++contents_.failed;
     if (contents_.read == 1) first_ = made.summary.name;
     last_ = made.summary.name;
     tell(made);
-    addToTotal(made.summary);
-    if (options_.ndjson && !made.failed) return;
-    if (options_.ndjson && lineSections_ == kMostLineSections) {
-      ++contents_.unlisted;
+    if (isListed(made) && (!options_.ndjson || taken_ != kMostLineSections)) {
+      ++taken_;
+      if (waitingBytes_ + made.bytes > kMostWaitingBytes) writeSections();
+      waitingBytes_ += made.bytes;
+      waiting_.push_back(std::move(made));
+      if (waitingBytes_ > kMostWaitingBytes) writeSections();
       return;
     }
-    ++lineSections_;
-    if (!made.spooled) spool_.append(made.text.view());
-    const std::size_t size = made.text.size();
-    if (spool_.size() > kSectionBytes + kPageBytesPerByte * bytes_) {
-      spool_.truncate(made.spooled.value_or(spool_.size() - size));
-      made.isThere = false;
+    if (isListed(made)) {
+      ++contents_.unlisted;
+    } else if (made.summary.warnings != 0) {
+      ++contents_.withWarnings;
     }
-    contents_.documents.push_back(std::move(made.summary));
-    contents_.hasSection.push_back(made.isThere);
+    addToTotal(made.summary);
   }
 
-  void tell(const MadeSection& made) {
+  /// Writes the sections of what waits for them: how many there are decides what each may have.
+  void writeSections() {
+    for (MadeDocument& made : waiting_) {
+      const std::size_t before = spool_.size();
+      try {
+        writeSection(*made.read, made.summary);
+      } catch (const std::bad_alloc&) {
+        spool_.truncate(before);
+        made.read->runOutOfMemory();
+        made.summary = summaryOf(*made.read, made.summary.number);
+        if (!made.failed) ++contents_.failed;
+        complain(made.summary.name, kOutOfMemory);
+        writeSection(*made.read, made.summary);
+      }
+      made.read.reset();
+      waitingBytes_ -= made.bytes;
+      ++written_;
+      contents_.hasSection.push_back(spool_.size() <= sectionBytes());
+      if (!contents_.hasSection.back()) spool_.truncate(before);
+      addToTotal(made.summary);
+      contents_.documents.push_back(std::move(made.summary));
+    }
+    waiting_.clear();
+  }
+
+  /// What all sections may have for the documents that have been read.
+  std::size_t sectionBytes() const {
+    std::size_t bytes = kSectionBytes;
+    if (contents_.isAlone) bytes -= std::min(bytes, kNameBytesPerByte * first_.size());
+    return bytes + kPageBytesPerByte * bytes_;
+  }
+
+  void writeSection(const ReadDocument& read, DocumentSummary& summary) {
+    HtmlText text;
+    appendSection(text, read, summary, {contents_.isAlone, share()}, [&] {
+      if (text.size() < Spool::kInMemory) return;
+      spool_.append(text.view());
+      text.clear();
+    });
+    spool_.append(text.view());
+  }
+
+  /// What the next section may have beside the bytes for its text: what one message takes, and half
+  /// of what is left when each one that follows has that too.
+  std::size_t share() const {
+    const std::size_t taken = spool_.size() + kPageBytesPerByte * waitingBytes_;
+    const std::size_t left = sectionBytes() - std::min(sectionBytes(), taken);
+    const std::size_t sections = sectionsToCome();
+    const std::size_t least = std::min(kLeastSectionBytes, left / sections);
+    const std::size_t spare = left - least * sections;
+    return least + (sections == 1 ? spare : spare / 2);
+  }
+
+  /// How many sections there will be at most, from the next one on.
+  std::size_t sectionsToCome() const {
+    if (isRead_) return taken_ - written_;
+    const std::size_t most =
+        options_.ndjson ? kMostLineSections : std::max<std::size_t>(1, options_.files.size());
+    return most - written_;
+  }
+
+  void tell(const MadeDocument& made) {
     progress_.erase();
     if (options_.ndjson) {
       duplicates_.add(made.duplicates);
@@ -184,6 +232,7 @@ class PageImport {
       total.name = summary.name;
       total.failure = summary.failure;
     }
+    if (!summary.failure.empty()) ++contents_.unreadable;
     total.arrived += summary.arrived;
     total.expected += summary.expected;
     total.errors += summary.errors;
@@ -213,7 +262,11 @@ class PageImport {
   std::size_t bytes_ = 0;  // of the documents
   std::string first_;
   std::string last_;
-  std::atomic<std::size_t> lineSections_{0};
+  std::vector<MadeDocument> waiting_;  // for their sections
+  std::size_t waitingBytes_ = 0;       // of these documents
+  std::size_t taken_ = 0;              // documents that have or will have a section
+  std::size_t written_ = 0;            // sections, also those that there was no room for
+  bool isRead_ = false;                // everything
   DuplicateMembers duplicates_;
 };
 

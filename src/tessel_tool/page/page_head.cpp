@@ -52,24 +52,38 @@ class HeadWriter {
     out_ += '\n';
   }
 
+  std::string verdict() const {
+    if (contents_.isAlone || contents_.unreadable == 0) return verdictOf(contents_.total);
+    const std::string unreadable =
+        std::to_string(contents_.unreadable) + " of " + title() + " could not be read";
+    if (contents_.unreadable == contents_.read) return unreadable;
+    return unreadable + "; in the others " + verdictOf(contents_.total);
+  }
+
   void writeSummary() {
     const DocumentSummary& total = contents_.total;
     html_.begin("div").attribute("class", "summary");
-    html_.begin("p").attribute("class", verdictClassOf(total)).text(verdictOf(total)).end("p");
+    html_.begin("p").attribute("class", verdictClassOf(total)).text(verdict()).end("p");
     std::string counts = problemCountsOf(total);
     if (!contents_.isAlone && contents_.failed != 0) {
       counts += (counts.empty() ? "" : "; ") +
                 counted(contents_.failed, contents_.isOfLines ? "line" : "document") + " failed";
     }
     if (contents_.isStopped) {
-      counts += "; stopped at the first error, what comes after it was not imported";
+      counts +=
+          "; stopped at the first error: nothing after it was imported, and only problems are "
+          "told of it";
     }
     if (!counts.empty()) html_.begin("p").attribute("class", "counts").text(counts).end("p");
-    if (!total.kinds.empty()) {
+    const std::size_t lost = total.expected - total.arrived;
+    if (!total.kinds.empty() || lost != 0) {
       html_.begin("table").attribute("class", "kinds").begin("thead").begin("tr");
-      html_.begin("th").text("kind").begin("th").text("arrived").begin("tbody");
+      html_.begin("th").text("kind").begin("th").text("controls").begin("tbody");
       for (const auto& [name, count] : total.kinds) {
         html_.begin("tr").begin("th").text(name).begin("td").number(std::uint64_t{count});
+      }
+      if (lost != 0) {
+        html_.begin("tr").begin("th").text("not arrived").begin("td").number(std::uint64_t{lost});
       }
       html_.end("table");
     }
@@ -79,14 +93,16 @@ class HeadWriter {
 
   bool isFull() const { return out_.size() + kEndOfList > end_; }
 
-  void writeMore(std::size_t count, const char* what) {
+  void writeMore(std::size_t count, const char* what, const char* which = "") {
     if (count == 0) return;
-    html_.begin("p").attribute("class", "note").text("and " + counted(count, what)).end("p");
+    html_.begin("p").attribute("class", "note").text("and " + counted(count, what)).text(which);
+    html_.end("p");
   }
 
   void writeContents() {
+    if (contents_.documents.empty() && contents_.withWarnings == 0) return;
     html_.begin("nav").attribute("class", "contents").attribute("aria-label", "Documents");
-    html_.begin("h2").text("Documents").end("h2").begin("ol");
+    html_.begin("h2").text(contents_.isOfLines ? "Lines" : "Documents").end("h2").begin("ol");
     std::size_t listed = 0;
     // Half of the room is for the problems.
     const std::size_t end = out_.size() + (end_ - std::min(end_, out_.size())) / 2;
@@ -109,7 +125,13 @@ class HeadWriter {
     }
     html_.end("ol");
     const std::size_t more = contents_.documents.size() - listed + contents_.unlisted;
-    writeMore(more, contents_.isOfLines ? "more failed line" : "more document");
+    writeMore(more, contents_.isOfLines ? "more line" : "more document",
+              contents_.isOfLines ? " that failed or lost a control" : "");
+    if (contents_.withWarnings != 0) {
+      html_.begin("p").attribute("class", "note");
+      html_.text(counted(contents_.withWarnings, "line")).text(" with warnings only not shown");
+      html_.end("p");
+    }
     html_.end("nav");
     out_ += '\n';
   }

@@ -15,13 +15,15 @@ namespace tessel_tool {
 /// What a page says of all its documents.
 struct PageContents {
   bool isAlone = true;     ///< one document, which the page is about
-  bool isOfLines = false;  ///< documents are lines, and those without an error are in no list
+  bool isOfLines = false;  ///< documents are lines, and those that lost nothing are in no list
   bool isStopped = false;  ///< at the first error, because that was asked for
   std::vector<DocumentSummary> documents;  ///< those that are listed
   std::vector<bool> hasSection;            ///< of each
   std::size_t read = 0;                    ///< how many documents there are
   std::size_t failed = 0;
-  std::size_t unlisted = 0;  ///< failed documents that are in no list
+  std::size_t unreadable = 0;    ///< how many of them came to nothing as a whole
+  std::size_t unlisted = 0;      ///< lines that lost something and are in no list
+  std::size_t withWarnings = 0;  ///< lines that lost nothing and have warnings
   DocumentSummary total;
 };
 

@@ -45,7 +45,7 @@ class ObjectNotes final : public CheckedObjects {
   void failed(std::string pointer) override {
     if (isStopped_) return;
     ++read_.failedObjects;
-    if (capture_) read_.objects.push_back({std::move(pointer), Object::kFailed, records()});
+    read_.objects.push_back({std::move(pointer), Object::kFailed, records()});
     isStopped_ = stopsAtError_;
   }
 

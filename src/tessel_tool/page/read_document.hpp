@@ -17,8 +17,7 @@ namespace tessel_tool {
 
 /// A document that was checked and imported.
 struct ReadDocument {
-  /// An object that came to something: a control that arrived or, where records are shown, one
-  /// that failed.
+  /// An object that came to something: a control that arrived, or one that failed.
   struct Object {
     static constexpr std::size_t kFailed = static_cast<std::size_t>(-1);
 
