@@ -125,7 +125,7 @@ function toldProblems(files) {
 const shownProblems = (section) => withClass(section, "problem").map((problem) => {
   const partOf = (name) => withClass(problem, name).map(textOf).join("");
   const code = problem.attributes["data-code"];
-  const message = partOf("message").replace(/^(Error|Warning) /, "").slice(0, -` ${code}`.length);
+  const message = partOf("message").replace(/^(Error|Warning) /, "").slice(0, -` ${code}`.length).replace(/ did not arrive$/, "");
   return { code, message: message.slice(partOf("place").length + 1), place: partOf("place"), hint: partOf("hint"), excerpt: partOf("excerpt") };
 });
 
