@@ -54,7 +54,7 @@ class HeadWriter {
 
   std::string verdict() const {
     if (contents_.isAlone || contents_.unreadable == 0) return verdictOf(contents_.total);
-    const std::string unreadable =
+    std::string unreadable =
         std::to_string(contents_.unreadable) + " of " + title() + " could not be read";
     if (contents_.unreadable == contents_.read) return unreadable;
     return unreadable + "; in the others " + verdictOf(contents_.total);
