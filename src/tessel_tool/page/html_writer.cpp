@@ -181,12 +181,13 @@ void HtmlWriter::append(std::u16string_view utf16, Inside inside) {
 
 /// Appends a text that is escaped already, but for what HTML alone takes amiss.
 void HtmlWriter::appendShown(std::string_view utf8, Inside inside) {
+  const auto isSpecial = [](char character) {
+    return character == '<' || character == '&' || character == '"' ||
+           static_cast<unsigned char>(character) >= 0xEFU;  // or a noncharacter's first byte
+  };
   while (!utf8.empty()) {
-    const auto special = std::find_if(utf8.begin(), utf8.end(), [](char character) {
-      return character == '<' || character == '&' || character == '"' ||
-             static_cast<unsigned char>(character) >= 0xEFU;  // or a noncharacter's first byte
-    });
-    const auto plain = static_cast<std::size_t>(special - utf8.begin());
+    std::size_t plain = 0;
+    while (plain != utf8.size() && !isSpecial(utf8[plain])) ++plain;
     out_ += utf8.substr(0, plain);
     utf8.remove_prefix(plain);
     if (utf8.empty()) return;
