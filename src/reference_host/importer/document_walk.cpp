@@ -71,7 +71,7 @@ Value* BasicDocumentWalk<Value>::valueAt(const Place& place) {
 
 template <typename Value>
 bool BasicDocumentWalk<Value>::moveOn(Place& place) {
-  if constexpr (kConsumes) *valueAt(place) = Value();
+  if constexpr (kConsumes) valueAt(place)->template emplace<foundation::json::Undefined>();
   if (auto* array = std::get_if<ArrayPlace>(&place)) {
     return ++array->index != array->elements->size();
   }

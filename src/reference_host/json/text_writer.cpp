@@ -93,15 +93,18 @@ constexpr auto kIsPlain = [] {
   return plain;
 }();
 
+bool isPlain(char16_t unit) {
+  return unit < kIsPlain.size() && kIsPlain[unit];
+}
 bool isPlain(char character) {
-  const auto code = static_cast<unsigned char>(character);
-  return code < kIsPlain.size() && kIsPlain[code];
+  return isPlain(char16_t{static_cast<unsigned char>(character)});
 }
 
 /// Appends the plain characters at the start of a text and takes them off it. False when nothing is
 /// left of it.
 bool movePlain(std::string& out, std::string_view& text) {
-  const auto end = std::find_if_not(text.begin(), text.end(), isPlain);
+  const auto end =
+      std::find_if_not(text.begin(), text.end(), [](char character) { return isPlain(character); });
   const auto length = static_cast<std::size_t>(end - text.begin());
   out += text.substr(0, length);
   text.remove_prefix(length);
@@ -197,11 +200,14 @@ void appendText(std::string& out, std::u16string_view utf16) {
   piece[length++] = '"';
   for (std::size_t index = 0; index != utf16.size();) {
     if (piece.size() - length <= U8_MAX_LENGTH) movePiece();
+    // First what is plain, as far as there is room for another character behind it.
+    const std::size_t room = piece.size() - length - U8_MAX_LENGTH;
+    const std::size_t end = index + std::min(utf16.size() - index, room);
+    while (index != end && isPlain(utf16[index]))
+      piece[length++] = static_cast<char>(utf16[index++]);
+    if (index == end) continue;
     const char16_t unit = utf16[index];
-    if (unit < kIsPlain.size() && kIsPlain[unit]) {
-      piece[length++] = static_cast<char>(unit);
-      ++index;
-    } else if (unit < 0x7F) {
+    if (unit < 0x7F) {
       movePiece();
       appendUnitEscape(out, unit);
       ++index;
@@ -301,7 +307,8 @@ JsonWriter& JsonWriter::quotedKey(std::string_view json) {
 }
 
 JsonWriter& JsonWriter::endKey() {
-  out_.append(": ", pretty_ ? 2 : 1);
+  out_ += ':';
+  if (pretty_) out_ += ' ';
   last_ = Last::kKey;
   return *this;
 }
