@@ -114,6 +114,8 @@ class DocumentSource {
   /// nothing at the end. All but the first are 64 KiB together at most. Where memory runs out
   /// the batch ends.
   std::optional<std::vector<Document>> nextBatch();
+  /// Whether there is no document left. Where they are lines it may be too early to say yes.
+  bool isAtEnd() const noexcept { return !input_ && nextPath_ == paths_.size(); }
 
  private:
   bool readLine(Document& document);
