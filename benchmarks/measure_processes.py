@@ -99,33 +99,36 @@ def measure_filter(binaries, folder, report):
         report.add(name, peaks[-1] / peaks[0], 1.05, kilobytes=peaks)
 
 
-def main():
-    parser = argparse.ArgumentParser()
+def measure(options, folder, report):
+    binaries = options.binaries
+    print(f"processes of their own ({ROUNDS} rounds in turns)")
+    if (binaries / "tessel_process_tool").exists():
+        measure_allocators(binaries, generate(binaries, folder, "document", MEBIBYTE), report)
+    else:
+        report.add_unmeasured("the tool's allocator / the system's: built without the former")
+    measure_parse(binaries, folder, report)
+    measure_filter(binaries, folder, report)
+
+
+def main(measure, parser):
+    """Measures what a command line asks for, in a folder that is removed afterwards; the exit status."""
     parser.add_argument("--json", type=pathlib.Path)
     parser.add_argument("binaries", metavar="BIN", type=pathlib.Path)
     parser.add_argument("scratch", metavar="SCRATCH", type=pathlib.Path)
     options = parser.parse_args()
-
-    binaries = options.binaries.resolve()
-    options.scratch.mkdir(parents=True, exist_ok=True)
+    options.binaries = options.binaries.resolve()
     report = Report()
-    print(f"processes of their own ({ROUNDS} rounds in turns)")
-    with tempfile.TemporaryDirectory(dir=options.scratch, prefix="inputs-") as name:
-        folder = pathlib.Path(name).resolve()
-        if (binaries / "tessel_process_tool").exists():
-            measure_allocators(binaries, generate(binaries, folder, "document", MEBIBYTE), report)
-        else:
-            report.add_unmeasured("the tool's allocator / the system's: built without the former")
-        measure_parse(binaries, folder, report)
-        measure_filter(binaries, folder, report)
-    if options.json:
-        options.json.write_text(json.dumps(report.rows, indent=2) + "\n")
+    try:
+        options.scratch.mkdir(parents=True, exist_ok=True)
+        with tempfile.TemporaryDirectory(dir=options.scratch, prefix="inputs-") as name:
+            measure(options, pathlib.Path(name).resolve(), report)
+        if options.json:
+            options.json.write_text(json.dumps(report.rows, indent=2) + "\n")
+    except (OSError, RuntimeError, ValueError, subprocess.CalledProcessError) as error:
+        print(f"{parser.prog}: {error}", file=sys.stderr)
+        return 2
     return 0 if report.all_met() else 1
 
 
 if __name__ == "__main__":
-    try:
-        sys.exit(main())
-    except (OSError, ValueError, subprocess.CalledProcessError) as error:
-        print(f"measure_processes.py: {error}", file=sys.stderr)
-        sys.exit(2)
+    sys.exit(main(measure, argparse.ArgumentParser()))

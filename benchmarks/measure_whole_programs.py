@@ -11,18 +11,16 @@ otherwise, 2 for a failure.
 """
 
 import argparse
-import json
 import os
 import pathlib
 import shutil
 import statistics
 import subprocess
 import sys
-import tempfile
 import time
 import typing
 
-from measure_processes import MEBIBYTE, Report, generate
+from measure_processes import MEBIBYTE, generate, main
 
 PYTHON = "import json, sys; json.dump(json.load(open(sys.argv[1])), sys.stdout)"
 PYTHON_LINES = "import json, sys\nfor line in open(sys.argv[1]): print(json.dumps(json.loads(line)))"
@@ -54,13 +52,14 @@ class Workload(typing.NamedTuple):
     ours: list
     peers: dict  # the command of each program
     goals: dict  # by program, what its ratio may be at most
+    most_memory: float = None  # what the tool's peak may be at most, in MB
 
 
 def command(program, *arguments):
     return [shutil.which(program) or program, *map(str, arguments)]
 
 
-def measure(rounds, commands):
+def take_turns(rounds, commands):
     """The runs of each command, which take turns; who begins changes each round."""
     runs = {name: [] for name in commands}
     names = list(commands)
@@ -85,7 +84,7 @@ def peak(runs):
 
 def measure_workload(workload, rounds, report):
     peers = {name: peer for name, peer in workload.peers.items() if shutil.which(peer[0])}
-    runs = measure(rounds, {"tessel": workload.ours, **peers})
+    runs = take_turns(rounds, {"tessel": workload.ours, **peers})
     ours = runs["tessel"]
     for peer in workload.peers:
         if peer not in peers:
@@ -96,19 +95,19 @@ def measure_workload(workload, rounds, report):
                    workload.goals.get(peer), workload=workload.name, peer=peer,
                    seconds=[statistics.median(map(processor, each)) for each in (ours, theirs)],
                    bytes=[peak(ours), peak(theirs)])
-    print(f"    peak memory: "
-          f"{', '.join(f'{name} {peak(each) / 1e6:.0f} MB' for name, each in runs.items())}", flush=True)
+    report.add(f"{workload.name}, peak memory in MB", peak(ours) / 1e6, workload.most_memory)
 
 
 def workloads(binaries, folder):
     tool = binaries / "tessel"
-    for size, goals in ((MEBIBYTE, {"jq": 0.28}), (64 * MEBIBYTE, {"jq": 0.30, "node": 0.60})):
+    for size, goals, most_memory in ((MEBIBYTE, {"jq": 0.28}, None),
+                                     (64 * MEBIBYTE, {"jq": 0.30, "node": 0.60}, 520)):
         document = generate(binaries, folder, "document", size)
         yield Workload(f"import of {size // MEBIBYTE} MB",
                        command(tool, "import", "--format", "json", document),
                        {"jq": command("jq", "-c", ".", document),
                         "python": command(sys.executable, "-c", PYTHON, document),
-                        "node": command("node", "-e", NODE, document)}, goals)
+                        "node": command("node", "-e", NODE, document)}, goals, most_memory)
     lines = generate(binaries, folder, "ndjson", 20 * MEBIBYTE)
     yield Workload("import of 20 MB of lines",
                    command(tool, "import", "--ndjson", "--format", "json", lines),
@@ -127,7 +126,7 @@ def measure_jobs(binaries, folder, rounds, report):
     lines = generate(binaries, folder, "ndjson", 20 * MEBIBYTE)
     commands = {jobs: command(binaries / "tessel", "import", "--ndjson", "--format", "json", "--jobs",
                               jobs, lines) for jobs in (1, 2)}
-    runs = measure(rounds, commands)
+    runs = take_turns(rounds, commands)
     for name, measured, goal in (("wall time", lambda one: one.wall, 0.58),
                                  ("processor time", processor, 1.08)):
         report.add(f"20 MB of lines, {name}: two jobs / one",
@@ -161,34 +160,17 @@ def plot(rows, path):
                                     check=True).stdout)
 
 
-def main():
-    parser = argparse.ArgumentParser()
-    parser.add_argument("--json", type=pathlib.Path)
-    parser.add_argument("--plot", type=pathlib.Path)
-    parser.add_argument("--rounds", type=int, default=11)
-    parser.add_argument("binaries", metavar="BIN", type=pathlib.Path)
-    parser.add_argument("scratch", metavar="SCRATCH", type=pathlib.Path)
-    options = parser.parse_args()
-
-    binaries = options.binaries.resolve()
-    options.scratch.mkdir(parents=True, exist_ok=True)
-    report = Report()
+def measure(options, folder, report):
     print(f"whole programs, processor time ({options.rounds} rounds in turns)")
-    with tempfile.TemporaryDirectory(dir=options.scratch, prefix="inputs-") as name:
-        folder = pathlib.Path(name).resolve()
-        for workload in workloads(binaries, folder):
-            measure_workload(workload, options.rounds, report)
-        measure_jobs(binaries, folder, options.rounds, report)
-    if options.json:
-        options.json.write_text(json.dumps(report.rows, indent=2) + "\n")
+    for workload in workloads(options.binaries, folder):
+        measure_workload(workload, options.rounds, report)
+    measure_jobs(options.binaries, folder, options.rounds, report)
     if options.plot:
         plot(report.rows, options.plot)
-    return 0 if report.all_met() else 1
 
 
 if __name__ == "__main__":
-    try:
-        sys.exit(main())
-    except (OSError, RuntimeError, ValueError, subprocess.CalledProcessError) as error:
-        print(f"measure_whole_programs.py: {error}", file=sys.stderr)
-        sys.exit(2)
+    PARSER = argparse.ArgumentParser()
+    PARSER.add_argument("--plot", type=pathlib.Path)
+    PARSER.add_argument("--rounds", type=int, default=11)
+    sys.exit(main(measure, PARSER))
